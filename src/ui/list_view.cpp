@@ -1,0 +1,208 @@
+#include "ui/list_view.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace ui {
+namespace {
+
+// Newer header formats than the declared system version; Windows 2000 ignores them.
+constexpr int kHeaderSortUp = 0x0400;
+constexpr int kHeaderSortDown = 0x0200;
+
+constexpr std::size_t kFirstCellLength = 260;
+
+LRESULT Send(HWND window, UINT message, WPARAM wide = 0, LPARAM parameter = 0) {
+    return SendMessageW(window, message, wide, parameter);
+}
+
+template <class Pointee>
+LPARAM Pointer(Pointee* pointee) {
+    return reinterpret_cast<LPARAM>(pointee);
+}
+
+int CALLBACK CompareTags(LPARAM left, LPARAM right, LPARAM) { return left < right ? -1 : left > right; }
+
+}  // namespace
+
+void ListView::add_columns(std::span<const Column> columns, int dpi) const {
+    int index = 0;
+    for (const Column& column : columns) {
+        LVCOLUMNW record = {};
+        record.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
+        record.pszText = const_cast<wchar_t*>(column.header);
+        record.cx = MulDiv(column.width, dpi, 96);
+        record.iSubItem = index;
+        Send(window_, LVM_INSERTCOLUMNW, static_cast<WPARAM>(index++), Pointer(&record));
+    }
+}
+
+int ListView::column_count() const {
+    const HWND header = reinterpret_cast<HWND>(Send(window_, LVM_GETHEADER));
+    return static_cast<int>(std::max<LRESULT>(Send(header, HDM_GETITEMCOUNT), 0));
+}
+
+std::wstring ListView::header(int column) const {
+    wchar_t text[kFirstCellLength] = {};
+    LVCOLUMNW record = {};
+    record.mask = LVCF_TEXT;
+    record.pszText = text;
+    record.cchTextMax = kFirstCellLength;
+    Send(window_, LVM_GETCOLUMNW, static_cast<WPARAM>(column), Pointer(&record));
+    return text;
+}
+
+int ListView::column_width(int column) const {
+    return static_cast<int>(Send(window_, LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(column)));
+}
+
+void ListView::set_column_width(int column, int pixels) const {
+    Send(window_, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(column), MAKELPARAM(std::clamp(pixels, 0, 0x7FFF), 0));
+}
+
+int ListView::count() const { return static_cast<int>(Send(window_, LVM_GETITEMCOUNT)); }
+
+void ListView::clear() const {
+    Send(window_, LVM_DELETEALLITEMS);
+}
+
+int ListView::add_row(std::wstring_view text, LPARAM tag, int image) const {
+    std::wstring terminated(text);
+    LVITEMW item = {};
+    item.mask = LVIF_TEXT | LVIF_IMAGE | LVIF_PARAM;
+    item.iItem = count();
+    item.pszText = terminated.data();
+    item.iImage = image;
+    item.lParam = tag;
+    return static_cast<int>(Send(window_, LVM_INSERTITEMW, 0, Pointer(&item)));
+}
+
+std::wstring ListView::cell(int row, int column) const {
+    if (row < 0) return {};
+    std::wstring text(kFirstCellLength, L'\0');
+    for (;;) {
+        LVITEMW item = {};
+        item.iSubItem = column;
+        item.pszText = text.data();
+        item.cchTextMax = static_cast<int>(text.size());
+        const auto length =
+            static_cast<std::size_t>(Send(window_, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), Pointer(&item)));
+        if (length + 1 < text.size()) {
+            text.resize(length);
+            return text;
+        }
+        text.resize(text.size() * 4);
+    }
+}
+
+void ListView::set_cell(int row, int column, std::wstring_view text) const {
+    std::wstring terminated(text);
+    LVITEMW item = {};
+    item.iSubItem = column;
+    item.pszText = terminated.data();
+    Send(window_, LVM_SETITEMTEXTW, static_cast<WPARAM>(row), Pointer(&item));
+}
+
+void ListView::set_image(int row, int image) const {
+    LVITEMW item = {};
+    item.mask = LVIF_IMAGE;
+    item.iItem = row;
+    item.iImage = image;
+    Send(window_, LVM_SETITEMW, 0, Pointer(&item));
+}
+
+LPARAM ListView::tag(int row) const {
+    LVITEMW item = {};
+    item.mask = LVIF_PARAM;
+    item.iItem = row;
+    return Send(window_, LVM_GETITEMW, 0, Pointer(&item)) ? item.lParam : 0;
+}
+
+void ListView::set_tag(int row, LPARAM tag) const {
+    LVITEMW item = {};
+    item.mask = LVIF_PARAM;
+    item.iItem = row;
+    item.lParam = tag;
+    Send(window_, LVM_SETITEMW, 0, Pointer(&item));
+}
+
+int ListView::selected() const {
+    return static_cast<int>(Send(window_, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
+}
+
+void ListView::select(int row) const {
+    LVITEMW item = {};
+    item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+    item.state = LVIS_SELECTED | LVIS_FOCUSED;
+    Send(window_, LVM_SETITEMSTATE, static_cast<WPARAM>(row), Pointer(&item));
+    Send(window_, LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
+}
+
+int ListView::find(int column, std::wstring_view text) const {
+    for (int row = 0, rows = count(); row < rows; ++row) {
+        if (cell(row, column) == text) return row;
+    }
+    return -1;
+}
+
+void ListView::set_small_images(HIMAGELIST images) const {
+    Send(window_, LVM_SETIMAGELIST, LVSIL_SMALL, Pointer(images));
+}
+
+void ListView::sort(int column, SortOrder order) const {
+    struct Row {
+        std::wstring key;
+        LPARAM tag;
+        int place;
+    };
+    std::vector<Row> rows(static_cast<std::size_t>(count()));
+    for (int row = 0; Row& each : rows) {
+        each = {cell(row, column), tag(row), row};
+        ++row;
+    }
+    const int before = order == SortOrder::Ascending ? CSTR_LESS_THAN : CSTR_GREATER_THAN;
+    std::stable_sort(rows.begin(), rows.end(), [before](const Row& left, const Row& right) {
+        return CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, left.key.c_str(), -1, right.key.c_str(), -1) ==
+               before;
+    });
+    // The control only ever compares ranks: nothing is asked of it while it sorts.
+    for (int rank = 0; const Row& row : rows) set_tag(row.place, rank++);
+    Send(window_, LVM_SORTITEMS, 0, reinterpret_cast<LPARAM>(&CompareTags));
+    for (int rank = 0; const Row& row : rows) set_tag(rank++, row.tag);
+}
+
+void ListView::show_sort_arrow(int column, SortOrder order) const {
+    const HWND header = reinterpret_cast<HWND>(Send(window_, LVM_GETHEADER));
+    for (int index = 0, columns = column_count(); index < columns; ++index) {
+        HDITEMW item = {};
+        item.mask = HDI_FORMAT;
+        Send(header, HDM_GETITEMW, static_cast<WPARAM>(index), Pointer(&item));
+        const int old = item.fmt;
+        item.fmt &= ~(kHeaderSortUp | kHeaderSortDown);
+        if (index == column) item.fmt |= order == SortOrder::Ascending ? kHeaderSortUp : kHeaderSortDown;
+        if (item.fmt != old) Send(header, HDM_SETITEMW, static_cast<WPARAM>(index), Pointer(&item));
+    }
+}
+
+ListView::Hit ListView::hit_test(POINT client) const {
+    LVHITTESTINFO hit = {};
+    hit.pt = client;
+    hit.flags = LVHT_ONITEM;
+    if (Send(window_, LVM_SUBITEMHITTEST, 0, Pointer(&hit)) < 0 || hit.iItem < 0) return {};
+    return {hit.iItem, hit.iSubItem};
+}
+
+ListFill::ListFill(const ListView& list, int expected)
+    : window_(list.window()), visible_((GetWindowLongW(list.window(), GWL_STYLE) & WS_VISIBLE) != 0) {
+    Send(window_, WM_SETREDRAW, FALSE);
+    if (expected > 0) Send(window_, LVM_SETITEMCOUNT, static_cast<WPARAM>(expected));
+}
+
+ListFill::~ListFill() {
+    Send(window_, WM_SETREDRAW, TRUE);
+    // Redraw switched on makes a hidden window visible; it must stay what it was.
+    if (!visible_) SetWindowLongW(window_, GWL_STYLE, GetWindowLongW(window_, GWL_STYLE) & ~WS_VISIBLE);
+    if (visible_) RedrawWindow(window_, nullptr, nullptr, RDW_ERASE | RDW_FRAME | RDW_INVALIDATE | RDW_ALLCHILDREN);
+}
+
+}  // namespace ui

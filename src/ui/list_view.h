@@ -1,0 +1,87 @@
+// A report list. The wrapper borrows the control; it owns nothing.
+#pragma once
+
+#include "win/platform.h"
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ui {
+
+struct Column {
+    const wchar_t* header;
+    int width;  // pixels at 96 dpi
+};
+
+enum class SortOrder { Ascending, Descending };
+
+class ListView {
+public:
+    ListView() = default;
+    explicit ListView(HWND window) : window_(window) {}
+
+    HWND window() const { return window_; }
+
+    void add_columns(std::span<const Column> columns, int dpi) const;
+    int column_count() const;
+    std::wstring header(int column) const;
+    int column_width(int column) const;  // pixels
+    // Negative widths would mean "fit to contents" to the control and are taken as 0.
+    void set_column_width(int column, int pixels) const;
+
+    int count() const;
+    void clear() const;
+    // Appends a row and returns its index, -1 on failure. `tag` is a number of the program's own that stays with the
+    // row through sorting. `image` is the index in the small image list, kNoImage for none.
+    int add_row(std::wstring_view text, LPARAM tag = 0, int image = kNoImage) const;
+    std::wstring cell(int row, int column) const;  // whole, whatever its length; empty for a row that is not there
+    void set_cell(int row, int column, std::wstring_view text) const;
+    void set_image(int row, int image) const;
+    LPARAM tag(int row) const;
+    void set_tag(int row, LPARAM tag) const;
+
+    // The selected row, -1 for none.
+    int selected() const;
+    void select(int row) const;  // selects, focuses and scrolls to the row
+    // The first row whose cell equals `text`, -1 for none.
+    int find(int column, std::wstring_view text) const;
+
+    // The small image list; the control does not destroy it (LVS_SHAREIMAGELISTS).
+    void set_small_images(HIMAGELIST images) const;
+
+    // Stable sort by the text of a column, in the user's locale, ignoring case. Row tags, selection and focus move
+    // along.
+    void sort(int column, SortOrder order) const;
+    // Marks one header with an arrow; -1 for none. Nothing is seen where the system's headers have no arrows.
+    void show_sort_arrow(int column, SortOrder order) const;
+
+    struct Hit {
+        int row = -1;
+        int column = -1;
+    };
+    // The cell at a point of the list's client area (LVM_SUBITEMHITTEST); row -1 outside every row.
+    Hit hit_test(POINT client) const;
+
+    static constexpr int kNoImage = -2;  // I_IMAGENONE: really no icon, unlike index 0
+
+private:
+    HWND window_ = nullptr;
+};
+
+// While it lives the list does not redraw; at the end it is painted once. The room for `expected` rows is reserved.
+// A list that was hidden stays hidden.
+class ListFill {
+public:
+    explicit ListFill(const ListView& list, int expected = 0);
+    ListFill(const ListFill&) = delete;
+    ListFill& operator=(const ListFill&) = delete;
+    ~ListFill();
+
+private:
+    HWND window_;
+    bool visible_;
+};
+
+}  // namespace ui

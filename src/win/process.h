@@ -1,0 +1,25 @@
+// Starting programs.
+#pragma once
+
+#include "win/handle.h"
+
+#include <string>
+
+namespace win {
+
+// How the first window of a started program appears: the show command in STARTUPINFO.
+enum class WindowStyle : WORD {
+    Normal = SW_SHOWNORMAL,
+    MinimisedWithFocus = SW_SHOWMINIMIZED,
+};
+
+struct StartedProcess {
+    Handle process;  // empty when the start failed; GetLastError tells why
+    DWORD id = 0;
+};
+
+// CreateProcessW with a command line as it stands. `application` is the full path of the program to run, so that
+// nothing planted along an unquoted path can run instead; empty leaves the search to Windows.
+StartedProcess StartProcess(const std::wstring& application, std::wstring command_line, WindowStyle style);
+
+}  // namespace win

@@ -1,0 +1,41 @@
+// A real report list in a window of its own.
+#pragma once
+
+#include "ui/list_view.h"
+#include "win/handle.h"
+
+#include <span>
+#include <string>
+#include <vector>
+
+class TestList {
+public:
+    explicit TestList(std::span<const ui::Column> columns) {
+        INITCOMMONCONTROLSEX classes = {sizeof classes, ICC_LISTVIEW_CLASSES};
+        InitCommonControlsEx(&classes);
+        frame_.reset(CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 640, 480, nullptr,
+                                     nullptr, nullptr, nullptr));
+        list = ui::ListView(CreateWindowExW(0, WC_LISTVIEWW, L"",
+                                            WS_CHILD | WS_VISIBLE | LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS |
+                                                LVS_SHAREIMAGELISTS,
+                                            0, 0, 620, 440, frame_.get(), nullptr, nullptr, nullptr));
+        list.add_columns(columns, 96);
+    }
+
+    // All rows with all their cells.
+    std::vector<std::vector<std::wstring>> rows() const {
+        std::vector<std::vector<std::wstring>> all;
+        for (int row = 0; row < list.count(); ++row) {
+            auto& cells = all.emplace_back();
+            for (int column = 0; column < list.column_count(); ++column) cells.push_back(list.cell(row, column));
+        }
+        return all;
+    }
+
+    HWND frame() const { return frame_.get(); }
+
+    ui::ListView list;
+
+private:
+    win::Window frame_;
+};
