@@ -1,0 +1,76 @@
+#include "programs/modReg.h"
+
+#include "win/handle.h"
+#include "win/text.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace programs {
+namespace {
+
+constexpr DWORD kValueBytes = 256;
+constexpr DWORD kSubkeyNameLength = 512;
+
+}  // namespace
+
+std::wstring_view RegistryText(const wchar_t* buffer, DWORD bytes) {
+    return win::CutAtNul({buffer, bytes / sizeof(wchar_t)});
+}
+
+RegistryValue ReadRegistryValue(HKEY root, std::wstring_view key_path, std::wstring_view name,
+                                RegistryValue otherwise) {
+    win::RegKey key;
+    if (RegOpenKeyExA(root, win::ToAnsi(key_path).c_str(), 0, KEY_ALL_ACCESS, key.put()) != ERROR_SUCCESS) {
+        return std::wstring(kKeyOpenError);
+    }
+    wchar_t buffer[kValueBytes / sizeof(wchar_t)] = {};
+    DWORD bytes = kValueBytes;
+    DWORD type = REG_NONE;
+    if (RegQueryValueExW(key.get(), std::wstring(name).c_str(), nullptr, &type, reinterpret_cast<BYTE*>(buffer),
+                         &bytes) != ERROR_SUCCESS) {
+        return otherwise;
+    }
+    if (type == REG_SZ) return std::wstring(RegistryText(buffer, bytes));
+    if (type != REG_DWORD) return std::wstring(kUndefinedDataType);
+    std::uint32_t number = 0;
+    std::memcpy(&number, buffer, sizeof number);
+    return number;
+}
+
+std::vector<std::wstring> EnumerateSubkeyNames(HKEY root, std::wstring_view key_path) {
+    std::vector<std::wstring> names;
+    win::RegKey key;
+    if (RegOpenKeyExW(root, std::wstring(key_path).c_str(), 0, KEY_ENUMERATE_SUB_KEYS, key.put()) != ERROR_SUCCESS) {
+        return names;
+    }
+    wchar_t name[kSubkeyNameLength] = {};
+    for (DWORD index = 0;; ++index) {
+        DWORD length = kSubkeyNameLength;
+        FILETIME written = {};
+        if (RegEnumKeyExW(key.get(), index, name, &length, nullptr, nullptr, nullptr, &written) != ERROR_SUCCESS) {
+            return names;
+        }
+        names.emplace_back(win::CutAtNul({name, length}));
+    }
+}
+
+std::wstring GetFileVersionText(std::wstring_view path) {
+    const std::string ansi_path = win::ToAnsi(path);
+    DWORD ignored = 0;
+    const DWORD size = GetFileVersionInfoSizeA(ansi_path.c_str(), &ignored);
+    if (size == 0) return {};
+    std::vector<std::byte> record(size);
+    void* found = nullptr;
+    UINT length = 0;
+    if (!GetFileVersionInfoA(ansi_path.c_str(), 0, size, record.data()) ||
+        !VerQueryValueA(record.data(), "\\", &found, &length)) {
+        return {};
+    }
+    VS_FIXEDFILEINFO info = {};
+    std::memcpy(&info, found, std::min<std::size_t>(length, sizeof info));
+    return win::ToText(HighWord(info.dwFileVersionMS)) + L"." + win::ToText(LowWord(info.dwFileVersionMS)) + L"." +
+           win::ToText(HighWord(info.dwFileVersionLS)) + L"." + win::ToText(LowWord(info.dwFileVersionLS));
+}
+
+}  // namespace programs

@@ -1,0 +1,12 @@
+// Byte counts as the program writes them.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace programs {
+
+// "1.00 GB", "1.00 MB", "1.00 KB", "1023 Byte": two decimals rounded half away from zero, "." whatever the locale.
+std::wstring SizeText(std::uint64_t byte_count);
+
+}  // namespace programs

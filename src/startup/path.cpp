@@ -1,0 +1,84 @@
+#include "startup/path.h"
+
+#include "win/platform.h"
+#include "win/text.h"
+
+namespace startup {
+namespace {
+
+constexpr std::wstring_view kProgramFilesVariable = L"%programfiles%";
+
+// A longer Windows folder has never been searched; the limit stays.
+constexpr UINT kWindowsFolderLength = 32;
+
+std::wstring ProgramFilesFolder() {
+    char folder[MAX_PATH] = {};
+    SHGetSpecialFolderPathA(nullptr, folder, CSIDL_PROGRAM_FILES, FALSE);
+    return win::FromAnsi(folder);
+}
+
+// Empty when it does not fit.
+std::wstring ShortWindowsFolder() {
+    char folder[kWindowsFolderLength] = {};
+    const UINT length = GetWindowsDirectoryA(folder, kWindowsFolderLength);
+    return length < kWindowsFolderLength ? win::FromAnsi({folder, length}) : std::wstring();
+}
+
+std::wstring QuotedPart(std::wstring_view text) {
+    text.remove_prefix(1);
+    return std::wstring(text.substr(0, text.find(L'"')));
+}
+
+std::wstring CutBefore(const std::wstring& text, std::wstring_view argument) {
+    const std::size_t at = text.find(argument);
+    return at == text.npos ? text : std::wstring(win::TrimBlanks(std::wstring_view(text).substr(0, at)));
+}
+
+}  // namespace
+
+std::wstring ParentFolder(std::wstring_view path) {
+    const std::size_t at = path.rfind(L'\\');
+    return at == path.npos ? std::wstring() : std::wstring(path.substr(0, at));
+}
+
+std::wstring FileNamePart(std::wstring_view path) {
+    return std::wstring(path.substr(path.rfind(L'\\') + 1));
+}
+
+std::wstring BaseNamePart(std::wstring_view path) {
+    std::wstring name = FileNamePart(path);
+    const std::size_t at = name.rfind(L'.');
+    name.resize(at == name.npos ? 0 : at);
+    return name;
+}
+
+std::wstring ExtensionPart(std::wstring_view name) {
+    const std::size_t at = name.rfind(L'.');
+    return at == name.npos ? std::wstring() : std::wstring(name.substr(at + 1));
+}
+
+std::wstring JoinPath(std::wstring_view first, std::wstring_view second) {
+    return win::ReplaceAll(std::wstring(first) + L"\\" + std::wstring(second), L"\\\\", L"\\");
+}
+
+bool FileExists(const std::wstring& path) { return PathFileExistsW(path.c_str()) != FALSE; }
+
+std::wstring ResolveCommandPath(std::wstring_view command_line) {
+    std::wstring path(command_line);
+    if (win::BeginsWith(path, L"\"")) path = QuotedPart(command_line);
+    if (FileExists(path)) return path;
+
+    const std::wstring_view start = std::wstring_view(path).substr(0, kProgramFilesVariable.size());
+    if (win::LowerCase(start) == kProgramFilesVariable) {
+        path = JoinPath(ProgramFilesFolder(), std::wstring_view(path).substr(start.size()));
+        if (FileExists(path)) return path;
+    }
+
+    path = CutBefore(CutBefore(path, L" /"), L" -");
+    if (FileExists(path)) return path;
+    const std::wstring windows_folder = ShortWindowsFolder();
+    const std::wstring in_windows = JoinPath(windows_folder, path);
+    return !windows_folder.empty() && FileExists(in_windows) ? in_windows : path;
+}
+
+}  // namespace startup

@@ -1,0 +1,52 @@
+// A folder of a test's own below the temporary folder, and its files; deleted at the end.
+#pragma once
+
+#include "win/handle.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+class TestFolder {
+public:
+    explicit TestFolder(std::wstring_view name) {
+        wchar_t temporary[MAX_PATH] = {};
+        GetTempPathW(MAX_PATH, temporary);
+        path_ = std::wstring(temporary) + std::wstring(name);
+        CreateDirectoryW(path_.c_str(), nullptr);
+    }
+    TestFolder(const TestFolder&) = delete;
+    TestFolder& operator=(const TestFolder&) = delete;
+    ~TestFolder() {
+        for (const std::wstring& file : files_) {
+            SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
+            if (!DeleteFileW(file.c_str())) RemoveDirectoryW(file.c_str());
+        }
+        RemoveDirectoryW(path_.c_str());
+    }
+
+    const std::wstring& path() const { return path_; }
+
+    // The path of `name` in the folder. What lies there at the end is deleted.
+    std::wstring own(std::wstring_view name) {
+        return files_.emplace_back(path_ + L"\\" + std::wstring(name));
+    }
+    std::wstring make_file(std::wstring_view name, std::string_view content = {},
+                           DWORD attributes = FILE_ATTRIBUTE_NORMAL) {
+        const std::wstring path = own(name);
+        const win::File file(
+            CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, attributes, nullptr));
+        DWORD written = 0;
+        WriteFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &written, nullptr);
+        return path;
+    }
+    std::wstring make_folder(std::wstring_view name) {
+        const std::wstring path = own(name);
+        CreateDirectoryW(path.c_str(), nullptr);
+        return path;
+    }
+
+private:
+    std::wstring path_;
+    std::vector<std::wstring> files_;
+};
