@@ -60,6 +60,8 @@ void ListView::set_column_width(int column, int pixels) const {
     Send(window_, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(column), MAKELPARAM(std::clamp(pixels, 0, 0x7FFF), 0));
 }
 
+void ListView::show(bool visible) const { ShowWindow(window_, visible ? SW_SHOW : SW_HIDE); }
+
 int ListView::count() const { return static_cast<int>(Send(window_, LVM_GETITEMCOUNT)); }
 
 void ListView::clear() const {

@@ -31,6 +31,8 @@ public:
     // Negative widths would mean "fit to contents" to the control and are taken as 0.
     void set_column_width(int column, int pixels) const;
 
+    void show(bool visible) const;
+
     int count() const;
     void clear() const;
     // Appends a row and returns its index, -1 on failure. `tag` is a number of the program's own that stays with the

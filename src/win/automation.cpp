@@ -33,6 +33,13 @@ Variant::Variant(IDispatch* object) {
     if (object) object->AddRef();
 }
 
+Variant Variant::by_reference(Variant& target) {
+    Variant reference;
+    reference.value_.vt = VT_BYREF | VT_VARIANT;
+    reference.value_.pvarVal = &target.value_;
+    return reference;
+}
+
 VARIANT* Variant::put() {
     VariantClear(&value_);
     return &value_;

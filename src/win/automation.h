@@ -29,6 +29,10 @@ public:
     }
     ~Variant() { VariantClear(&value_); }
 
+    // An argument through which a method hands something out, as script engines pass it (VT_BYREF | VT_VARIANT).
+    // `target` has to outlive the call.
+    static Variant by_reference(Variant& target);
+
     const VARIANT& get() const { return value_; }
     // For functions that fill a VARIANT. What was held before is cleared first.
     VARIANT* put();
