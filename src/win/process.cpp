@@ -1,5 +1,7 @@
 #include "win/process.h"
 
+#include "win/system_library.h"
+
 namespace win {
 
 StartedProcess StartProcess(const std::wstring& application, std::wstring command_line, WindowStyle style) {
@@ -14,6 +16,12 @@ StartedProcess StartProcess(const std::wstring& application, std::wstring comman
     }
     Handle thread(started.hThread);
     return {Handle(started.hProcess), started.dwProcessId};
+}
+
+StartedProcess StartSystemProgram(std::wstring_view name, std::wstring command_line, WindowStyle style) {
+    const std::wstring application = FindSystemFile(name);
+    if (application.empty()) return {};
+    return StartProcess(application, std::move(command_line), style);
 }
 
 }  // namespace win

@@ -4,6 +4,7 @@
 #include "win/handle.h"
 
 #include <string>
+#include <string_view>
 
 namespace win {
 
@@ -21,5 +22,8 @@ struct StartedProcess {
 // CreateProcessW with a command line as it stands. `application` is the full path of the program to run, so that
 // nothing planted along an unquoted path can run instead; empty leaves the search to Windows.
 StartedProcess StartProcess(const std::wstring& application, std::wstring command_line, WindowStyle style);
+
+// A program of Windows' own ("regedit.exe"), found by FindSystemFile and started with `command_line` as it stands.
+StartedProcess StartSystemProgram(std::wstring_view name, std::wstring command_line, WindowStyle style);
 
 }  // namespace win

@@ -27,6 +27,20 @@ const std::wstring& WindowsDirectory() {
     return folder;
 }
 
+bool IsFile(const std::wstring& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+std::wstring FindSystemFile(std::wstring_view name) {
+    if (name.empty() || name.find_first_of(L"\\/:") != name.npos) return {};
+    for (const std::wstring* folder : {&SystemDirectory(), &WindowsDirectory()}) {
+        std::wstring path = *folder + L"\\" + std::wstring(name);
+        if (IsFile(path)) return path;
+    }
+    return {};
+}
+
 Module LoadSystemLibrary(const wchar_t* name) {
     return Module(LoadLibraryW((SystemDirectory() + L"\\" + name).c_str()));
 }

@@ -59,3 +59,12 @@ private:
     std::wstring path_;
     win::RegKey key_;
 };
+
+inline bool KeyExists(HKEY root, const std::wstring& path) {
+    win::RegKey key;
+    return RegOpenKeyExW(root, path.c_str(), 0, KEY_QUERY_VALUE, key.put()) == ERROR_SUCCESS;
+}
+
+inline bool ValueExists(HKEY key, const std::wstring& name) {
+    return RegQueryValueExW(key, name.c_str(), nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+}

@@ -1,0 +1,49 @@
+// A program that notes how it was started in C:\record.txt, one UTF-16 line each time: its own path, the show command
+// of its first window, its command line, with tabs between. It can stand in for a program that the product starts.
+//   --wait N   lives N milliseconds          --exit N   ends with exit code N
+//   --start    starts itself once more, waiting for 60 seconds, before it ends
+#include <windows.h>
+
+#include <cwchar>
+#include <string>
+
+namespace {
+
+std::wstring OwnPath() {
+    wchar_t path[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    return path;
+}
+
+DWORD NumberAfter(const wchar_t* command_line, const wchar_t* option) {
+    const wchar_t* at = std::wcsstr(command_line, option);
+    return at ? static_cast<DWORD>(std::wcstoul(at + std::wcslen(option), nullptr, 10)) : 0;
+}
+
+void Record(const std::wstring& line) {
+    const HANDLE file =
+        CreateFileW(L"C:\\record.txt", FILE_APPEND_DATA, FILE_SHARE_READ, nullptr, OPEN_ALWAYS, 0, nullptr);
+    DWORD written = 0;
+    WriteFile(file, line.data(), static_cast<DWORD>(line.size() * sizeof(wchar_t)), &written, nullptr);
+    CloseHandle(file);
+}
+
+void StartSelf() {
+    std::wstring command_line = L"\"" + OwnPath() + L"\" --wait 60000";
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION started = {};
+    CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &started);
+}
+
+}  // namespace
+
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
+    const wchar_t* command_line = GetCommandLineW();
+    STARTUPINFOW startup = {};
+    GetStartupInfoW(&startup);
+    Record(OwnPath() + L"\t" + std::to_wstring(startup.wShowWindow) + L"\t" + command_line + L"\n");
+    if (std::wcsstr(command_line, L"--start")) StartSelf();
+    Sleep(NumberAfter(command_line, L"--wait "));
+    return static_cast<int>(NumberAfter(command_line, L"--exit "));
+}

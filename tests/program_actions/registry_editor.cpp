@@ -1,0 +1,105 @@
+#include "programs/registry_editor.h"
+
+#include "support/recorder.h"
+#include "support/show.h"
+#include "support/test_host.h"
+#include "support/test_key.h"
+#include "win/text.h"
+
+#include <doctest/doctest.h>
+
+using namespace programs;
+
+namespace {
+
+constexpr wchar_t kSettings[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Regedit";
+
+// The stored bytes in the system's code page, the terminating NUL included.
+std::string StoredBytes(const TestKey& settings) {
+    char bytes[16384] = {};
+    DWORD size = sizeof bytes;
+    DWORD type = REG_NONE;
+    if (RegQueryValueExA(settings.get(), "LastKey", nullptr, &type, reinterpret_cast<BYTE*>(bytes), &size) != 0) return {};
+    return type == REG_SZ ? std::string(bytes, size) : std::string();
+}
+
+// "コンピュータ\" in code page 932.
+const std::string kTop = "\x83\x52\x83\x93\x83\x73\x83\x85\x81\x5b\x83\x5e\\";
+
+std::string Terminated(std::string text) { return text + '\0'; }
+
+}  // namespace
+
+TEST_CASE("LastKey is stored in code page 932, with the tree's top in front exactly once") {
+    REQUIRE(GetACP() == 932);
+    const TestKey settings(HKEY_CURRENT_USER, kSettings);
+
+    StoreLastKey(L"HKEY_LOCAL_MACHINE\\SOFTWARE");
+    CHECK(StoredBytes(settings) == Terminated(kTop + "HKEY_LOCAL_MACHINE\\SOFTWARE"));
+    StoreLastKey(L"コンピュータ\\HKEY_CURRENT_USER\\Software");
+    CHECK(StoredBytes(settings) == Terminated(kTop + "HKEY_CURRENT_USER\\Software"));
+    StoreLastKey(L"HKEY_CURRENT_USER\\ソフト ");
+    CHECK(StoredBytes(settings) == Terminated(kTop + "HKEY_CURRENT_USER\\\x83\x5c\x83\x74\x83\x67 "));
+    // Only at the very beginning does the top count as given; short root names stay as they are.
+    StoreLastKey(L"HKLM\\コンピュータ\\");
+    CHECK(StoredBytes(settings) == Terminated(kTop + "HKLM\\" + kTop));
+    StoreLastKey(std::wstring(5000, L'あ'));
+    CHECK(StoredBytes(settings).size() == kTop.size() + 10001);
+}
+
+TEST_CASE("The editor starts from the system's folders whether or not its setting can be stored") {
+    REQUIRE(Recorder::install_in_system(L"regedit.exe"));
+    const Recorder recorder;
+    TestHost host;
+    {
+        const TestKey settings(HKEY_CURRENT_USER, kSettings);
+        OpenRegistryEditorAt(L"", host);
+        CHECK(host.statuses.empty());
+        OpenRegistryEditorAt(L"HKEY_LOCAL_MACHINE\\SOFTWARE", host);
+        CHECK(host.status_text() == L"指定パスをレジストリエディタで開きます...");
+        CHECK(StoredBytes(settings) == Terminated(kTop + "HKEY_LOCAL_MACHINE\\SOFTWARE"));
+    }
+    REQUIRE_FALSE(KeyExists(HKEY_CURRENT_USER, kSettings));
+    OpenRegistryEditorAt(L"HKEY_LOCAL_MACHINE\\SOFTWARE", host);
+    CHECK_FALSE(KeyExists(HKEY_CURRENT_USER, kSettings));
+
+    const auto starts = recorder.starts(2);
+    REQUIRE(starts.size() == 2);
+    for (const auto& start : starts) {
+        CHECK(Recorder::is_in_system(start.program, L"regedit.exe"));
+        CHECK(start.command_line == L"regedit");
+        CHECK(start.show == L"1");
+    }
+}
+
+TEST_CASE("A typed path loses its leading blanks only") {
+    REQUIRE(Recorder::install_in_system(L"regedit.exe"));
+    const Recorder recorder;
+    const TestKey settings(HKEY_CURRENT_USER, kSettings);
+    std::vector<std::wstring> history;
+
+    CHECK(OpenTypedRegistryPath(L"   ", history) == L"");
+    CHECK(history.empty());
+    CHECK(StoredBytes(settings).empty());
+    CHECK(OpenTypedRegistryPath(L"  HKEY_CLASSES_ROOT\\.txt ", history) == L"HKEY_CLASSES_ROOT\\.txt ");
+    CHECK(StoredBytes(settings) == Terminated(kTop + "HKEY_CLASSES_ROOT\\.txt "));
+    CHECK(history == std::vector<std::wstring>{L"HKEY_CLASSES_ROOT\\.txt "});
+    CHECK(recorder.starts(1).size() == 1);
+}
+
+TEST_CASE("The history holds the fourteen most recent paths, each once") {
+    std::vector<std::wstring> history;
+    for (int number = 1; number <= 16; ++number) RememberRegistryPath(L"path " + win::ToText(number), history);
+    REQUIRE(history.size() == 14);
+    CHECK(history.front() == L"path 16");
+    CHECK(history.back() == L"path 3");
+
+    RememberRegistryPath(L"path 16", history);
+    CHECK(history.size() == 14);
+    CHECK(history[1] == L"path 15");
+    RememberRegistryPath(L"path 3", history);
+    CHECK(history.size() == 14);
+    CHECK(history[0] == L"path 3");
+    CHECK(history[1] == L"path 16");
+    CHECK(history.back() == L"path 4");
+}

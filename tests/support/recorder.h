@@ -1,0 +1,78 @@
+// Copies of the recorder program put in the place of others, and what they noted.
+#pragma once
+
+#include "win/handle.h"
+#include "win/text.h"
+
+#include <string>
+#include <vector>
+
+class Recorder {
+public:
+    struct Start {
+        std::wstring program;  // the full path of the copy that ran, in lower case
+        std::wstring show;     // its show command, in decimal
+        std::wstring command_line;
+    };
+
+    Recorder() { DeleteFileW(kRecord); }
+
+    // Makes `path` a copy of the recorder. False when that cannot be.
+    static bool install(const std::wstring& path) {
+        wchar_t own[MAX_PATH] = {};
+        GetModuleFileNameW(nullptr, own, MAX_PATH);
+        std::wstring source = own;
+        source.resize(source.rfind(L'\\') + 1);
+        source += L"recorder_gui.exe";
+        return CopyFileW(source.c_str(), path.c_str(), FALSE) != FALSE;
+    }
+
+    // The same for a program of Windows' own.
+    static bool install_in_system(const std::wstring& name) {
+        wchar_t folder[MAX_PATH] = {};
+        GetSystemDirectoryW(folder, MAX_PATH);
+        return install(std::wstring(folder) + L"\\" + name);
+    }
+
+    // `program` is `name` in the folder that 64-bit Windows shows to the product as its system folder.
+    static bool is_in_system(const std::wstring& program, const std::wstring& name) {
+        return win::EndsWith(program, L"\\syswow64\\" + name) || win::EndsWith(program, L"\\system32\\" + name);
+    }
+
+    // The starts noted so far; waits until there are `expected` of them, 5 seconds at most.
+    std::vector<Start> starts(std::size_t expected) const {
+        std::vector<Start> noted = read();
+        for (int turn = 0; turn < 100 && noted.size() < expected; ++turn) {
+            Sleep(50);
+            noted = read();
+        }
+        return noted;
+    }
+
+    // The starts noted after a time in which a wrong one would have shown.
+    std::vector<Start> starts_after_a_while() const {
+        Sleep(400);
+        return read();
+    }
+
+private:
+    static constexpr const wchar_t* kRecord = L"C:\\record.txt";
+
+    static std::vector<Start> read() {
+        std::vector<Start> noted;
+        const win::File file(CreateFileW(kRecord, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                         OPEN_EXISTING, 0, nullptr));
+        if (!file) return noted;
+        std::wstring text(GetFileSize(file.get(), nullptr) / sizeof(wchar_t), L'\0');
+        DWORD bytes = 0;
+        ReadFile(file.get(), text.data(), static_cast<DWORD>(text.size() * sizeof(wchar_t)), &bytes, nullptr);
+        std::size_t from = 0;
+        for (std::size_t end; (end = text.find(L'\n', from)) != text.npos; from = end + 1) {
+            const std::size_t first = text.find(L'\t', from);
+            const std::size_t second = text.find(L'\t', first + 1);
+            noted.push_back({win::LowerCase(text.substr(from, first - from)), text.substr(first + 1, second - first - 1),
+                             text.substr(second + 1, end - second - 1)});
+        }
+        return noted;
+    }
+};
