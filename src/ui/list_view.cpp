@@ -62,6 +62,8 @@ void ListView::set_column_width(int column, int pixels) const {
 
 void ListView::show(bool visible) const { ShowWindow(window_, visible ? SW_SHOW : SW_HIDE); }
 
+bool ListView::visible() const { return (GetWindowLongW(window_, GWL_STYLE) & WS_VISIBLE) != 0; }
+
 int ListView::count() const { return static_cast<int>(Send(window_, LVM_GETITEMCOUNT)); }
 
 void ListView::clear() const {
@@ -195,7 +197,7 @@ ListView::Hit ListView::hit_test(POINT client) const {
 }
 
 ListFill::ListFill(const ListView& list, int expected)
-    : window_(list.window()), visible_((GetWindowLongW(list.window(), GWL_STYLE) & WS_VISIBLE) != 0) {
+    : window_(list.window()), visible_(list.visible()) {
     Send(window_, WM_SETREDRAW, FALSE);
     if (expected > 0) Send(window_, LVM_SETITEMCOUNT, static_cast<WPARAM>(expected));
 }

@@ -32,6 +32,8 @@ public:
     void set_column_width(int column, int pixels) const;
 
     void show(bool visible) const;
+    // Whether the list itself is shown, whatever the window around it is.
+    bool visible() const;
 
     int count() const;
     void clear() const;
