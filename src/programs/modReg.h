@@ -11,6 +11,11 @@
 
 namespace programs {
 
+// Written in front of a registry key's path, without a separator, and read back by position: the only link between a
+// shown entry and its hive.
+inline constexpr std::wstring_view kAllUsersTag = L"(全ユーザー)";     // HKEY_LOCAL_MACHINE
+inline constexpr std::wstring_view kOneUserTag = L"(個別ユーザー)";  // HKEY_CURRENT_USER
+
 inline constexpr std::wstring_view kKeyOpenError = L"キーオープンエラー";
 inline constexpr std::wstring_view kUndefinedDataType = L"未定義データタイプ";
 

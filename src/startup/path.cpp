@@ -24,6 +24,23 @@ std::wstring ShortWindowsFolder() {
     return length < kWindowsFolderLength ? win::FromAnsi({folder, length}) : std::wstring();
 }
 
+// "\\\\server\\share\\" or the root of a mapped drive, in lower case; empty for a path that is not on the network.
+std::wstring NetworkRoot(const std::wstring& path) {
+    if (win::BeginsWith(path, L"\\\\")) {
+        const std::size_t server_end = path.find(L'\\', 2);
+        const std::size_t share_end = server_end == path.npos ? path.npos : path.find(L'\\', server_end + 1);
+        return win::LowerCase(path.substr(0, share_end)) + L"\\";
+    }
+    if (path.size() < 3 || path[1] != L':') return {};
+    const std::wstring drive = win::LowerCase(path.substr(0, 2)) + L"\\";
+    return GetDriveTypeW(drive.c_str()) == DRIVE_REMOTE ? drive : std::wstring();
+}
+
+// A share that refuses a look at its root is there all the same.
+bool ShareAnswers(const std::wstring& root) {
+    return GetFileAttributesW(root.c_str()) != INVALID_FILE_ATTRIBUTES || GetLastError() == ERROR_ACCESS_DENIED;
+}
+
 std::wstring QuotedPart(std::wstring_view text) {
     text.remove_prefix(1);
     return std::wstring(text.substr(0, text.find(L'"')));
@@ -61,24 +78,40 @@ std::wstring JoinPath(std::wstring_view first, std::wstring_view second) {
     return win::ReplaceAll(std::wstring(first) + L"\\" + std::wstring(second), L"\\\\", L"\\");
 }
 
-bool FileExists(const std::wstring& path) { return PathFileExistsW(path.c_str()) != FALSE; }
+bool FileProbe::exists(const std::wstring& path) {
+    const std::wstring root = NetworkRoot(path);
+    if (has_failed(root)) return false;
+    if (PathFileExistsW(path.c_str())) return true;
+    if (!root.empty() && !ShareAnswers(root)) failed_roots_.insert(root);
+    return false;
+}
 
-std::wstring ResolveCommandPath(std::wstring_view command_line) {
+bool FileProbe::reachable(const std::wstring& path) {
+    const std::wstring root = NetworkRoot(path);
+    return root.empty() || exists(path) || !has_failed(root);
+}
+
+std::wstring ResolveCommandPath(std::wstring_view command_line, FileProbe& probe) {
     std::wstring path(command_line);
     if (win::BeginsWith(path, L"\"")) path = QuotedPart(command_line);
-    if (FileExists(path)) return path;
+    if (probe.exists(path)) return path;
 
     const std::wstring_view start = std::wstring_view(path).substr(0, kProgramFilesVariable.size());
     if (win::LowerCase(start) == kProgramFilesVariable) {
         path = JoinPath(ProgramFilesFolder(), std::wstring_view(path).substr(start.size()));
-        if (FileExists(path)) return path;
+        if (probe.exists(path)) return path;
     }
 
     path = CutBefore(CutBefore(path, L" /"), L" -");
-    if (FileExists(path)) return path;
+    if (probe.exists(path)) return path;
     const std::wstring windows_folder = ShortWindowsFolder();
     const std::wstring in_windows = JoinPath(windows_folder, path);
-    return !windows_folder.empty() && FileExists(in_windows) ? in_windows : path;
+    return !windows_folder.empty() && probe.exists(in_windows) ? in_windows : path;
+}
+
+std::wstring ResolveCommandPath(std::wstring_view command_line) {
+    FileProbe probe;
+    return ResolveCommandPath(command_line, probe);
 }
 
 }  // namespace startup

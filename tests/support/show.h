@@ -6,6 +6,7 @@
 #include <doctest/doctest.h>
 
 #include <string>
+#include <vector>
 
 namespace doctest {
 
@@ -18,6 +19,16 @@ struct StringMaker<std::wstring> {
         WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), utf8.data(), size, nullptr,
                             nullptr);
         return ("\"" + utf8 + "\"").c_str();
+    }
+};
+
+// Cells of a row, rows of a list.
+template <class Element>
+struct StringMaker<std::vector<Element>> {
+    static String convert(const std::vector<Element>& elements) {
+        String text = "{";
+        for (const Element& element : elements) text += " " + StringMaker<Element>::convert(element);
+        return text + " }\n";
     }
 };
 

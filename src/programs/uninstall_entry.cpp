@@ -1,0 +1,94 @@
+#include "programs/uninstall_entry.h"
+
+#include "programs/modReg.h"
+#include "win/handle.h"
+#include "win/system_library.h"
+#include "win/text.h"
+
+namespace programs {
+namespace {
+
+constexpr DWORD kTextBytes = 512;
+constexpr std::wstring_view kMegabyteUnit = L"MB";
+constexpr std::size_t kSortKeyLength = 8;  // "00000.00"
+
+// The values of one key. None is read before it is asked for.
+class Values {
+public:
+    explicit Values(HKEY key) : key_(key) {}
+
+    std::optional<std::wstring> text(const wchar_t* name) const {
+        wchar_t buffer[kTextBytes / sizeof(wchar_t)];
+        DWORD bytes = kTextBytes;
+        if (!read(name, buffer, &bytes)) return {};
+        return std::wstring(RegistryText(buffer, bytes));
+    }
+
+    std::optional<std::uint32_t> number(const wchar_t* name) const {
+        std::uint32_t value = 0;
+        DWORD bytes = sizeof value;
+        if (!read(name, &value, &bytes)) return {};
+        return value;
+    }
+
+private:
+    bool read(const wchar_t* name, void* buffer, DWORD* bytes) const {
+        DWORD type = REG_NONE;
+        return RegQueryValueExW(key_, name, nullptr, &type, static_cast<BYTE*>(buffer), bytes) == ERROR_SUCCESS;
+    }
+
+    HKEY key_;
+};
+
+bool IsUpdate(const UninstallEntry& entry) {
+    return win::Contains(entry.publisher, L"Microsoft") &&
+           (win::BeginsWith(entry.key_name, L"KB") || win::Contains(win::LowerCase(entry.display_name), L"(kb"));
+}
+
+}  // namespace
+
+std::optional<UninstallEntry> ReadUninstallEntry(HKEY root, const std::wstring& parent_path,
+                                                 const std::wstring& key_name, const ScanOptions& options) {
+    win::RegKey key;
+    if (RegOpenKeyExW(root, (parent_path + key_name).c_str(), 0, KEY_QUERY_VALUE, key.put()) != ERROR_SUCCESS) {
+        return {};
+    }
+    const Values values(key.get());
+    if (!options.show_system_components && values.number(L"SystemComponent").value_or(0) != 0) return {};
+
+    UninstallEntry entry;
+    entry.key_name = key_name;
+    entry.uninstall_command = values.text(L"UninstallString").value_or(std::wstring());
+    if (entry.uninstall_command.empty()) return {};
+    entry.display_name = values.text(L"DisplayName").value_or(std::wstring());
+    entry.publisher = values.text(L"Publisher").value_or(std::wstring());
+    entry.is_update = IsUpdate(entry);
+    entry.estimated_size = values.number(L"EstimatedSize");
+    entry.install_date = values.text(L"InstallDate").value_or(std::wstring());
+    entry.install_location = values.text(L"InstallLocation");
+    if (options.show_icons) entry.display_icon = values.text(L"DisplayIcon");
+    return entry;
+}
+
+std::wstring MegabyteText(std::uint32_t kilobytes) {
+    return win::TwoDecimals(kilobytes, 1024) + std::wstring(kMegabyteUnit);
+}
+
+std::wstring SizeSortKey(const std::wstring& megabyte_text) {
+    std::wstring key = megabyte_text.substr(0, megabyte_text.size() - kMegabyteUnit.size());
+    if (key.size() < kSortKeyLength) key.insert(0, kSortKeyLength - key.size(), L'0');
+    return key;
+}
+
+std::wstring IconPath(const UninstallEntry& entry, startup::FileProbe& probe) {
+    if (!entry.display_icon) {
+        const std::wstring program = startup::ResolveCommandPath(entry.uninstall_command, probe);
+        const bool installer = win::BeginsWith(win::LowerCase(program), L"msiexec");
+        return installer ? win::SystemDirectory() + L"\\MsiExec.exe" : program;
+    }
+    std::wstring path = entry.display_icon->substr(0, entry.display_icon->find(L','));
+    if (!win::BeginsWith(path, L"\"")) return path;
+    return path.size() < 2 ? std::wstring() : path.substr(1, path.size() - 2);
+}
+
+}  // namespace programs

@@ -1,0 +1,69 @@
+#include "programs/uninstall_scan.h"
+
+#include "programs/file_icon.h"
+#include "programs/modReg.h"
+
+namespace programs {
+namespace {
+
+constexpr wchar_t kMachineKey[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
+constexpr wchar_t kUserKey[] = L"\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
+
+// The image index for a row; the lists get the image list with the first icon of a scan.
+int AddIcon(const ProgramLists& lists, const UninstallEntry& entry, startup::FileProbe& probe) {
+    const std::wstring path = IconPath(entry, probe);
+    const int images = probe.reachable(path) ? AddFileIconToImageList(lists.icons, path, SHGFI_SMALLICON) : 0;
+    if (images == 0) return ui::ListView::kNoImage;
+    if (images == 1) {
+        lists.programs.set_small_images(lists.icons);
+        lists.updates.set_small_images(lists.icons);
+    }
+    return images - 1;
+}
+
+void AddRow(const ProgramLists& lists, const UninstallEntry& entry, int image) {
+    const ui::ListView& list = entry.is_update ? lists.updates : lists.programs;
+    const bool empty_folder = entry.install_location && entry.install_location->empty();
+    const int row = list.add_row(entry.display_name, empty_folder ? kEmptyInstallFolder : 0, image);
+    const auto fill = [&](Column::Index column, const std::wstring& text) {
+        if (!text.empty()) list.set_cell(row, column, text);
+    };
+    fill(Column::Publisher, entry.publisher);
+    if (entry.estimated_size) {
+        const std::wstring size = MegabyteText(*entry.estimated_size);
+        fill(Column::Size, size);
+        fill(Column::SizeKey, SizeSortKey(size));
+    }
+    fill(Column::InstallDate, entry.install_date);
+    if (entry.install_location) fill(Column::InstallFolder, *entry.install_location);
+    fill(Column::UninstallCommand, entry.uninstall_command);
+    fill(Column::RegistryKey, entry.key_name);
+}
+
+}  // namespace
+
+void ScanUninstallKeys(const ProgramLists& lists, const ScanOptions& options, std::wstring_view user_sid,
+                       ui::Host& host) {
+    const ui::ListFill programs(lists.programs);
+    const ui::ListFill updates(lists.updates);
+    lists.programs.clear();
+    lists.updates.clear();
+    lists.programs.set_small_images(nullptr);
+    lists.updates.set_small_images(nullptr);
+    ImageList_RemoveAll(lists.icons);
+
+    startup::FileProbe probe;
+    const auto scan = [&](HKEY root, const std::wstring& path) {
+        const std::vector<std::wstring> names = EnumerateSubkeyNames(root, path);
+        host.pump();
+        for (const std::wstring& name : names) {
+            const auto entry = ReadUninstallEntry(root, path, name, options);
+            if (!entry) continue;
+            AddRow(lists, *entry, options.show_icons ? AddIcon(lists, *entry, probe) : ui::ListView::kNoImage);
+        }
+    };
+    scan(HKEY_LOCAL_MACHINE, kMachineKey);
+    scan(HKEY_USERS, std::wstring(user_sid) + kUserKey);
+}
+
+}  // namespace programs

@@ -1,0 +1,49 @@
+// The lists of installed programs and updates, filled from the Uninstall registry keys.
+#pragma once
+
+#include "programs/uninstall_entry.h"
+#include "ui/host.h"
+#include "ui/list_view.h"
+
+#include <string_view>
+
+namespace programs {
+
+struct Column {
+    enum Index : int {
+        Name,
+        Publisher,
+        Size,  // "12.35MB"
+        InstallDate,
+        InstallFolder,
+        UninstallCommand,
+        RegistryKey,  // the subkey's name, not its path
+        SizeKey,      // sorts the sizes as numbers
+    };
+};
+
+// Of both lists, in the order of Column.
+inline constexpr ui::Column kColumns[] = {
+    {L"プログラム名", 260},         {L"発行元", 150},
+    {L"サイズ", 76},                {L"導入日", 76},
+    {L"インストールフォルダ", 200}, {L"アンインストール コマンド", 240},
+    {L"レジストリキー", 180},       {L"計算用", 0},
+};
+
+// The tag of a row whose InstallLocation exists but is empty; all other rows have 0.
+inline constexpr LPARAM kEmptyInstallFolder = 1;
+
+// What the scan fills. The image list is attached to both lists with the first icon of a scan.
+struct ProgramLists {
+    ui::ListView programs;
+    ui::ListView updates;
+    HIMAGELIST icons;  // CreateSmallIconList
+};
+
+// Empties both lists and the image list and fills them from the keys of the whole machine, then of the user whose
+// security identifier is `user_sid`. Messages are processed twice, after each enumeration of the subkeys. `options`
+// may change meanwhile.
+void ScanUninstallKeys(const ProgramLists& lists, const ScanOptions& options, std::wstring_view user_sid,
+                       ui::Host& host);
+
+}  // namespace programs

@@ -1,0 +1,80 @@
+#include "startup/shell_files.h"
+
+#include "startup/path.h"
+#include "win/text.h"
+
+namespace startup {
+namespace {
+
+// The header as the Japanese shell writes it; in another language no description is shown.
+constexpr std::wstring_view kDescriptionHeader = L"ファイルの説明";
+constexpr int kDetailColumns = 41;
+
+std::wstring TargetByShellLink(const std::wstring& file) {
+    win::ComPtr<IShellLinkW> link;
+    if (FAILED(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW, link.put_void()))) {
+        return {};
+    }
+    const auto stored = link.as<IPersistFile>(IID_IPersistFile);
+    wchar_t target[MAX_PATH] = {};
+    if (!stored || FAILED(stored->Load(file.c_str(), STGM_READ)) ||
+        link->GetPath(target, MAX_PATH, nullptr, 0) != S_OK) {
+        return {};
+    }
+    return target;
+}
+
+}  // namespace
+
+std::wstring GetSpecialFolderPath(int csidl) {
+    wchar_t folder[MAX_PATH] = {};
+    SHGetSpecialFolderPathW(nullptr, folder, csidl, FALSE);
+    return folder;
+}
+
+std::wstring GetShortcutTarget(const std::wstring& file) {
+    if (!win::EndsWith(win::LowerCase(file), L".lnk")) return {};
+    const win::Object shortcut = win::Object::create(L"WScript.Shell").get_object(L"CreateShortcut", file);
+    win::Variant target;
+    if (SUCCEEDED(shortcut.invoke(L"TargetPath", {}, &target))) return target.text();
+    return TargetByShellLink(file);
+}
+
+int GetSystemIconIndex(const std::wstring& path) {
+    // For an empty path the shell would describe the current folder.
+    if (path.empty()) return 0;
+    SHFILEINFOW info = {};
+    SHGetFileInfoW(path.c_str(), 0, &info, sizeof info, SHGFI_SYSICONINDEX | SHGFI_DISPLAYNAME | SHGFI_SMALLICON);
+    return info.iIcon;
+}
+
+const FileDescriptions::Folder& FileDescriptions::folder_at(const std::wstring& path) {
+    const auto [place, added] = folders_.try_emplace(win::LowerCase(path));
+    Folder& folder = place->second;
+    if (!added) return folder;
+    if (!shell_) shell_ = win::Object::create(L"Shell.Application");
+    folder.object = shell_.get_object(L"Namespace", path);
+    if (!folder.object) return folder;
+    for (int column = 0; column < kDetailColumns; ++column) {
+        if (folder.object.get(L"GetDetailsOf", win::Variant(), column).text() == kDescriptionHeader) {
+            folder.columns.push_back(column);
+        }
+    }
+    return folder;
+}
+
+std::wstring FileDescriptions::describe(const std::wstring& path) {
+    const Folder& folder = folder_at(ParentFolder(path));
+    if (folder.columns.empty()) return {};
+    const win::Object item = folder.object.get_object(L"ParseName", FileNamePart(path));
+    std::wstring description;
+    // A later column of that name wins. Without an item the shell would answer with the header itself.
+    for (const int column : folder.columns) {
+        win::Variant detail;
+        const win::Variant arguments[] = {win::Variant(item.get()), win::Variant(column)};
+        if (item && SUCCEEDED(folder.object.invoke(L"GetDetailsOf", arguments, &detail))) description = detail.text();
+    }
+    return description;
+}
+
+}  // namespace startup

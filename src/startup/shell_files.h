@@ -1,0 +1,40 @@
+// What the shell knows about files: special folders, shortcut targets, icons, descriptions.
+#pragma once
+
+#include "win/automation.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace startup {
+
+// The path of a special folder (CSIDL_…, SHGetSpecialFolderPathW); empty when there is none.
+std::wstring GetSpecialFolderPath(int csidl);
+
+// The target of a ".lnk" file; empty for any other file and for a shortcut without one. WScript.Shell is asked first,
+// IShellLinkW where that cannot tell: a target must not seem gone because scripts are switched off.
+std::wstring GetShortcutTarget(const std::wstring& file);
+
+// The index of the file's icon in the system's image list; 0, the icon of an unknown file, when the shell has none.
+int GetSystemIconIndex(const std::wstring& path);
+
+// File descriptions as the shell's details view shows them, for the length of one fill: the columns of a folder are
+// looked up once.
+class FileDescriptions {
+public:
+    // The description of an existing file; empty when the shell has no such column.
+    std::wstring describe(const std::wstring& path);
+
+private:
+    struct Folder {
+        win::Object object;
+        std::vector<int> columns;  // those headed "ファイルの説明"
+    };
+    const Folder& folder_at(const std::wstring& path);
+
+    win::Object shell_;
+    std::map<std::wstring, Folder> folders_;
+};
+
+}  // namespace startup

@@ -1,0 +1,109 @@
+#include "startup/startup_scan.h"
+
+#include "programs/modReg.h"
+#include "startup/path.h"
+#include "startup/shell_files.h"
+#include "win/handle.h"
+#include "win/text.h"
+
+namespace startup {
+namespace {
+
+// A value with a longer name or more data ends the listing of its key.
+constexpr DWORD kValueNameLength = 1024;
+constexpr DWORD kValueBytes = 1024;
+
+constexpr DWORD kNotListed = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN;
+
+// One fill of the list, with what is remembered for its length.
+class Fill {
+public:
+    explicit Fill(const ui::ListView& list) : list_(list) {}
+
+    void scan_startup_folder(const std::wstring& folder);
+    void scan_run_key(HKEY hive, const wchar_t* key_path);
+
+private:
+    void add_file(const std::wstring& folder, const std::wstring& name);
+    void add_value(const std::wstring& name, const std::wstring& command_line, const std::wstring& location);
+    void add_row(const std::wstring& name, const std::wstring& value, const std::wstring& location,
+                 const std::wstring& description, const std::wstring& icon_path);
+
+    ui::ListView list_;
+    FileProbe probe_;
+    FileDescriptions descriptions_;
+};
+
+void Fill::scan_startup_folder(const std::wstring& folder) {
+    if (folder.empty()) return;
+    WIN32_FIND_DATAW entry = {};
+    const win::FindHandle search(FindFirstFileW((folder + L"\\*").c_str(), &entry));
+    if (!search) return;
+    do {
+        if ((entry.dwFileAttributes & kNotListed) == 0) {
+            add_file(folder, std::wstring(win::TrimBlanks(entry.cFileName)));
+        }
+    } while (FindNextFileW(search.get(), &entry));
+}
+
+void Fill::add_file(const std::wstring& folder, const std::wstring& name) {
+    const std::wstring path = folder + L"\\" + name;
+    if (win::LowerCase(ExtensionPart(name)) != L"lnk") return add_row(name, path, folder, {}, path);
+    const std::wstring target = GetShortcutTarget(path);
+    if (probe_.exists(target)) return add_row(name, target, folder, descriptions_.describe(target), target);
+    const std::wstring broken = target + std::wstring(kBrokenLink);
+    add_row(name, broken, folder, {}, broken);
+}
+
+void Fill::scan_run_key(HKEY hive, const wchar_t* key_path) {
+    win::RegKey key;
+    if (RegOpenKeyW(hive, key_path, key.put()) != ERROR_SUCCESS) return;
+    const std::wstring_view tag = hive == HKEY_LOCAL_MACHINE ? programs::kAllUsersTag : programs::kOneUserTag;
+    const std::wstring location = std::wstring(tag) + key_path;
+    std::wstring name(kValueNameLength, L'\0');
+    wchar_t data[kValueBytes / sizeof(wchar_t)] = {};
+    for (DWORD index = 0;; ++index) {
+        DWORD length = kValueNameLength;
+        DWORD bytes = kValueBytes;
+        if (RegEnumValueW(key.get(), index, name.data(), &length, nullptr, nullptr, reinterpret_cast<BYTE*>(data),
+                          &bytes) != ERROR_SUCCESS) {
+            return;
+        }
+        add_value(std::wstring(win::CutAtNul(std::wstring_view(name).substr(0, length))),
+                  std::wstring(programs::RegistryText(data, bytes)), location);
+    }
+}
+
+void Fill::add_value(const std::wstring& name, const std::wstring& command_line, const std::wstring& location) {
+    const std::wstring path = ResolveCommandPath(command_line, probe_);
+    const std::wstring description = probe_.exists(path) ? descriptions_.describe(path) : std::wstring();
+    add_row(name, command_line, location, description, path);
+}
+
+void Fill::add_row(const std::wstring& name, const std::wstring& value, const std::wstring& location,
+                   const std::wstring& description, const std::wstring& icon_path) {
+    const int row = list_.add_row(name, 0, probe_.reachable(icon_path) ? GetSystemIconIndex(icon_path) : 0);
+    list_.set_cell(row, Column::Value, value);
+    list_.set_cell(row, Column::Location, location);
+    list_.set_cell(row, Column::Description, description);
+}
+
+}  // namespace
+
+void ScanStartup(const ui::ListView& list, ui::Host& host) {
+    const ui::ListFill painted_once(list);
+    list.clear();
+    Fill fill(list);
+    for (const int folder : {CSIDL_STARTUP, CSIDL_COMMON_STARTUP}) {
+        fill.scan_startup_folder(GetSpecialFolderPath(folder));
+        host.pump();
+    }
+    for (const HKEY hive : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
+        for (const wchar_t* key_path : {kRunKey, kRunOnceKey}) {
+            fill.scan_run_key(hive, key_path);
+            host.pump();
+        }
+    }
+}
+
+}  // namespace startup

@@ -1,0 +1,35 @@
+// The list of programs that Windows starts at log-on.
+#pragma once
+
+#include "ui/host.h"
+#include "ui/list_view.h"
+
+#include <string_view>
+
+namespace startup {
+
+struct Column {
+    enum Index : int {
+        Name,      // the file's name, or the registry value's
+        Value,     // the shortcut's target, the file's path, or the command line as stored
+        Location,  // the folder, or scope tag and registry key: kAllUsersTag, kOneUserTag
+        Description,
+    };
+};
+
+// In the order of Column.
+inline constexpr ui::Column kColumns[] = {{L"名前", 180}, {L"値", 320}, {L"場所", 320}, {L"説明", 180}};
+
+// Stands directly behind the target of a shortcut that leads nowhere.
+inline constexpr std::wstring_view kBrokenLink = L"<リンク切れ>";
+
+// The keys whose values are started at log-on, below HKEY_LOCAL_MACHINE and HKEY_CURRENT_USER.
+inline constexpr wchar_t kRunKey[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
+inline constexpr wchar_t kRunOnceKey[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
+
+// Empties the list and fills it: the user's startup folder, that of all users, Run and RunOnce of the machine, Run and
+// RunOnce of the user. Messages are processed between these six. Row images are indexes into the system's small image
+// list, which the list must already have.
+void ScanStartup(const ui::ListView& list, ui::Host& host);
+
+}  // namespace startup
