@@ -3,13 +3,10 @@
 
 namespace ui {
 
-inline constexpr wchar_t kSeparator[] = L"-";
-
-// One item of a control array of menu items.
+// One item: its index in the menu's control array, and its caption; "-" is a separator.
 struct MenuItem {
     int index;
-    const wchar_t* caption;         // kSeparator for a line
-    const wchar_t* hint = nullptr;  // what the status bar says while the item is highlighted; none in pop-up menus
+    const wchar_t* caption;
 };
 
 }  // namespace ui

@@ -24,4 +24,18 @@ StartedProcess StartSystemProgram(std::wstring_view name, std::wstring command_l
     return StartProcess(application, std::move(command_line), style);
 }
 
+StartedProcess StartElevated(HWND owner, const std::wstring& application, const std::wstring& arguments,
+                             WindowStyle style) {
+    SHELLEXECUTEINFOW record = {};
+    record.cbSize = sizeof record;
+    record.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_FLAG_NO_UI;
+    record.hwnd = owner;
+    record.lpVerb = L"runas";
+    record.lpFile = application.c_str();
+    record.lpParameters = arguments.c_str();
+    record.nShow = static_cast<int>(style);
+    if (!ShellExecuteExW(&record)) return {};
+    return {Handle(record.hProcess), 0};
+}
+
 }  // namespace win

@@ -16,7 +16,7 @@ enum class WindowStyle : WORD {
 
 struct StartedProcess {
     Handle process;  // empty when the start failed; GetLastError tells why
-    DWORD id = 0;
+    DWORD id = 0;  // 0 where the system does not tell
 };
 
 // CreateProcessW with a command line as it stands. `application` is the full path of the program to run, so that
@@ -25,5 +25,10 @@ StartedProcess StartProcess(const std::wstring& application, std::wstring comman
 
 // A program of Windows' own ("regedit.exe"), found by FindSystemFile and started with `command_line` as it stands.
 StartedProcess StartSystemProgram(std::wstring_view name, std::wstring command_line, WindowStyle style);
+
+// Starts a program after the system's elevation prompt (ShellExecuteExW, "runas"). An empty process when the user
+// refuses.
+StartedProcess StartElevated(HWND owner, const std::wstring& application, const std::wstring& arguments,
+                             WindowStyle style);
 
 }  // namespace win

@@ -1,7 +1,7 @@
 // A program that notes how it was started in C:\record.txt, one UTF-16 line each time: its own path, the show command
 // of its first window, its command line, with tabs between. It can stand in for a program that the product starts.
 //   --wait N   lives N milliseconds          --exit N   ends with exit code N
-//   --start    starts itself once more, waiting for 60 seconds, before it ends
+//   --start    starts itself once more, for 2 seconds
 #include <windows.h>
 
 #include <cwchar>
@@ -22,14 +22,15 @@ DWORD NumberAfter(const wchar_t* command_line, const wchar_t* option) {
 
 void Record(const std::wstring& line) {
     const HANDLE file =
-        CreateFileW(L"C:\\record.txt", FILE_APPEND_DATA, FILE_SHARE_READ, nullptr, OPEN_ALWAYS, 0, nullptr);
+        CreateFileW(L"C:\\record.txt", FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS, 0,
+                    nullptr);
     DWORD written = 0;
     WriteFile(file, line.data(), static_cast<DWORD>(line.size() * sizeof(wchar_t)), &written, nullptr);
     CloseHandle(file);
 }
 
 void StartSelf() {
-    std::wstring command_line = L"\"" + OwnPath() + L"\" --wait 60000";
+    std::wstring command_line = L"\"" + OwnPath() + L"\" --wait 2000";
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION started = {};

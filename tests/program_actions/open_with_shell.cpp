@@ -14,11 +14,11 @@ TEST_CASE("Programs are opened by path and, without a folder, from the system's 
     const win::ComApartment apartment;
     TestFolder folder(L"opened here");
     const std::wstring program = folder.own(L"some program.exe");
-    REQUIRE(Recorder::install(program));
-    REQUIRE(Recorder::install(folder.own(L"planted.exe")));
-    REQUIRE(Recorder::install_in_system(L"only in system.exe"));
+    Recorder recorder;
+    REQUIRE(recorder.install(program));
+    REQUIRE(recorder.install(folder.own(L"planted.exe")));
+    REQUIRE(recorder.install_in_system(L"only in system.exe"));
     SetCurrentDirectoryW(folder.path().c_str());
-    const Recorder recorder;
 
     CHECK(OpenWithShell(nullptr, program, L"first second", L""));
     CHECK(recorder.starts(1).size() == 1);

@@ -48,8 +48,8 @@ TEST_CASE("LastKey is stored in code page 932, with the tree's top in front exac
 }
 
 TEST_CASE("The editor starts from the system's folders whether or not its setting can be stored") {
-    REQUIRE(Recorder::install_in_system(L"regedit.exe"));
-    const Recorder recorder;
+    Recorder recorder;
+    REQUIRE(recorder.install_in_system(L"regedit.exe"));
     TestHost host;
     {
         const TestKey settings(HKEY_CURRENT_USER, kSettings);
@@ -73,8 +73,8 @@ TEST_CASE("The editor starts from the system's folders whether or not its settin
 }
 
 TEST_CASE("A typed path loses its leading blanks only") {
-    REQUIRE(Recorder::install_in_system(L"regedit.exe"));
-    const Recorder recorder;
+    Recorder recorder;
+    REQUIRE(recorder.install_in_system(L"regedit.exe"));
     const TestKey settings(HKEY_CURRENT_USER, kSettings);
     std::vector<std::wstring> history;
 

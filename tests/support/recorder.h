@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+// What was there before comes back at the end.
 class Recorder {
 public:
     struct Start {
@@ -15,20 +16,34 @@ public:
         std::wstring command_line;
     };
 
-    Recorder() { DeleteFileW(kRecord); }
+    Recorder() {
+        GetDesktopWindow();  // Wine starts its Explorer now, before that may be replaced
+        DeleteFileW(kRecord);
+    }
+    Recorder(const Recorder&) = delete;
+    Recorder& operator=(const Recorder&) = delete;
+    ~Recorder() {
+        for (const std::wstring& path : installed_) {
+            for (int turn = 0; turn < 100 && !DeleteFileW(path.c_str()); ++turn) Sleep(50);  // it may still run
+            MoveFileW(Aside(path).c_str(), path.c_str());
+        }
+    }
 
     // Makes `path` a copy of the recorder. False when that cannot be.
-    static bool install(const std::wstring& path) {
+    bool install(const std::wstring& path) {
         wchar_t own[MAX_PATH] = {};
         GetModuleFileNameW(nullptr, own, MAX_PATH);
         std::wstring source = own;
         source.resize(source.rfind(L'\\') + 1);
         source += L"recorder_gui.exe";
-        return CopyFileW(source.c_str(), path.c_str(), FALSE) != FALSE;
+        MoveFileW(path.c_str(), Aside(path).c_str());
+        if (!CopyFileW(source.c_str(), path.c_str(), TRUE)) return false;
+        installed_.push_back(path);
+        return true;
     }
 
     // The same for a program of Windows' own.
-    static bool install_in_system(const std::wstring& name) {
+    bool install_in_system(const std::wstring& name) {
         wchar_t folder[MAX_PATH] = {};
         GetSystemDirectoryW(folder, MAX_PATH);
         return install(std::wstring(folder) + L"\\" + name);
@@ -58,6 +73,8 @@ public:
 private:
     static constexpr const wchar_t* kRecord = L"C:\\record.txt";
 
+    static std::wstring Aside(const std::wstring& path) { return path + L".aside"; }
+
     static std::vector<Start> read() {
         std::vector<Start> noted;
         const win::File file(CreateFileW(kRecord, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
@@ -70,9 +87,12 @@ private:
         for (std::size_t end; (end = text.find(L'\n', from)) != text.npos; from = end + 1) {
             const std::size_t first = text.find(L'\t', from);
             const std::size_t second = text.find(L'\t', first + 1);
-            noted.push_back({win::LowerCase(text.substr(from, first - from)), text.substr(first + 1, second - first - 1),
+            noted.push_back({win::LowerCase(text.substr(from, first - from)),
+                             text.substr(first + 1, second - first - 1),
                              text.substr(second + 1, end - second - 1)});
         }
         return noted;
     }
+
+    std::vector<std::wstring> installed_;
 };

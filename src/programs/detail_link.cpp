@@ -1,0 +1,80 @@
+#include "programs/detail_link.h"
+
+#include "programs/modReg.h"
+#include "programs/open_with_shell.h"
+#include "programs/registry_editor.h"
+#include "startup/path.h"
+#include "win/process.h"
+#include "win/text.h"
+
+#include <algorithm>
+
+namespace programs {
+namespace {
+
+constexpr std::wstring_view kOpenedSchemes[] = {L"http:", L"https:", L"ftp:", L"mailto:"};
+
+constexpr struct {
+    std::wstring_view tag;
+    std::wstring_view root;
+} kScopes[] = {{kAllUsersTag, kLocalMachineRoot}, {kOneUserTag, kCurrentUserRoot}};
+
+constexpr wchar_t kOpeningUrl[] = L"指定URLを開きます...";
+constexpr wchar_t kShowingFile[] = L"ファイル位置をエクスプローラで開きます...";
+
+// The labels have always passed one NUL instead of no parameters.
+constexpr std::wstring_view kNoParameters(L"\0", 1);
+
+bool IsOpenedScheme(std::wstring_view url) {
+    const std::wstring lower = win::LowerCase(url);
+    return std::any_of(std::begin(kOpenedSchemes), std::end(kOpenedSchemes),
+                       [&](std::wstring_view scheme) { return win::BeginsWith(lower, scheme); });
+}
+
+bool IsOnOtherComputer(std::wstring_view caption) {
+    return win::BeginsWith(caption, L"\\\\") || win::BeginsWith(caption, L"\"\\\\");
+}
+
+}  // namespace
+
+DetailLink FindDetailLink(std::wstring_view caption) {
+    const std::wstring text(caption);
+    if (text.empty()) return {};
+    if (PathIsURLW(text.c_str())) {
+        if (!IsOpenedScheme(text)) return {};
+        return {LinkKind::Url, text};
+    }
+    startup::FileProbe probe;
+    std::wstring path = startup::ResolveCommandPath(text, probe);
+    if (probe.exists(path)) return {LinkKind::File, std::move(path)};
+    for (const auto& [tag, root] : kScopes) {
+        if (win::BeginsWith(text, tag)) return {LinkKind::RegistryKey, std::wstring(root) + text.substr(tag.size())};
+    }
+    return {};
+}
+
+bool LooksLikeLink(std::wstring_view caption) {
+    return IsOnOtherComputer(caption) || FindDetailLink(caption).kind != LinkKind::None;
+}
+
+void OpenDetailLink(std::wstring_view caption, ui::Host& host) {
+    const DetailLink link = FindDetailLink(caption);
+    switch (link.kind) {
+        case LinkKind::None:
+            break;
+        case LinkKind::Url:
+            host.status(kOpeningUrl);
+            OpenWithShell(host.window(), link.target, kNoParameters, {});
+            break;
+        case LinkKind::File:
+            host.status(kShowingFile);
+            win::StartSystemProgram(L"explorer.exe", L"explorer.exe /e,/select," + link.target,
+                                    win::WindowStyle::Normal);
+            break;
+        case LinkKind::RegistryKey:
+            OpenRegistryEditorAt(link.target, host);
+            break;
+    }
+}
+
+}  // namespace programs

@@ -1,0 +1,19 @@
+// The support details of a listed program.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace programs {
+
+struct ProgramDetails {
+    std::wstring help_link;       // "サポート："
+    std::wstring url_info_about;  // "URL："
+    std::wstring help_telephone;  // "HelpTel："
+};
+
+// Reads the details from the uninstall key `key_name` of the machine, or where that does not exist of the user. A value
+// that is missing or has more than 255 bytes in the system's code page is empty (RegQueryValueExA).
+ProgramDetails ReadProgramDetails(std::wstring_view key_name, std::wstring_view user_sid);
+
+}  // namespace programs

@@ -1,0 +1,33 @@
+// mnuPop, the pop-up menu of the lists of programs and updates, and the keys of these lists.
+#pragma once
+
+#include "ui/menu.h"
+
+namespace programs {
+
+struct ProgramItem {
+    enum Index : int { Copy = 1, Uninstall = 3, ForcedUninstall = 4, OpenFolder = 9, Refresh = 99 };
+};
+
+inline constexpr ui::MenuItem kProgramMenu[] = {
+    {ProgramItem::Copy, L"項目コピー(&C)"},
+    {2, L"-"},
+    {ProgramItem::Uninstall, L"削除(&D)"},
+    {ProgramItem::ForcedUninstall, L"強制削除(&F)..."},
+    {8, L"-"},
+    {ProgramItem::OpenFolder, L"インストールフォルダを開く(&O)"},
+    {98, L"-"},
+    {ProgramItem::Refresh, L"情報の更新(&U)"},
+};
+
+struct ProgramMenuFacts {
+    bool row_selected = false;
+    bool uninstalling = false;  // an uninstaller runs; a second one must not start
+};
+
+bool IsProgramItemEnabled(int index, const ProgramMenuFacts& facts);
+
+// The item that a key of the list stands for, 0 for none: Delete uninstalls, Ctrl+O opens the install folder.
+int ProgramItemForKey(unsigned key_code, bool control);
+
+}  // namespace programs

@@ -1,0 +1,27 @@
+#include "startup/modAPI.h"
+
+#include "startup/path.h"
+#include "win/system_library.h"
+
+namespace startup {
+
+void ShowFileProperties(const std::wstring& path) {
+    SHELLEXECUTEINFOW record = {};
+    record.cbSize = sizeof record;
+    record.fMask = SEE_MASK_INVOKEIDLIST | SEE_MASK_NOCLOSEPROCESS | SEE_MASK_FLAG_NO_UI;
+    record.lpVerb = L"properties";
+    record.lpFile = path.c_str();
+    record.nShow = SW_SHOW;
+    // Never again with another mask: where the shell has no such verb, that would start the file itself.
+    ShellExecuteExW(&record);
+    const win::Handle process(record.hProcess);
+}
+
+DWORD RunProgram(const std::wstring& program, const std::wstring& arguments, win::WindowStyle style) {
+    std::wstring command_line = L"\"" + program + L"\"";
+    if (!arguments.empty()) command_line += L" " + arguments;
+    if (ParentFolder(program).empty()) return win::StartSystemProgram(program, std::move(command_line), style).id;
+    return win::StartProcess(program, std::move(command_line), style).id;
+}
+
+}  // namespace startup

@@ -1,0 +1,77 @@
+#include "startup/startup_actions.h"
+
+#include "programs/modReg.h"
+#include "programs/registry_editor.h"
+#include "startup/modAPI.h"
+#include "startup/path.h"
+#include "startup/startup_scan.h"
+#include "win/handle.h"
+#include "win/text.h"
+
+namespace startup {
+namespace {
+
+struct Scope {
+    std::wstring_view tag;
+    HKEY root;
+    std::wstring_view root_name;
+};
+
+const Scope* FindScope(std::wstring_view location) {
+    static const Scope scopes[] = {
+        {programs::kAllUsersTag, HKEY_LOCAL_MACHINE, programs::kLocalMachineRoot},
+        {programs::kOneUserTag, HKEY_CURRENT_USER, programs::kCurrentUserRoot},
+    };
+    for (const Scope& scope : scopes) {
+        if (win::Contains(location, scope.tag)) return &scope;
+    }
+    return nullptr;
+}
+
+std::wstring DeletionQuestion(const std::wstring& name) {
+    return L"「" + name + L"」を削除します。\r\nよろしいですか？";
+}
+
+}  // namespace
+
+std::optional<StartupEntry> SelectedStartupEntry(const ui::ListView& list) {
+    const int row = list.selected();
+    if (row < 0) return {};
+    return StartupEntry{
+        .name = list.cell(row, Column::Name),
+        .value = list.cell(row, Column::Value),
+        .location = list.cell(row, Column::Location),
+        .description = list.cell(row, Column::Description),
+    };
+}
+
+bool IsRegistryEntry(std::wstring_view location) { return FindScope(location) != nullptr; }
+
+std::wstring EntryFile(const StartupEntry& entry) { return JoinPath(entry.location, entry.name); }
+
+bool DeleteStartupEntry(const StartupEntry& entry, ui::Host& host) {
+    if (host.confirm(DeletionQuestion(entry.name)) != ui::Answer::Ok) return false;
+    if (const Scope* scope = FindScope(entry.location)) {
+        // The tag is taken to stand at the beginning, wherever it was found.
+        const std::wstring key_path = entry.location.substr(scope->tag.size());
+        win::RegKey key;
+        if (RegOpenKeyExW(scope->root, key_path.c_str(), 0, KEY_SET_VALUE, key.put()) != ERROR_SUCCESS) return false;
+        RegDeleteValueW(key.get(), entry.name.c_str());
+        return true;
+    }
+    DeleteFileW(EntryFile(entry).c_str());
+    return true;
+}
+
+void OpenStartupLocation(const std::wstring& location) {
+    if (PathIsDirectoryW(location.c_str())) {
+        RunProgram(L"explorer.exe", location, win::WindowStyle::Normal);
+        return;
+    }
+    if (const Scope* scope = FindScope(location)) {
+        programs::StoreLastKey(win::ReplaceAll(location, scope->tag, scope->root_name));
+    }
+    programs::StartRegistryEditor();
+}
+
+}  // namespace startup

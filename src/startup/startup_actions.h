@@ -1,0 +1,36 @@
+// What the user can do with a row of the startup list.
+#pragma once
+
+#include "ui/host.h"
+#include "ui/list_view.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace startup {
+
+// The cells of a row, taken before anything that may let the list change.
+struct StartupEntry {
+    std::wstring name;
+    std::wstring value;
+    std::wstring location;  // a folder, or a scope tag and a registry key
+    std::wstring description;
+};
+
+std::optional<StartupEntry> SelectedStartupEntry(const ui::ListView& list);
+
+// A registry value rather than a file in a folder.
+bool IsRegistryEntry(std::wstring_view location);
+
+// The path of a folder entry's file; meaningless for a registry entry.
+std::wstring EntryFile(const StartupEntry& entry);
+
+// After a question, deletes the registry value or the file in the startup folder. True when the list is to be
+// refreshed; false after Cancel and where the registry key cannot be written.
+bool DeleteStartupEntry(const StartupEntry& entry, ui::Host& host);
+
+// Opens the startup folder in the Explorer, or the registry key in the registry editor.
+void OpenStartupLocation(const std::wstring& location);
+
+}  // namespace startup

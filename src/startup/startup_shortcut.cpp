@@ -1,0 +1,74 @@
+#include "startup/startup_shortcut.h"
+
+#include "startup/path.h"
+#include "startup/shell_files.h"
+#include "win/automation.h"
+
+namespace startup {
+namespace {
+
+constexpr wchar_t kTitle[] = L"ショートカットの作成";
+
+// WshShortcut's number for a normal window.
+constexpr std::int32_t kNormalWindow = 4;
+
+std::wstring Question(const std::wstring& target_path) {
+    return L"スタートアップフォルダに\r\n" + target_path + L"\r\nのショートカットを作成します。よろしいですか？";
+}
+
+std::wstring StartupFolder(const win::Object& script_host) {
+    std::wstring folder = script_host.get(L"SpecialFolders", L"Startup").text();
+    return folder.empty() ? GetSpecialFolderPath(CSIDL_STARTUP) : folder;
+}
+
+std::wstring ExpandVariables(const win::Object& script_host, const std::wstring& text) {
+    std::wstring expanded = script_host.get(L"ExpandEnvironmentStrings", text).text();
+    if (!expanded.empty()) return expanded;
+    const DWORD size = ExpandEnvironmentStringsW(text.c_str(), nullptr, 0);
+    expanded.resize(size);
+    expanded.resize(ExpandEnvironmentStringsW(text.c_str(), expanded.data(), size) == size ? size - 1 : 0);
+    return expanded.empty() ? text : expanded;
+}
+
+struct Shortcut {
+    std::wstring link;
+    std::wstring target;
+    std::wstring working_folder;
+};
+
+bool SaveByScriptHost(const win::Object& script_host, const Shortcut& shortcut) {
+    const win::Object link = script_host.get_object(L"CreateShortcut", shortcut.link);
+    return SUCCEEDED(link.put(L"TargetPath", win::Variant(shortcut.target))) &&
+           SUCCEEDED(link.put(L"WorkingDirectory", win::Variant(shortcut.working_folder))) &&
+           SUCCEEDED(link.put(L"WindowStyle", win::Variant(kNormalWindow))) &&
+           SUCCEEDED(link.invoke(L"Save", {}, nullptr));
+}
+
+void SaveByShell(const Shortcut& shortcut) {
+    win::ComPtr<IShellLinkW> link;
+    if (FAILED(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW, link.put_void()))) {
+        return;
+    }
+    const auto file = link.as<IPersistFile>(IID_IPersistFile);
+    if (!file || FAILED(link->SetPath(shortcut.target.c_str()))) return;
+    link->SetWorkingDirectory(shortcut.working_folder.c_str());
+    link->SetShowCmd(SW_SHOWNORMAL);
+    file->Save(shortcut.link.c_str(), TRUE);
+}
+
+}  // namespace
+
+void CreateStartupShortcut(const std::wstring& target_path, ui::Host& host) {
+    if (host.confirm(Question(target_path), kTitle) == ui::Answer::Cancel) return;
+    const win::Object script_host = win::Object::create(L"WScript.Shell");
+    const std::wstring folder = StartupFolder(script_host);
+    if (folder.empty()) return;
+    const Shortcut shortcut = {
+        .link = folder + L"\\" + BaseNamePart(target_path) + L".lnk",
+        .target = ExpandVariables(script_host, target_path),
+        .working_folder = ParentFolder(target_path),
+    };
+    if (!SaveByScriptHost(script_host, shortcut)) SaveByShell(shortcut);
+}
+
+}  // namespace startup

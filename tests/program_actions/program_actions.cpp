@@ -1,0 +1,197 @@
+#include "programs/program_actions.h"
+
+#include "programs/current_user.h"
+#include "programs/program_menu.h"
+#include "programs/uninstall_scan.h"
+#include "support/recorder.h"
+#include "support/show.h"
+#include "support/test_folder.h"
+#include "support/test_host.h"
+#include "support/test_key.h"
+#include "support/test_list.h"
+
+#include <doctest/doctest.h>
+
+using namespace programs;
+
+namespace {
+
+const std::wstring kUninstall = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
+
+// Both lists, filled from the real keys.
+struct Lists {
+    Lists() { scan(); }
+    void scan() { ScanUninstallKeys({programs.list, updates.list, nullptr}, {}, CurrentUserSid(), host); }
+    std::optional<ProgramRow> select(const std::wstring& name) {
+        const int row = programs.list.find(Column::Name, name);
+        if (row < 0) return {};
+        programs.list.select(row);
+        return SelectedProgram(programs.list);
+    }
+
+    TestHost host;
+    TestList programs{kColumns};
+    TestList updates{kColumns};
+};
+
+}  // namespace
+
+TEST_CASE("An uninstall runs the stored command and asks for a scan when the program has ended") {
+    Recorder recorder;
+    TestFolder folder(L"an installed program");
+    const std::wstring program = folder.own(L"uninst.exe");
+    REQUIRE(recorder.install(program));
+    const TestKey key(HKEY_LOCAL_MACHINE, kUninstall + L"Actions Test");
+    key.set_text(L"", L"DisplayName", L"動作テスト");
+    key.set_text(L"", L"UninstallString", program + L" --wait 200 /S");
+    key.set_text(L"", L"InstallLocation", folder.path());
+
+    Lists lists;
+    CHECK_FALSE(SelectedProgram(lists.programs.list));
+    const auto row = lists.select(L"動作テスト");
+    REQUIRE(row);
+    CHECK(row->key_name == L"Actions Test");
+    CHECK(InstallFolderCommand(*row) == L"explorer.exe \"" + folder.path() + L"\"");
+
+    // The list may be refilled meanwhile.
+    lists.host.on_pump = [&] { lists.programs.list.clear(); };
+    CHECK(Uninstall(*row, lists.host));
+    CHECK(lists.host.pumps > 5);
+    const auto starts = recorder.starts(1);
+    REQUIRE(starts.size() == 1);
+    CHECK(starts[0].command_line == program + L" --wait 200 /S");
+
+    ProgramRow gone = *row;
+    gone.uninstall_command = folder.path() + L"\\gone.exe /S";
+    CHECK_FALSE(Uninstall(gone, lists.host));
+    CHECK_FALSE(Uninstall({}, lists.host));
+    CHECK(lists.host.questions.empty());
+}
+
+TEST_CASE("A forced uninstall asks, and removes the machine-wide key and nothing else") {
+    const std::wstring sid = CurrentUserSid();
+    const TestKey machine(HKEY_LOCAL_MACHINE, kUninstall + L"Forced Test");
+    machine.set_text(L"", L"DisplayName", L"強制");
+    machine.set_text(L"", L"UninstallString", L"gone.exe");
+    const TestKey parent(HKEY_LOCAL_MACHINE, kUninstall + L"Forced Parent");
+    parent.set_text(L"", L"DisplayName", L"親");
+    parent.set_text(L"", L"UninstallString", L"gone.exe");
+    parent.make(L"child");
+    const TestKey user(HKEY_USERS, sid + L"\\" + kUninstall + L"Forced User");
+    user.set_text(L"", L"DisplayName", L"個人");
+    user.set_text(L"", L"UninstallString", L"gone.exe");
+    const TestKey neighbour(HKEY_LOCAL_MACHINE, kUninstall + L"Forced Test\x2122");
+    neighbour.set_text(L"", L"DisplayName", L"隣");
+    neighbour.set_text(L"", L"UninstallString", L"gone.exe");
+    Lists lists;
+    const auto force = [&](const std::wstring& name) {
+        const auto row = lists.select(name);
+        return row && ForcedUninstall(*row, sid, lists.host);
+    };
+
+    lists.host.answer = ui::Answer::Cancel;
+    CHECK_FALSE(force(L"強制"));
+    REQUIRE(lists.host.questions.size() == 1);
+    CHECK(lists.host.questions[0].text ==
+          L"「強制」を強制アンインストールしますか？\r\n※注意：本機能はレジストリの削除のみを行い、\r\n"
+          L"\u3000\u3000\u3000\u3000一覧からプログラム名を削除する機能です");
+    CHECK(lists.host.questions[0].title == L"Qorvenix");
+    CHECK(KeyExists(HKEY_LOCAL_MACHINE, machine.path()));
+
+    // The list is emptied behind the question.
+    lists.host.answer = ui::Answer::Ok;
+    lists.host.on_question = [&] { lists.programs.list.clear(); };
+    CHECK(force(L"隣"));
+    lists.host.on_question = {};
+    CHECK_FALSE(KeyExists(HKEY_LOCAL_MACHINE, neighbour.path()));
+    CHECK(KeyExists(HKEY_LOCAL_MACHINE, machine.path()));
+
+    lists.scan();
+    CHECK(force(L"強制"));
+    CHECK_FALSE(KeyExists(HKEY_LOCAL_MACHINE, machine.path()));
+    CHECK(force(L"親"));
+    CHECK(KeyExists(HKEY_LOCAL_MACHINE, parent.path() + L"\\child"));
+    CHECK(force(L"個人"));
+    CHECK(KeyExists(HKEY_USERS, user.path()));
+
+    lists.scan();
+    CHECK(lists.programs.list.find(Column::Name, L"強制") == -1);
+    CHECK(lists.programs.list.find(Column::Name, L"親") >= 0);
+    CHECK(lists.programs.list.find(Column::Name, L"個人") >= 0);
+
+    // The key vanishes while the question is open; and a row without a name must not take the whole key along.
+    lists.host.on_question = [&] { RegDeleteKeyW(HKEY_USERS, user.path().c_str()); };
+    CHECK(force(L"個人"));
+    CHECK_FALSE(ForcedUninstall({}, sid, lists.host));
+    CHECK(KeyExists(HKEY_LOCAL_MACHINE, kUninstall));
+}
+
+TEST_CASE("Without any machine-wide Uninstall key the user's own key is removed") {
+    const std::wstring sid = CurrentUserSid();
+    const TestKey user(HKEY_USERS, sid + L"\\" + kUninstall + L"Forced User");
+    const std::wstring machine = kUninstall.substr(0, kUninstall.size() - 1);
+    const std::wstring aside = machine + L" aside";
+    const TestKey copy(HKEY_LOCAL_MACHINE, aside);
+    {
+        win::RegKey original;
+        REQUIRE(RegOpenKeyExW(HKEY_LOCAL_MACHINE, machine.c_str(), 0, KEY_READ, original.put()) == ERROR_SUCCESS);
+        REQUIRE(SHCopyKeyW(original.get(), L"", copy.get(), 0) == ERROR_SUCCESS);
+    }
+    SHDeleteKeyW(HKEY_LOCAL_MACHINE, machine.c_str());
+    TestHost host;
+    ProgramRow row;
+    row.key_name = L"Forced User";
+    CHECK(ForcedUninstall(row, sid, host));
+    CHECK_FALSE(KeyExists(HKEY_USERS, user.path()));
+    CHECK_FALSE(ForcedUninstall(row, L"no such user", host));
+
+    win::RegKey again;
+    RegCreateKeyExW(HKEY_LOCAL_MACHINE, machine.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, again.put(), nullptr);
+    SHCopyKeyW(copy.get(), L"", again.get(), 0);
+}
+
+TEST_CASE("The install folder opens in the Explorer; an empty one ends the line at the opening quote") {
+    Recorder recorder;
+    REQUIRE(recorder.install_in_system(L"explorer.exe"));
+    const TestKey key(HKEY_LOCAL_MACHINE, kUninstall + L"Folder Test");
+    key.set_text(L"", L"DisplayName", L"空のフォルダ");
+    key.set_text(L"", L"UninstallString", L"gone.exe");
+    key.set_text(L"", L"InstallLocation", L"");
+    const TestKey without(HKEY_LOCAL_MACHINE, kUninstall + L"Folder Test 2");
+    without.set_text(L"", L"DisplayName", L"フォルダなし");
+    without.set_text(L"", L"UninstallString", L"gone.exe");
+    Lists lists;
+    const auto empty = lists.select(L"空のフォルダ");
+    const auto none = lists.select(L"フォルダなし");
+    REQUIRE(empty);
+    REQUIRE(none);
+    CHECK(InstallFolderCommand(*none) == std::wstring());
+    OpenInstallFolder(*none);
+    OpenInstallFolder(*empty);
+    const auto starts = recorder.starts(1);
+    REQUIRE(starts.size() == 1);
+    CHECK(Recorder::is_in_system(starts[0].program, L"explorer.exe"));
+    CHECK(starts[0].show == L"1");
+    CHECK(starts[0].command_line == L"explorer.exe \"");
+}
+
+TEST_CASE("The menu and the keys of the program lists") {
+    const auto enabled = [](ProgramMenuFacts facts) {
+        std::vector<int> items;
+        for (const ui::MenuItem& item : kProgramMenu) {
+            const bool separator = std::wstring_view(item.caption) == L"-";
+            if (!separator && IsProgramItemEnabled(item.index, facts)) items.push_back(item.index);
+        }
+        return items;
+    };
+    using Items = std::vector<int>;
+    CHECK(enabled({}) == Items{99});
+    CHECK(enabled({.row_selected = true}) == Items{1, 3, 4, 9, 99});
+    CHECK(enabled({.row_selected = true, .uninstalling = true}) == Items{1, 9, 99});
+    CHECK(enabled({.uninstalling = true}) == Items{99});
+
+    CHECK(ProgramItemForKey(46, false) == 3);
+    CHECK(ProgramItemForKey(79, true) == 9);
+    CHECK(ProgramItemForKey(79, false) == 0);
+    CHECK(ProgramItemForKey(93, false) == 0);
+}

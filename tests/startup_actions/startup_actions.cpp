@@ -1,0 +1,196 @@
+#include "startup/startup_actions.h"
+
+#include "startup/modAPI.h"
+#include "startup/shell_files.h"
+#include "startup/startup_scan.h"
+#include "support/recorder.h"
+#include "support/show.h"
+#include "support/test_folder.h"
+#include "support/test_host.h"
+#include "support/test_key.h"
+#include "support/test_list.h"
+#include "win/com_ptr.h"
+#include "win/system_library.h"
+
+#include <doctest/doctest.h>
+
+using namespace startup;
+
+namespace {
+
+constexpr wchar_t kRun[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
+constexpr wchar_t kRunOnce[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
+constexpr wchar_t kRegedit[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Regedit";
+
+struct List {
+    List() { scan(); }
+    void scan() { ScanStartup(rows.list, host); }
+    std::optional<StartupEntry> select(const std::wstring& name, const std::wstring& location) {
+        for (int row = 0; row < rows.list.count(); ++row) {
+            if (rows.list.cell(row, Column::Name) != name || rows.list.cell(row, Column::Location) != location) continue;
+            rows.list.select(row);
+            return SelectedStartupEntry(rows.list);
+        }
+        return {};
+    }
+    bool has(const std::wstring& name, const std::wstring& location) { return select(name, location).has_value(); }
+
+    win::ComApartment apartment;
+    TestHost host;
+    TestList rows{kColumns};
+};
+
+// A file in a startup folder, deleted at the end.
+struct StartupFile {
+    StartupFile(int csidl, const std::wstring& name) : folder(GetSpecialFolderPath(csidl)), path(folder + L"\\" + name) {
+        const win::File file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+    }
+    ~StartupFile() { DeleteFileW(path.c_str()); }
+
+    std::wstring folder;
+    std::wstring path;
+};
+
+// The text stored as LastKey, "" when there is none.
+std::string LastKey() {
+    char text[512] = {};
+    DWORD size = sizeof text;
+    SHGetValueA(HKEY_CURRENT_USER, "Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Regedit", "LastKey", nullptr,
+                text, &size);
+    return text;
+}
+
+}  // namespace
+
+TEST_CASE("An entry is deleted from each of the six places, after a question, and nothing beside it") {
+    const TestKey machine_run(HKEY_LOCAL_MACHINE, kRun);
+    const TestKey machine_once(HKEY_LOCAL_MACHINE, kRunOnce);
+    const TestKey user_run(HKEY_CURRENT_USER, kRun);
+    const TestKey user_once(HKEY_CURRENT_USER, kRunOnce);
+    const StartupFile own(CSIDL_STARTUP, L"delete me.lnk");
+    const StartupFile common(CSIDL_COMMON_STARTUP, L"delete me.lnk");
+    const StartupFile kept(CSIDL_STARTUP, L"keep me.lnk");
+    const struct {
+        const TestKey& key;
+        std::wstring location;
+    } keys[] = {
+        {machine_run, std::wstring(L"(全ユーザー)") + kRun},
+        {machine_once, std::wstring(L"(全ユーザー)") + kRunOnce},
+        {user_run, std::wstring(L"(個別ユーザー)") + kRun},
+        {user_once, std::wstring(L"(個別ユーザー)") + kRunOnce},
+    };
+    // The second name differs from the first only outside the system's code page.
+    for (const auto& each : keys) {
+        each.key.set_text(L"", L"Foo", L"foo.exe");
+        each.key.set_text(L"", L"Foo\x2122", L"other.exe");
+    }
+    List list;
+    REQUIRE(list.rows.list.count() == 11);
+
+    for (std::size_t place = 0; place < std::size(keys); ++place) {
+        CAPTURE(place);
+        const auto entry = list.select(L"Foo\x2122", keys[place].location);
+        REQUIRE(entry);
+        CHECK(entry->value == L"other.exe");
+        list.host.answer = ui::Answer::Cancel;
+        CHECK_FALSE(DeleteStartupEntry(*entry, list.host));
+        CHECK(ValueExists(keys[place].key.get(), L"Foo\x2122"));
+        list.host.answer = ui::Answer::Ok;
+        CHECK(DeleteStartupEntry(*entry, list.host));
+        for (std::size_t other = 0; other < std::size(keys); ++other) {
+            CHECK(ValueExists(keys[other].key.get(), L"Foo"));
+            CHECK(ValueExists(keys[other].key.get(), L"Foo\x2122") == (other > place));
+        }
+    }
+    CHECK(list.host.questions.back().text == L"「Foo\x2122」を削除します。\r\nよろしいですか？");
+    CHECK(list.host.questions.back().title == L"Qorvenix");
+
+    const auto own_entry = list.select(L"delete me.lnk", own.folder);
+    const auto common_entry = list.select(L"delete me.lnk", common.folder);
+    REQUIRE(own_entry);
+    REQUIRE(common_entry);
+    CHECK(DeleteStartupEntry(*own_entry, list.host));
+    CHECK_FALSE(win::IsFile(own.path));
+    CHECK(win::IsFile(common.path));
+    CHECK(DeleteStartupEntry(*common_entry, list.host));
+    CHECK_FALSE(win::IsFile(common.path));
+    CHECK(win::IsFile(kept.path));
+
+    list.scan();
+    CHECK(list.rows.list.count() == 5);
+    CHECK(list.has(L"keep me.lnk", kept.folder));
+    CHECK(list.has(L"Foo", keys[3].location));
+}
+
+TEST_CASE("What vanishes while the question is open is no error; a key that cannot be opened asks for no refresh") {
+    TestHost host;
+    const std::wstring location = std::wstring(L"(個別ユーザー)") + kRun;
+    {
+        const TestKey key(HKEY_CURRENT_USER, kRun);
+        key.set_text(L"", L"Foo", L"foo.exe");
+        host.on_question = [&] { RegDeleteValueW(key.get(), L"Foo"); };
+        CHECK(DeleteStartupEntry({L"Foo", {}, location, {}}, host));
+    }
+    CHECK_FALSE(DeleteStartupEntry({L"Foo", {}, location, {}}, host));
+    CHECK(DeleteStartupEntry({L"gone.lnk", {}, L"C:\\no such folder", {}}, host));
+}
+
+TEST_CASE("The location opens in the Explorer or in the registry editor") {
+    Recorder recorder;
+    REQUIRE(recorder.install_in_system(L"explorer.exe"));
+    REQUIRE(recorder.install_in_system(L"regedit.exe"));
+    TestFolder folder(L"a startup folder");
+    {
+        const TestKey settings(HKEY_CURRENT_USER, kRegedit);
+        OpenStartupLocation(folder.path());
+        auto starts = recorder.starts(1);
+        REQUIRE(starts.size() == 1);
+        CHECK(Recorder::is_in_system(starts[0].program, L"explorer.exe"));
+        CHECK(starts[0].command_line == L"\"explorer.exe\" " + folder.path());
+        CHECK(starts[0].show == L"1");
+        CHECK(LastKey() == "");
+
+        OpenStartupLocation(L"(全ユーザー)SOFTWARE\\Run");
+        CHECK(LastKey() == "\x83\x52\x83\x93\x83\x73\x83\x85\x81\x5b\x83\x5e\\HKEY_LOCAL_MACHINE\\SOFTWARE\\Run");
+        OpenStartupLocation(L"(個別ユーザー)SOFTWARE\\Run");
+        CHECK(LastKey() == "\x83\x52\x83\x93\x83\x73\x83\x85\x81\x5b\x83\x5e\\HKEY_CURRENT_USER\\SOFTWARE\\Run");
+        OpenStartupLocation(L"no folder");
+        CHECK(LastKey() == "\x83\x52\x83\x93\x83\x73\x83\x85\x81\x5b\x83\x5e\\HKEY_CURRENT_USER\\SOFTWARE\\Run");
+    }
+    OpenStartupLocation(L"(個別ユーザー)SOFTWARE\\Run");
+    const auto starts = recorder.starts(5);
+    REQUIRE(starts.size() == 5);
+    CHECK(starts[4].command_line == L"regedit");
+    CHECK(LastKey() == "");
+}
+
+TEST_CASE("A program is started by its quoted name with its arguments behind a blank") {
+    Recorder recorder;
+    TestFolder folder(L"run program");
+    const std::wstring program = folder.own(L"a program.exe");
+    REQUIRE(recorder.install(program));
+    REQUIRE(recorder.install(folder.own(L"planted.exe")));
+    SetCurrentDirectoryW(folder.path().c_str());
+    CHECK(RunProgram(program, L"", win::WindowStyle::Normal) != 0);
+    CHECK(recorder.starts(1).size() == 1);
+    CHECK(RunProgram(program, L"first \"second\"", win::WindowStyle::MinimisedWithFocus) != 0);
+    CHECK(RunProgram(L"planted.exe", L"", win::WindowStyle::Normal) == 0);
+    SetCurrentDirectoryW(L"C:\\");
+    const auto starts = recorder.starts(2);
+    REQUIRE(starts.size() == 2);
+    CHECK(starts[0].command_line == L"\"" + program + L"\"");
+    CHECK(starts[1].command_line == L"\"" + program + L"\" first \"second\"");
+    CHECK(starts[1].show == L"2");
+    CHECK(recorder.starts_after_a_while().size() == 2);
+}
+
+TEST_CASE("The properties of a file never start it") {
+    const win::ComApartment apartment;
+    Recorder recorder;
+    TestFolder folder(L"properties");
+    const std::wstring program = folder.own(L"a program.exe");
+    REQUIRE(recorder.install(program));
+    ShowFileProperties(program);
+    ShowFileProperties(folder.path() + L"\\gone.exe");
+    CHECK(recorder.starts_after_a_while().empty());
+}

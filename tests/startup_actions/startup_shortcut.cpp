@@ -1,0 +1,145 @@
+#include "startup/startup_shortcut.h"
+
+#include "startup/shell_files.h"
+#include "support/show.h"
+#include "support/test_folder.h"
+#include "support/test_host.h"
+#include "support/test_key.h"
+#include "ui/drop_files.h"
+#include "win/com_ptr.h"
+#include "win/system_library.h"
+#include "win/text.h"
+
+#include <doctest/doctest.h>
+
+using namespace startup;
+
+namespace {
+
+struct Link {
+    std::wstring target;
+    std::wstring working_folder;
+    int show = 0;
+};
+
+// The shortcut `name` of the user's startup folder, read and deleted.
+std::optional<Link> TakeLink(const std::wstring& name) {
+    const std::wstring path = GetSpecialFolderPath(CSIDL_STARTUP) + L"\\" + name;
+    win::ComPtr<IShellLinkW> link;
+    CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW, link.put_void());
+    const auto file = link.as<IPersistFile>(IID_IPersistFile);
+    if (FAILED(file->Load(path.c_str(), STGM_READ))) return {};
+    Link found;
+    wchar_t text[MAX_PATH] = {};
+    link->GetPath(text, MAX_PATH, nullptr, 0);
+    found.target = text;
+    link->GetWorkingDirectory(text, MAX_PATH);
+    found.working_folder = text;
+    link->GetShowCmd(&found.show);
+    DeleteFileW(path.c_str());
+    return found;
+}
+
+int CountStartupFiles() {
+    WIN32_FIND_DATAW entry = {};
+    const win::FindHandle search(FindFirstFileW((GetSpecialFolderPath(CSIDL_STARTUP) + L"\\*.lnk").c_str(), &entry));
+    int count = 0;
+    for (BOOL more = search ? TRUE : FALSE; more; more = FindNextFileW(search.get(), &entry)) ++count;
+    return count;
+}
+
+// Scripts switched off: WScript.Shell cannot be created for the length of a test.
+class NoScriptHost {
+public:
+    NoScriptHost() {
+        REQUIRE(SUCCEEDED(CLSIDFromProgID(L"WScript.Shell", &id_)));
+        REQUIRE(SHDeleteKeyW(HKEY_LOCAL_MACHINE, kName) == ERROR_SUCCESS);
+        CLSID gone = {};
+        REQUIRE(FAILED(CLSIDFromProgID(L"WScript.Shell", &gone)));
+    }
+    ~NoScriptHost() {
+        wchar_t text[64] = {};
+        StringFromGUID2(id_, text, 64);
+        SHSetValueW(HKEY_LOCAL_MACHINE, (std::wstring(kName) + L"\\CLSID").c_str(), nullptr, REG_SZ, text,
+                    static_cast<DWORD>((std::wcslen(text) + 1) * sizeof(wchar_t)));
+    }
+
+private:
+    static constexpr const wchar_t* kName = L"SOFTWARE\\Classes\\WScript.Shell";
+    CLSID id_ = {};
+};
+
+void CheckShortcuts() {
+    TestFolder folder(L"shortcut targets");
+    const std::wstring target = folder.make_file(L"対象 file.v2.exe");
+    TestHost host;
+
+    CreateStartupShortcut(target, host);
+    REQUIRE(host.questions.size() == 1);
+    CHECK(host.questions[0].text ==
+          L"スタートアップフォルダに\r\n" + target + L"\r\nのショートカットを作成します。よろしいですか？");
+    CHECK(host.questions[0].title == L"ショートカットの作成");
+    // An existing shortcut is overwritten.
+    CreateStartupShortcut(target, host);
+    CHECK(CountStartupFiles() == 1);
+    auto link = TakeLink(L"対象 file.v2.lnk");
+    REQUIRE(link);
+    CHECK(win::LowerCase(link->target) == win::LowerCase(target));
+    CHECK(link->working_folder == folder.path());
+    CHECK(link->show == SW_SHOWNORMAL);
+
+    // Variables are expanded in the target, not in its folder; a name without a dot leaves only the ending.
+    CreateStartupShortcut(L"%windir%\\regedit.exe", host);
+    link = TakeLink(L"regedit.lnk");
+    REQUIRE(link);
+    CHECK(win::LowerCase(link->target) == win::LowerCase(win::WindowsDirectory()) + L"\\regedit.exe");
+    CHECK(link->working_folder == L"%windir%");
+    CreateStartupShortcut(folder.make_file(L"no ending"), host);
+    CHECK(TakeLink(L".lnk"));
+
+    host.answer = ui::Answer::Cancel;
+    CreateStartupShortcut(target, host);
+    CHECK(CountStartupFiles() == 0);
+}
+
+// The memory that a drop message carries.
+WPARAM MakeDrop(const std::wstring& names) {
+    const std::size_t bytes = sizeof(DROPFILES) + (names.size() + 1) * sizeof(wchar_t);
+    const HGLOBAL memory = GlobalAlloc(GHND, bytes);
+    auto* drop = static_cast<DROPFILES*>(GlobalLock(memory));
+    drop->pFiles = sizeof(DROPFILES);
+    drop->fWide = TRUE;
+    CopyMemory(drop + 1, names.data(), names.size() * sizeof(wchar_t));
+    GlobalUnlock(memory);
+    return reinterpret_cast<WPARAM>(memory);
+}
+
+}  // namespace
+
+TEST_CASE("A shortcut in the startup folder, made by the script host") {
+    const win::ComApartment apartment;
+    CheckShortcuts();
+}
+
+TEST_CASE("The same shortcut where scripts are switched off") {
+    const win::ComApartment apartment;
+    const NoScriptHost no_scripts;
+    CheckShortcuts();
+}
+
+TEST_CASE("Of three dropped files the first counts") {
+    const win::ComApartment apartment;
+    TestHost host;
+    const std::wstring names(L"C:\\first.exe\0C:\\second.exe\0C:\\third.exe\0", 41);
+    CreateStartupShortcut(ui::TakeFirstDroppedFile(MakeDrop(names)), host);
+    CHECK(CountStartupFiles() == 1);
+    CHECK(TakeLink(L"first.lnk"));
+    CHECK(ui::TakeFirstDroppedFile(MakeDrop(std::wstring(1, L'\0'))) == std::wstring());
+}
+
+TEST_CASE("A window takes drops once that is allowed") {
+    const win::Window window(CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr));
+    REQUIRE(window);
+    ui::AllowDrops(window.get());
+    CHECK((GetWindowLongW(window.get(), GWL_EXSTYLE) & WS_EX_ACCEPTFILES) != 0);
+}
