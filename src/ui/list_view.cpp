@@ -42,6 +42,12 @@ int ListView::column_count() const {
     return static_cast<int>(std::max<LRESULT>(Send(header, HDM_GETITEMCOUNT), 0));
 }
 
+int ListView::header_height() const {
+    RECT place = {};
+    GetWindowRect(reinterpret_cast<HWND>(Send(window_, LVM_GETHEADER)), &place);
+    return static_cast<int>(place.bottom - place.top);
+}
+
 std::wstring ListView::header(int column) const {
     wchar_t text[kFirstCellLength] = {};
     LVCOLUMNW record = {};
@@ -132,6 +138,13 @@ void ListView::set_tag(int row, LPARAM tag) const {
 
 int ListView::selected() const {
     return static_cast<int>(Send(window_, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
+}
+
+RECT ListView::row_place(int row) const {
+    RECT place = {};
+    place.left = LVIR_BOUNDS;
+    Send(window_, LVM_GETITEMRECT, static_cast<WPARAM>(row), Pointer(&place));
+    return place;
 }
 
 void ListView::select(int row) const {

@@ -26,6 +26,7 @@ public:
 
     void add_columns(std::span<const Column> columns, int dpi) const;
     int column_count() const;
+    int header_height() const;  // pixels
     std::wstring header(int column) const;
     int column_width(int column) const;  // pixels
     // Negative widths would mean "fit to contents" to the control and are taken as 0.
@@ -49,6 +50,8 @@ public:
     // The selected row, -1 for none.
     int selected() const;
     void select(int row) const;  // selects, focuses and scrolls to the row
+    RECT row_place(int row) const;  // in the list's client area
+
     // The first row whose cell equals `text`, -1 for none.
     int find(int column, std::wstring_view text) const;
 

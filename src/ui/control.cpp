@@ -1,0 +1,59 @@
+#include "ui/control.h"
+
+#include "win/handle.h"
+
+namespace ui {
+
+std::wstring TextOf(HWND control) {
+    const auto length = static_cast<std::size_t>(SendMessageW(control, WM_GETTEXTLENGTH, 0, 0));
+    std::wstring text(length + 1, L'\0');
+    const LRESULT copied = SendMessageW(control, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
+    text.resize(static_cast<std::size_t>(copied));
+    return text;
+}
+
+void SetText(HWND control, std::wstring_view text) {
+    if (TextOf(control) != text) SetWindowTextW(control, std::wstring(text).c_str());
+}
+
+void FitScrollBar(HWND box) {
+    RECT inner = {};
+    SendMessageW(box, EM_GETRECT, 0, reinterpret_cast<LPARAM>(&inner));
+    TEXTMETRICW text = {};
+    {
+        const win::WindowDc dc(box);
+        const win::Selected font(dc.get(), reinterpret_cast<HFONT>(SendMessageW(box, WM_GETFONT, 0, 0)));
+        GetTextMetricsW(dc.get(), &text);
+    }
+    const bool needed = SendMessageW(box, EM_GETLINECOUNT, 0, 0) * text.tmHeight > inner.bottom - inner.top;
+    const bool shown = (GetWindowLongW(box, GWL_STYLE) & WS_VSCROLL) != 0;
+    if (needed != shown) ShowScrollBar(box, SB_VERT, needed);
+}
+
+void Show(HWND control, bool shown) {
+    if (IsShown(control) != shown) ShowWindow(control, shown ? SW_SHOWNA : SW_HIDE);
+}
+
+std::vector<std::wstring> ComboItems(HWND combo) {
+    std::vector<std::wstring> items;
+    const LRESULT count = SendMessageW(combo, CB_GETCOUNT, 0, 0);
+    for (LRESULT index = 0; index < count; ++index) {
+        const WPARAM place = static_cast<WPARAM>(index);
+        const LRESULT length = SendMessageW(combo, CB_GETLBTEXTLEN, place, 0);
+        if (length < 0) continue;
+        std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
+        SendMessageW(combo, CB_GETLBTEXT, place, reinterpret_cast<LPARAM>(text.data()));
+        text.resize(static_cast<std::size_t>(length));
+        items.push_back(std::move(text));
+    }
+    return items;
+}
+
+void SetComboItems(HWND combo, const std::vector<std::wstring>& items) {
+    SendMessageW(combo, CB_RESETCONTENT, 0, 0);
+    for (const std::wstring& item : items) {
+        SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(item.c_str()));
+    }
+}
+
+}  // namespace ui

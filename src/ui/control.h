@@ -1,0 +1,30 @@
+// What all controls have in common.
+#pragma once
+
+#include "win/platform.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ui {
+
+// The control's whole text, whatever its length.
+std::wstring TextOf(HWND control);
+
+// Sets the text only when it is another one, so that nothing flickers.
+void SetText(HWND control, std::wstring_view text);
+
+// Shows the vertical scroll bar of a multi-line text box only when its text needs one.
+void FitScrollBar(HWND box);
+
+void Show(HWND control, bool shown);
+
+// The lines of a combo box's list.
+std::vector<std::wstring> ComboItems(HWND combo);
+void SetComboItems(HWND combo, const std::vector<std::wstring>& items);
+
+// The style's own bit: true also for a control in a window that is not shown itself.
+inline bool IsShown(HWND control) { return (GetWindowLongW(control, GWL_STYLE) & WS_VISIBLE) != 0; }
+
+}  // namespace ui
