@@ -1,0 +1,43 @@
+// The Control Panel list: what of the catalogue this machine has, and opening it.
+#pragma once
+
+#include "ui/list_view.h"
+
+#include <array>
+#include <string>
+#include <string_view>
+
+namespace sysinfo {
+
+// The columns of ListView2.
+enum ControlPanelColumn { kItemName, kItemComment, kItemPath, kControlPanelColumns };
+inline constexpr std::array<ui::Column, kControlPanelColumns> kControlPanelColumnTable = {{
+    {L"名前", 200},
+    {L"コメント", 400},
+    {L"パス", 260},
+}};
+
+// The folders that the catalogue's files lie in, without a backslash at the end.
+struct ControlPanelFolders {
+    std::wstring system;
+    std::wstring programs;
+    std::wstring windows;
+};
+
+// The machine's own ones; "Program Files" is the 32-bit programs' one (CSIDL_PROGRAM_FILES).
+ControlPanelFolders QueryControlPanelFolders(const std::wstring& system_directory);
+
+// Fills ListView2 anew; `images`, its small image list, is emptied first and belongs to the caller. `os_number` is the
+// OS version number in tenths.
+void FillControlPanelList(const ui::ListView& list, HIMAGELIST images, unsigned os_number,
+                          const ControlPanelFolders& folders);
+
+// Appends the small icon `index` of `file` (ExtractIconExW) to `images` and returns the new number of images; 0 when
+// there is no such icon. A name without folder is searched for as Windows does.
+int AddIconFromFile(HIMAGELIST images, const std::wstring& file, int index);
+
+// Opens a row by its path cell: programs and consoles themselves, everything else through control.exe. Nothing is said
+// when it fails.
+void OpenControlPanelRow(HWND owner, std::wstring_view path);
+
+}  // namespace sysinfo

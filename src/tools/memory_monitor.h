@@ -1,0 +1,55 @@
+// The memory panel: its five figures, the clock in the window's title, and the memory-release program.
+#pragma once
+
+#include "tools/processor_load.h"
+
+#include <array>
+#include <string>
+
+namespace tools {
+
+inline constexpr UINT kTickInterval = 500;  // milliseconds
+
+// The panel's labels, in the order of lblMem.
+enum MemoryFigure { kMemoryLoad, kPhysicalMemory, kVirtualMemory, kPageFile, kProcessorLoad, kMemoryFigures };
+
+struct MemoryFigureCaption {
+    const wchar_t* name;      // stands before the figure
+    const wchar_t* designed;  // the figure until there is one
+};
+extern const std::array<MemoryFigureCaption, kMemoryFigures> kMemoryFigureCaptions;
+
+using MemoryTexts = std::array<std::wstring, kMemoryFigures>;
+
+// Writes the first four figures. Megabytes are cut, never rounded: 2047.99 MB is 2047.
+void WriteMemoryTexts(const MEMORYSTATUSEX& status, MemoryTexts& texts);
+
+class MemoryMonitor {
+public:
+    MemoryMonitor();
+
+    // The figures of this moment, for a tick with the panel in view. A figure that cannot be read keeps its text.
+    const MemoryTexts& read();
+
+    // Ends the counting of the processors' load, for good.
+    void close() { processor_.close(); }
+
+private:
+    MemoryTexts texts_;
+    ProcessorLoad processor_;
+};
+
+// The window's title at `time`: the product name, five blanks, date and time.
+std::wstring TitleText(const SYSTEMTIME& time);
+
+inline constexpr wchar_t kReleaseChooseTip[] = L"メモリ開放プログラムの選択";
+inline constexpr wchar_t kReleaseRunTip[] = L"指定したメモリ開放プログラムを実行します";
+inline constexpr wchar_t kReleasePathTip[] = L"メモリ開放プログラムのパスを入力してください";
+
+// Asks for the memory-release program; empty when cancelled.
+std::wstring ChooseMemoryRelease(HWND owner);
+
+// Starts the memory-release program, minimised and with the focus. Nothing happens where `path` names no file.
+void RunMemoryRelease(const std::wstring& path);
+
+}  // namespace tools

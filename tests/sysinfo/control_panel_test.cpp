@@ -1,0 +1,302 @@
+#include "sysinfo/control_panel.h"
+
+#include "icon_library.h"
+#include "support/recorder.h"
+#include "support/show.h"
+#include "support/stand_in.h"
+#include "support/test_key.h"
+#include "support/test_list.h"
+#include "win/com_ptr.h"
+#include "win/system_library.h"
+
+#include <doctest/doctest.h>
+
+#include <map>
+#include <optional>
+
+using namespace sysinfo;
+
+namespace {
+
+void MakeFolders(const std::wstring& path) {
+    for (std::size_t end = path.find(L'\\', 3); end != path.npos; end = path.find(L'\\', end + 1)) {
+        CreateDirectoryW(path.substr(0, end).c_str(), nullptr);
+    }
+}
+
+// A machine with a program folder of Japanese letters and blanks. Files that are searched for by their bare names, and
+// the one with a fixed path, go to the real folders, where nothing of that name may lie before.
+class Machine {
+public:
+    Machine() {
+        CreateDirectoryW(root_.c_str(), nullptr);
+        for (const std::wstring* folder : {&folders.system, &folders.programs, &folders.windows}) {
+            CreateDirectoryW(folder->c_str(), nullptr);
+        }
+    }
+    Machine(const Machine&) = delete;
+    Machine& operator=(const Machine&) = delete;
+    ~Machine() {
+        for (const auto& [path, family] : planted_) {
+            for (int turn = 0; turn < 100 && !DeleteFileW(path.c_str()); ++turn) Sleep(50);  // it may still run
+        }
+    }
+
+    // "SYS\", "PF\" and "WIN\" at the start of a text stand for the folders.
+    std::wstring expand(const std::wstring& text) const {
+        for (const auto& [mark, folder] : {std::pair(L"SYS\\", &folders.system), std::pair(L"PF\\", &folders.programs),
+                                           std::pair(L"WIN\\", &folders.windows)}) {
+            if (win::BeginsWith(text, mark)) return *folder + text.substr(std::wcslen(mark) - 1);
+        }
+        return text;
+    }
+
+    // A file with icons of a family of its own.
+    void plant(const std::wstring& name, int icons) {
+        std::wstring path = expand(name);
+        if (path.find(L'\\') == path.npos) path = win::SystemDirectory() + L"\\" + path;
+        REQUIRE(GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES);
+        MakeFolders(path);
+        const int family = static_cast<int>(planted_.size()) + 1;
+        REQUIRE(MakeIconLibrary(path, family, icons));
+        planted_[path] = family;
+        families_[name] = family;
+    }
+    void plant_empty(const std::wstring& name) {
+        const std::wstring path = expand(name);
+        MakeFolders(path);
+        REQUIRE(win::File(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr)));
+        planted_[path] = 0;
+    }
+
+    COLORREF colour(const std::wstring& name, int index) { return IconColour(families_.at(name), index); }
+
+private:
+    const std::wstring root_ = L"C:\\qorvenix control panel test";
+
+public:
+    const ControlPanelFolders folders = {root_ + L"\\system", root_ + L"\\プログラム ファイル", root_ + L"\\windows"};
+
+private:
+    std::map<std::wstring, int> planted_;   // path to icon family
+    std::map<std::wstring, int> families_;  // name as it was given to icon family
+};
+
+class Panel {
+public:
+    ~Panel() { ImageList_Destroy(images); }
+
+    void fill(const Machine& machine, unsigned os_number) {
+        FillControlPanelList(shown.list, images, os_number, machine.folders);
+    }
+
+    // The colour of a row's icon; nothing for a row without one.
+    std::optional<COLORREF> colour(int row) const {
+        LVITEMW item = {};
+        item.mask = LVIF_IMAGE;
+        item.iItem = row;
+        SendMessageW(shown.list.window(), LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+        if (item.iImage == ui::ListView::kNoImage) return {};
+        return ImageColour(images, item.iImage);
+    }
+
+    TestList shown{kControlPanelColumnTable};
+    HIMAGELIST images = ImageList_Create(16, 16, ILC_COLOR32 | ILC_MASK, 8, 8);
+};
+
+// What the rows must show, and under which OS numbers.
+struct Expected {
+    unsigned from, to;
+    const wchar_t* name;
+    const wchar_t* path;
+    const wchar_t* icon;  // file and index
+};
+constexpr unsigned kAny = 999;
+constexpr Expected kExpected[] = {
+    {0, kAny, L"フォルダ オプション", L"Folders", L"SYS\\shell32.dll#110"},
+    {51, kAny, L"タスク スケジューラ", L"taskschd.msc", L"SYS\\miguiresource.dll#1"},
+    {51, kAny, L"フォント", L"%windir%\\fonts", L"SYS\\shell32.dll#38"},
+    {51, kAny, L"ウェルカム センター", L"/name Microsoft.WelcomeCenter", L"oobefldr.dll#0"},
+    {51, kAny, L"システム", L"/name Microsoft.System", L"SYS\\shell32.dll#272"},
+    {51, kAny, L"コンピュータの簡単操作センター", L"Utilman.exe", L"Utilman.exe#0"},
+    {51, kAny, L"Windows Defender", L"PF\\Windows Defender\\MSASCui.exe", L"PF\\Windows Defender\\MSASCui.exe#0"},
+    {51, 60, L"Windows サイドバー", L"PF\\Windows Sidebar\\sidebar.exe", L"PF\\Windows Sidebar\\sidebar.exe#0"},
+    {51, 60, L"Windows サイドバーのプロパティ", L"PF\\Windows Sidebar\\sidebar.exe /property",
+     L"PF\\Windows Sidebar\\sidebar.exe#0"},
+    {51, kAny, L"Windows Update", L"wuapp.exe", L"wucltux.dll#0"},
+    {51, kAny, L"ディスク デフラグ", L"SYS\\dfrgui.exe", L"SYS\\dfrgui.exe#0"},
+    {51, kAny, L"バックアップ", L"SYS\\sdclt.exe", L"SYS\\sdclt.exe#0"},
+    {51, kAny, L"既定のプログラム", L"/name Microsoft.DefaultPrograms", L"SYS\\imageres.dll#18"},
+    {51, kAny, L"ユーザー アカウント", L"userpasswords", L"SYS\\shell32.dll#170"},
+    {51, kAny, L"個人設定", L"/name Microsoft.Personalization", L"SYS\\desk.cpl#0"},
+    {51, kAny, L"スクリーン セーバーの設定", L"desk.cpl,screensaver,@screensaver", L"SYS\\desk.cpl#0"},
+    {51, kAny, L"パフォーマンスの情報とツール", L"/name Microsoft.PerformanceInformationAndTools",
+     L"SYS\\PerfCenterCPL.dll#0"},
+    {0, 50, L"フォント", L"%windir%\\fonts", L"SYS\\main.cpl#9"},
+    {0, 50, L"自動更新", L"SYS\\wuaucpl.cpl", L"SYS\\wuaucpl.cpl#0"},
+    {0, 50, L"ディスク デフラグ", L"SYS\\dfrg.msc", L"SYS\\shell32.dll#80"},
+    {0, 50, L"バックアップ", L"SYS\\ntbackup.exe", L"SYS\\ntbackup.exe#0"},
+    {0, 50, L"ユーザー アカウント", L"SYS\\nusrmgr.cpl", L"SYS\\nusrmgr.cpl#0"},
+    {0, kAny, L"ディスク クリーンアップ", L"SYS\\cleanmgr.exe", L"SYS\\cleanmgr.exe#0"},
+    {0, kAny, L"インターネット オプション", L"SYS\\inetcpl.cpl", L"SYS\\inetcpl.cpl#0"},
+    {0, kAny, L"プログラムの追加と削除", L"SYS\\appwiz.cpl", L"SYS\\appwiz.cpl#0"},
+    {0, kAny, L"ハードウェアの追加", L"SYS\\hdwwiz.cpl", L"SYS\\hdwwiz.cpl#0"},
+    {0, kAny, L"マウス", L"SYS\\main.cpl", L"SYS\\main.cpl#0"},
+    {0, kAny, L"キーボード", L"SYS\\main.cpl @1", L"SYS\\main.cpl#7"},
+    {0, kAny, L"ユーザー補助のオプション", L"SYS\\access.cpl", L"SYS\\access.cpl#0"},
+    {0, kAny, L"地域と言語のオプション", L"SYS\\intl.cpl", L"SYS\\intl.cpl#0"},
+    {0, kAny, L"サウンドとオーディオ デバイス", L"SYS\\mmsys.cpl", L"SYS\\mmsys.cpl#0"},
+    {0, kAny, L"ゲーム コントローラ", L"SYS\\joy.cpl", L"SYS\\joy.cpl#0"},
+    {0, 60, L"セキュリティ センター", L"SYS\\Wscui.cpl", L"SYS\\Wscui.cpl#0"},
+    {61, kAny, L"アクション センター", L"SYS\\Wscui.cpl", L"SYS\\ActionCenter.dll#0"},
+    {0, kAny, L"画面", L"SYS\\desk.cpl", L"SYS\\desk.cpl#0"},
+    {0, kAny, L"ネットワーク接続", L"SYS\\ncpa.cpl", L"SYS\\ncpa.cpl#0"},
+    {0, 60, L"Windows ファイアウォール", L"SYS\\Firewall.cpl", L"SYS\\Firewall.cpl#0"},
+    {61, kAny, L"Windows ファイアウォール", L"SYS\\Firewall.cpl", L"SYS\\FirewallControlPanel.dll#0"},
+    {0, kAny, L"電源オプション", L"SYS\\powercfg.cpl", L"SYS\\powercfg.cpl#0"},
+    {0, kAny, L"スキャナとカメラ", L"SCANNERCAMERA", L"SYS\\sti_ci.dll#0"},
+    {0, kAny, L"システムのプロパティ", L"SYS\\sysdm.cpl", L"SYS\\sysdm.cpl#0"},
+    {0, kAny, L"日付と時刻", L"SYS\\timedate.cpl", L"SYS\\timedate.cpl#0"},
+    {0, kAny, L"デバイスマネージャ", L"SYS\\DEVMGMT.MSC", L"SYS\\shell32.dll#15"},
+    {0, kAny, L"タスクマネージャ", L"SYS\\taskmgr.exe", L"SYS\\taskmgr.exe#0"},
+    {0, kAny, L"システムの復元", L"SYS\\restore\\rstrui.exe", L"SYS\\restore\\rstrui.exe#0"},
+    {0, kAny, L"レジストリエディタ", L"WIN\\regedit.exe", L"WIN\\regedit.exe#0"},
+    {0, kAny, L"ネットワーク セットアップ ウィザード", L"SYS\\NetSetup.cpl", L"SYS\\shell32.dll#150"},
+    {0, kAny, L"ワイヤレス ネットワーク セットアップ ウィザード", L"SYS\\NetSetup.cpl @0,WNSW",
+     L"SYS\\xpsp2res.dll#59"},
+    {0, kAny, L"システム情報", L"C:\\Program Files\\Common Files\\Microsoft Shared\\MSInfo\\msinfo32.exe",
+     L"C:\\Program Files\\Common Files\\Microsoft Shared\\MSInfo\\msinfo32.exe#0"},
+};
+// Files that rows depend on without showing their icons.
+constexpr const wchar_t* kFilesAlone[] = {L"SYS\\wuapp.exe", L"SYS\\dfrg.msc", L"SYS\\DEVMGMT.MSC",
+                                          L"SYS\\NetSetup.cpl"};
+
+std::wstring IconFile(const Expected& row) {
+    const std::wstring icon = row.icon;
+    return icon.substr(0, icon.find(L'#'));
+}
+int IconIndex(const Expected& row) {
+    const std::wstring icon = row.icon;
+    return std::stoi(icon.substr(icon.find(L'#') + 1));
+}
+
+}  // namespace
+
+TEST_CASE("The catalogue's rows, paths and icons for each version of Windows") {
+    Machine machine;
+    std::map<std::wstring, int> icons;
+    for (const Expected& row : kExpected) icons[IconFile(row)] = std::max(icons[IconFile(row)], IconIndex(row) + 1);
+    for (const auto& [file, count] : icons) machine.plant(file, count);
+    for (const wchar_t* file : kFilesAlone) machine.plant_empty(file);
+
+    Panel panel;
+    for (const unsigned os_number : {50U, 51U, 60U, 61U}) {
+        CAPTURE(os_number);
+        panel.fill(machine, os_number);
+        int index = 0;
+        for (const Expected& row : kExpected) {
+            if (os_number < row.from || os_number > row.to) continue;
+            CHECK(panel.shown.list.cell(index, kItemName) == row.name);
+            CHECK(panel.shown.list.cell(index, kItemPath) == machine.expand(row.path));
+            CHECK(panel.colour(index) == machine.colour(IconFile(row), IconIndex(row)));
+            ++index;
+        }
+        CHECK(panel.shown.list.count() == index);
+        CHECK(ImageList_GetImageCount(panel.images) == index);
+    }
+
+    const auto comment = [&](const wchar_t* name) {
+        return panel.shown.list.cell(panel.shown.list.find(kItemName, name), kItemComment);
+    };
+    CHECK(comment(L"アクション センター") == L"最近のメッセージを確認し、コンピュータ上の問題を解決します。");
+    CHECK(comment(L"Windows ファイアウォール") == L"ファイアウォール セキュリティを設定します。");
+    CHECK(comment(L"レジストリエディタ") == L"システム レジストリの設定を表示および変更を行います。");
+    CHECK(comment(L"ネットワーク セットアップ ウィザード") == comment(L"レジストリエディタ"));
+    panel.fill(machine, 60);
+    CHECK(comment(L"セキュリティ センター") ==
+          L"現在のセキュリティ状態を表示し、コンピュータ保護のための重要な設定にアクセスします。");
+    CHECK(comment(L"Windows ファイアウォール") == L"Windows ファイアウォールを構成します。");
+}
+
+TEST_CASE("Files and icons that are missing take their rows or only their icons along") {
+    Machine machine;
+    Panel panel;
+    const auto names = [&] {
+        std::vector<std::wstring> all;
+        for (const auto& row : panel.shown.rows()) all.push_back(row[kItemName]);
+        return all;
+    };
+    using Names = std::vector<std::wstring>;
+    const Names folders_only = {L"フォルダ オプション"};
+    for (const unsigned os_number : {50U, 51U, 61U}) {
+        panel.fill(machine, os_number);
+        CHECK(names() == folders_only);
+        CHECK_FALSE(panel.colour(0));
+    }
+
+    machine.plant(L"SYS\\shell32.dll", 100);    // enough icons for 38 and 80, not for 110
+    machine.plant_empty(L"SYS\\main.cpl");      // no icon at all
+    machine.plant_empty(L"SYS\\Firewall.cpl");  // icon of another file from Windows 7 on
+    machine.plant(L"SYS\\FirewallControlPanel.dll", 1);
+    panel.fill(machine, 50);
+    CHECK(names() == Names{L"フォルダ オプション", L"フォント", L"マウス", L"キーボード", L"Windows ファイアウォール"});
+    for (int row = 0; row < 5; ++row) CHECK_FALSE(panel.colour(row));
+    panel.fill(machine, 51);
+    CHECK(names() == Names{L"フォルダ オプション", L"フォント", L"マウス", L"キーボード", L"Windows ファイアウォール"});
+    CHECK(panel.colour(1) == machine.colour(L"SYS\\shell32.dll", 38));
+    CHECK_FALSE(panel.colour(4));
+    panel.fill(machine, 61);
+    CHECK(panel.colour(4) == machine.colour(L"SYS\\FirewallControlPanel.dll", 0));
+    CHECK(ImageList_GetImageCount(panel.images) == 2);
+}
+
+TEST_CASE("Rows are opened themselves or through control.exe, with exact parameters") {
+    const win::ComApartment apartment;
+    Machine machine;
+    const StandIn control(L"control.exe", StandIn::built(L"recorder_gui.exe"));
+    REQUIRE(control.placed());
+    const std::wstring consoles = L"SYS\\consoles.exe";
+    for (const std::wstring& file : {consoles, std::wstring(L"PF\\Windows Sidebar\\sidebar.exe"),
+                                     std::wstring(L"SYS\\cleanmgr.exe"), std::wstring(L"Utilman.exe")}) {
+        machine.plant(file, 1);
+    }
+    machine.plant_empty(L"SYS\\DEVMGMT.MSC");
+    machine.plant_empty(win::SystemDirectory() + L"\\taskschd.msc");
+    const TestKey extension(HKEY_LOCAL_MACHINE, L"Software\\Classes\\.msc");
+    extension.set_text(L"", L"", L"QorvenixTest.Console");
+    const TestKey type(HKEY_LOCAL_MACHINE, L"Software\\Classes\\QorvenixTest.Console");
+    type.set_text(L"shell\\open\\command", L"", L"\"" + machine.expand(consoles) + L"\" \"%1\"");
+
+    struct Opening {
+        const wchar_t* path;
+        const wchar_t* program;     // as the recorder notes it
+        const wchar_t* parameters;  // the end of its command line
+    };
+    const Opening openings[] = {
+        {L"SYS\\cleanmgr.exe", L"SYS\\cleanmgr.exe", L"cleanmgr.exe\""},
+        {L"Utilman.exe", L"utilman.exe", L"Utilman.exe\""},
+        {L"PF\\Windows Sidebar\\sidebar.exe /property", L"PF\\windows sidebar\\sidebar.exe",
+         L"sidebar.exe\" /property"},
+        {L"SYS\\DEVMGMT.MSC", L"SYS\\consoles.exe", L"\\DEVMGMT.MSC\""},
+        {L"taskschd.msc", L"SYS\\consoles.exe", L"\\taskschd.msc\""},
+        {L"SYS\\main.cpl @1", L"control.exe", L"\" C:\\qorvenix control panel test\\system\\main.cpl @1"},
+        {L"/name Microsoft.System", L"control.exe", L"\" /name Microsoft.System"},
+        {L"%windir%\\fonts", L"control.exe", L"\" %windir%\\fonts"},
+        {L"desk.cpl,screensaver,@screensaver", L"control.exe", L"\" desk.cpl,screensaver,@screensaver"},
+        {L"Folders", L"control.exe", L"\" Folders"},
+    };
+    for (const Opening& opening : openings) {
+        const std::wstring path = machine.expand(opening.path);
+        CAPTURE(path);
+        const Recorder recorder;
+        OpenControlPanelRow(nullptr, path);
+        const auto starts = recorder.starts(1);
+        REQUIRE(starts.size() == 1);
+        CHECK(win::EndsWith(starts[0].program, win::LowerCase(machine.expand(opening.program))));
+        CHECK(win::EndsWith(starts[0].command_line, opening.parameters));
+        CHECK(starts[0].show == L"5");
+    }
+    const Recorder recorder;
+    OpenControlPanelRow(nullptr, machine.expand(L"SYS\\missing.exe"));
+    CHECK(recorder.starts_after_a_while().empty());
+}

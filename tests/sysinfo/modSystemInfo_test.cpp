@@ -1,0 +1,191 @@
+#include "sysinfo/modSystemInfo.h"
+
+#include "programs/modReg.h"
+#include "support/show.h"
+#include "support/test_folder.h"
+#include "support/test_key.h"
+#include "sysinfo/system_report.h"
+#include "win/system_library.h"
+#include "win/text.h"
+
+#include <doctest/doctest.h>
+
+#include <vector>
+
+using namespace sysinfo;
+
+namespace {
+
+constexpr wchar_t kReportFile[] = L"QORVENIX_REPORT";
+
+std::wstring Environment(const wchar_t* name) {
+    wchar_t text[MAX_PATH] = {};
+    GetEnvironmentVariableW(name, text, MAX_PATH);
+    return text;
+}
+
+std::vector<std::wstring> Lines(const std::wstring& text) {
+    std::vector<std::wstring> lines;
+    std::size_t from = 0;
+    for (std::size_t end; (end = text.find(L"\r\n", from)) != text.npos; from = end + 2) {
+        lines.push_back(text.substr(from, end - from));
+    }
+    lines.push_back(text.substr(from));
+    return lines;
+}
+
+// Whether a text is four decimal numbers with dots between, none above `most`.
+bool IsFourNumbers(const std::wstring& text, unsigned most) {
+    unsigned numbers[4] = {};
+    if (std::swscanf(text.c_str(), L"%u.%u.%u.%u", &numbers[0], &numbers[1], &numbers[2], &numbers[3]) != 4) {
+        return false;
+    }
+    std::wstring again = std::to_wstring(numbers[0]);
+    for (int index = 1; index < 4; ++index) again += L"." + std::to_wstring(numbers[index]);
+    return again == text && *std::max_element(numbers, numbers + 4) <= most;
+}
+
+// The report of a process that runs under another version of Windows: a copy of this program that writes it.
+class Versioned {
+public:
+    Versioned() {
+        wchar_t own[MAX_PATH] = {};
+        GetModuleFileNameW(nullptr, own, MAX_PATH);
+        REQUIRE(CopyFileW(own, program_.c_str(), FALSE));
+        SetEnvironmentVariableW(kReportFile, report_.c_str());
+    }
+
+    std::wstring report(const wchar_t* version) {
+        if (*version) setting_.set_text({}, L"Version", version);
+        std::wstring command_line = L"\"" + program_ + L"\" --no-skip --out=NUL -tc=\"report of a copy\"";
+        STARTUPINFOW startup = {};
+        startup.cb = sizeof startup;
+        PROCESS_INFORMATION started = {};
+        REQUIRE(CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                               &started));
+        const win::Handle thread(started.hThread);
+        const win::Handle process(started.hProcess);
+        REQUIRE(WaitForSingleObject(process.get(), 60000) == WAIT_OBJECT_0);
+        const win::File file(CreateFileW(report_.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+        REQUIRE(file);
+        std::wstring text(GetFileSize(file.get(), nullptr) / sizeof(wchar_t), L'\0');
+        DWORD bytes = 0;
+        ReadFile(file.get(), text.data(), static_cast<DWORD>(text.size() * sizeof(wchar_t)), &bytes, nullptr);
+        return text;
+    }
+
+private:
+    TestFolder folder_{L"versioned report"};
+    std::wstring program_ = folder_.own(L"versioned.exe");
+    std::wstring report_ = folder_.own(L"report.txt");
+    TestKey setting_{HKEY_CURRENT_USER, L"Software\\Wine\\AppDefaults\\versioned.exe"};
+};
+
+// Where a character of an edit control begins, in pixels from the left.
+int Left(HWND box, std::size_t character) {
+    return static_cast<short>(LOWORD(SendMessageW(box, EM_POSFROMCHAR, character, 0)));
+}
+
+}  // namespace
+
+TEST_CASE("report of a copy" * doctest::skip()) {
+    const std::wstring report = BuildSystemReport(win::SystemDirectory());
+    const win::File file(CreateFileW(Environment(kReportFile).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                     FILE_ATTRIBUTE_NORMAL, nullptr));
+    DWORD bytes = 0;
+    REQUIRE(WriteFile(file.get(), report.data(), static_cast<DWORD>(report.size() * sizeof(wchar_t)), &bytes, nullptr));
+}
+
+TEST_CASE("The report under the versions of Windows, line by line") {
+    const bool wide = !Environment(L"PROCESSOR_ARCHITEW6432").empty();
+    CHECK(IsWow64() == wide);
+    const std::wstring bits = wide ? L"64bit" : L"32bit";
+    Versioned versioned;
+    const struct {
+        const wchar_t* version;
+        std::wstring name;
+    } cases[] = {
+        {L"", L"Windows 7 Ultimate Edition " + bits + L" 6.1 Build:7601 Service Pack 1"},
+        {L"vista", L"Windows Vista Ultimate Edition " + bits + L" 6.0 Build:6002 Service Pack 2"},
+        {L"winxp", L"Windows XP Professional Edition 5.1 Build:2600 Service Pack 3"},
+        {L"win2003", L" 5.2 Build:3790 Service Pack 2"},
+        {L"win2k", L"Windows 2000 5.0 Build:2195 Service Pack 4"},
+        {L"win98", L"Windows 98 SE 4.10 Build:2222 A"},
+        {L"win10", {}},
+    };
+    for (const auto& each : cases) {
+        const std::vector<std::wstring> lines = Lines(versioned.report(each.version));
+        REQUIRE(lines.size() == 19);
+        for (const int empty : {0, 2, 6, 9, 13, 15}) CHECK(lines[static_cast<std::size_t>(empty)] == L"");
+        CHECK(lines[1] == L"OS\t\t" + each.name);
+        CHECK(lines[3] == L"ユーザー名\t" + Environment(L"USERNAME"));
+        CHECK(lines[4] == L"コンピュータ名\t" + Environment(L"COMPUTERNAME"));
+        CHECK(lines[5] == L"IPアドレス\t\t" + GetIPAddress());
+        CHECK(lines[7] == L"画面の解像度\t" + std::to_wstring(GetSystemMetrics(SM_CXSCREEN)) + L" x " +
+                              std::to_wstring(GetSystemMetrics(SM_CYSCREEN)) + L" ピクセル");
+        CHECK(lines[8] == L"ディスプレイサイズ\t" + GetDisplayInches() + L" インチ");
+        CHECK(lines[10] == L"キーボードの種類\t日本語キーボード");
+        CHECK(lines[11] == L"サブタイプ\t\t101キーボード");
+        CHECK(lines[12] == L"ファンクションキー数\t12");
+        CHECK(lines[14] == L"ごみ箱\t\t" + GetRecycleBinSummary());
+        CHECK(lines[16] == L"[バージョン情報]");
+        CHECK(IsFourNumbers(lines[17].substr(lines[17].find(L'\t') + 1), 65535));
+        CHECK(win::BeginsWith(lines[17], L"Internet Explorer\t"));
+        CHECK(IsFourNumbers(lines[18].substr(lines[18].find(L'\t') + 1), 65535));
+        CHECK(win::BeginsWith(lines[18], L"ComCtl32.dll\t5.8"));
+    }
+    // Without a folder for it the shell cannot ask for the recycle bin.
+    const std::wstring data = Environment(L"XDG_DATA_HOME");
+    SetEnvironmentVariableW(L"XDG_DATA_HOME", L"/nonexistent");
+    CHECK(Lines(versioned.report(L"")).at(14) == L"ごみ箱\t\t");
+    SetEnvironmentVariableW(L"XDG_DATA_HOME", data.c_str());
+    CHECK((GetIPAddress().empty() || IsFourNumbers(GetIPAddress(), 255)));
+    CHECK(win::EndsWith(BuildSystemReport(L"C:\\missing"), L"\r\nComCtl32.dll\t"));
+}
+
+TEST_CASE("The recycle bin is told as the shell counts it") {
+    const auto count = [] {
+        SHQUERYRBINFO bins = {};
+        bins.cbSize = sizeof bins;
+        SHQueryRecycleBinW(nullptr, &bins);
+        return bins;
+    };
+    const SHQUERYRBINFO before = count();
+    TestFolder folder(L"for the recycle bin");
+    const std::wstring file = folder.make_file(L"thrown away.txt", std::string(1500, 'x')) + L'\0';
+    SHFILEOPSTRUCTW operation = {};
+    operation.wFunc = FO_DELETE;
+    operation.pFrom = file.c_str();
+    operation.fFlags = FOF_ALLOWUNDO | FOF_NOCONFIRMATION | FOF_SILENT | FOF_NOERRORUI;
+    REQUIRE(SHFileOperationW(&operation) == 0);
+    CHECK(GetRecycleBinSummary() == RecycleBinSummary(static_cast<std::uint64_t>(before.i64NumItems) + 1,
+                                                      static_cast<std::uint64_t>(before.i64Size) + 1500));
+}
+
+TEST_CASE("In its box the report has margins, and its values one column") {
+    for (const int pixels : {12, 15, 18, 24}) {
+        CAPTURE(pixels);
+        const win::Font font(CreateFontW(-pixels, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, SHIFTJIS_CHARSET, 0, 0, 0, 0,
+                                         L"MS UI Gothic"));
+        const win::Window box(CreateWindowExW(0, L"EDIT", L"", WS_POPUP | ES_MULTILINE | ES_READONLY | ES_AUTOHSCROLL,
+                                              0, 0, 900, 700, nullptr, nullptr, nullptr, nullptr));
+        SendMessageW(box.get(), WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), FALSE);
+        ShowSystemReport(box.get(), win::SystemDirectory());
+        ShowSystemReport(box.get(), win::SystemDirectory());
+
+        std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(box.get())) + 1, L'\0');
+        text.resize(static_cast<std::size_t>(GetWindowTextW(box.get(), text.data(), static_cast<int>(text.size()))));
+        CHECK(text == BuildSystemReport(win::SystemDirectory()));
+        CHECK(SendMessageW(box.get(), EM_GETMARGINS, 0, 0) == MAKELONG(5, 5));
+
+        std::vector<int> columns;
+        std::size_t from = 0;
+        for (const std::wstring& line : Lines(text)) {
+            const std::size_t tab = line.rfind(L'\t');
+            if (tab != line.npos && tab + 1 < line.size()) columns.push_back(Left(box.get(), from + tab + 1));
+            from += line.size() + 2;
+        }
+        CHECK(columns.size() >= 11);
+        for (const int column : columns) CHECK(column == columns[0]);
+    }
+}

@@ -1,0 +1,114 @@
+#include "tools/memory_monitor.h"
+
+#include "support/recorder.h"
+#include "support/show.h"
+#include "support/stand_in.h"
+#include "support/test_folder.h"
+
+#include <doctest/doctest.h>
+
+#include <fstream>
+#include <iterator>
+
+using namespace tools;
+
+namespace {
+
+constexpr DWORDLONG kMegabyte = 1048576;
+
+constexpr char kCalls[] = "C:\\pdh.txt";
+
+std::string Calls() {
+    std::ifstream file(kCalls);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+}  // namespace
+
+TEST_CASE("Memory figures are whole megabytes, cut and never rounded, up to 16 EB") {
+    MEMORYSTATUSEX status = {};
+    MemoryTexts texts;
+    status.dwMemoryLoad = 75;
+    status.ullTotalPhys = 2048 * kMegabyte - 1;
+    status.ullAvailPhys = 513 * kMegabyte;
+    status.ullTotalVirtual = 2048 * kMegabyte;
+    status.ullAvailVirtual = 2048 * kMegabyte;
+    status.ullTotalPageFile = ~DWORDLONG{0};
+    status.ullAvailPageFile = 0;
+    WriteMemoryTexts(status, texts);
+    CHECK(texts == MemoryTexts{L"75 ％", L"1534/2047 MB", L"0/2048 MB", L"17592186044415/17592186044415 MB", {}});
+    status.ullTotalPhys = 8192 * kMegabyte;  // more than 32 bits
+    status.ullAvailPhys = 9000 * kMegabyte;  // and more free than there is
+    status.ullAvailPageFile = ~DWORDLONG{0} - kMegabyte + 1;
+    WriteMemoryTexts(status, texts);
+    CHECK(texts[kPhysicalMemory] == L"0/8192 MB");
+    CHECK(texts[kPageFile] == L"0/17592186044415 MB");
+}
+
+TEST_CASE("The monitor shows this machine's memory, and its load from the second reading on") {
+    MemoryMonitor monitor;
+    MemoryTexts expected;
+    MEMORYSTATUSEX status = {};
+    status.dwLength = sizeof status;
+    REQUIRE(GlobalMemoryStatusEx(&status));
+    WriteMemoryTexts(status, expected);
+    const MemoryTexts first = monitor.read();
+    const auto total = [](const std::wstring& text) { return text.substr(text.find(L'/')); };
+    for (const MemoryFigure figure : {kPhysicalMemory, kVirtualMemory, kPageFile}) {
+        CHECK(total(first[figure]) == total(expected[figure]));
+    }
+    CHECK(std::stoul(first[kMemoryLoad]) <= 100);
+    CHECK(first[kProcessorLoad] == L"－ ％");
+    const std::wstring load = monitor.read()[kProcessorLoad];
+    CHECK(load == std::to_wstring(std::stoul(load)) + L" ％");
+    monitor.close();
+    CHECK(monitor.read()[kProcessorLoad] == load);
+}
+
+TEST_CASE("The processors' load comes from a localised counter, opened once and closed") {
+    DeleteFileA(kCalls);
+    const StandIn pdh(L"pdh.dll", StandIn::built(L"pdh_dll.dll"));
+    REQUIRE(pdh.placed());
+    {
+        MemoryMonitor monitor;
+        CHECK(Calls() == "");
+        for (const wchar_t* const load : {L"－ ％", L"37 ％", L"37 ％", L"100 ％", L"100 ％", L"0 ％", L"0 ％"}) {
+            CHECK(monitor.read()[kProcessorLoad] == load);
+        }
+        CHECK(win::FromAnsi(Calls()) == L"open\n\\プロセッサ(_Total)\\% 処理時間\n");
+        monitor.close();
+        CHECK(win::FromAnsi(Calls()) == L"open\n\\プロセッサ(_Total)\\% 処理時間\nclose\n");
+        monitor.read();
+    }
+    CHECK(win::FromAnsi(Calls()) == L"open\n\\プロセッサ(_Total)\\% 処理時間\nclose\n");
+}
+
+TEST_CASE("Without a usable pdh.dll the load keeps its designed caption") {
+    TestFolder folder(L"no counters");
+    const StandIn pdh(L"pdh.dll", folder.make_file(L"pdh.dll", "no library"));
+    REQUIRE(pdh.placed());
+    MemoryMonitor monitor;
+    for (int turn = 0; turn < 3; ++turn) CHECK(monitor.read()[kProcessorLoad] == L"－ ％");
+}
+
+TEST_CASE("The title is the product, five blanks and the time") {
+    CHECK(TitleText({2026, 11, 6, 21, 10, 4, 9, 0}) == L"Qorvenix     2026(令和8)/11/21 (土) 10:04:09");
+}
+
+TEST_CASE("The memory-release program is started quoted and minimised, or nothing happens") {
+    TestFolder folder(L"メモリ 開放");
+    const std::wstring program = folder.own(L"release it.exe");
+    Recorder recorder;
+    REQUIRE(recorder.install(program));
+    RunMemoryRelease(program);
+    const auto starts = recorder.starts(1);
+    REQUIRE(starts.size() == 1);
+    CHECK(starts[0].command_line == L"\"" + program + L"\"");
+    CHECK(starts[0].show == L"2");
+    for (const std::wstring& path :
+         {std::wstring(), L"\"" + program + L"\"", folder.path(), folder.path() + L"\\none.exe",
+          folder.path() + L"\\" + std::wstring(5000, L'x') + L".exe", folder.make_file(L"no program.exe", "text")}) {
+        RunMemoryRelease(path);
+    }
+    CHECK(recorder.starts_after_a_while().size() == 1);
+}
