@@ -1,0 +1,15 @@
+# Code that needs no Windows, built for this machine under the address sanitizer and run by
+# ./test as host_tests.
+
+# Files of src that include no Windows header, directly or through another header.
+set(HOST_SOURCES
+  src/shell/activity.cpp
+  src/shell/layout.cpp
+)
+
+file(GLOB tests CONFIGURE_DEPENDS tests/host/*.cpp)
+if(tests)
+  add_executable(host_tests ${HOST_SOURCES} ${tests} tests/doctest_main.cpp)
+  target_link_libraries(host_tests PRIVATE common_flags)
+  target_include_directories(host_tests PRIVATE tests)
+endif()
