@@ -1,0 +1,50 @@
+#include "tools/cleanup.h"
+
+#include "tools/modFile.h"
+#include "tools/modURL.h"
+#include "tools/temp_folder.h"
+
+namespace tools {
+namespace {
+
+constexpr wchar_t kEmptyBin[] = L"ごみ箱を空にする(&E)";
+constexpr wchar_t kBinIsEmpty[] = L"ごみ箱を空にする(空)";
+constexpr wchar_t kDeleting[] = L"削除処理中です...";
+constexpr wchar_t kDeleted[] = L"削除完了";
+
+void DeleteTemporaryFiles(ui::Host& host) {
+    if (const auto folder = TempFolderToEmpty()) DeleteFolderContents(*folder, L"*.*", host);
+}
+
+// Windows clears its list of recent documents when it is given none.
+void ClearRecentDocuments() { SHAddToRecentDocs(SHARD_PATHA, nullptr); }
+
+bool Run(Cleanup command, ui::Host& host) {
+    switch (command) {
+        case Cleanup::RecycleBin: return EmptyRecycleBin(true, {}, 0, host);
+        case Cleanup::TemporaryFiles: DeleteTemporaryFiles(host); break;
+        case Cleanup::RecentDocuments: ClearRecentDocuments(); break;
+        case Cleanup::BrowserCache: DeleteUrlCacheEntries(false, host); break;
+        case Cleanup::Cookies: DeleteUrlCacheEntries(true, host); break;
+        case Cleanup::UrlHistory: ClearUrlHistory(); break;
+    }
+    return false;
+}
+
+}  // namespace
+
+ItemState RecycleBinItem(std::uint64_t items) {
+    if (items == 0) return {kBinIsEmpty, false};
+    return {kEmptyBin, true};
+}
+
+ItemState mnuDelete_Click() { return RecycleBinItem(GetRecycleBinCount()); }
+
+bool mnuDeleteItem_Click(Cleanup command, ui::Host& host) {
+    host.status(kDeleting);
+    const bool bin_emptied = Run(command, host);
+    host.status(kDeleted);
+    return bin_emptied;
+}
+
+}  // namespace tools

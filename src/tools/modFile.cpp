@@ -1,0 +1,138 @@
+#include "tools/modFile.h"
+
+#include "programs/size_text.h"
+#include "startup/path.h"
+#include "tools/real_path.h"
+#include "win/text.h"
+
+#include <vector>
+
+namespace tools {
+namespace {
+
+constexpr wchar_t kEmptyBinTitle[] = L"ファイル削除の確認";
+constexpr wchar_t kEmptyBinQuestion[] = L"ごみ箱を空にしますか？\r\n\r\nファイル総数 ";
+
+constexpr wchar_t kAllFiles[] = L"*.*";
+constexpr DWORD kPumpInterval = 30;  // milliseconds between two looks at the window's messages
+
+bool IsDots(std::wstring_view name) { return name == L"." || name == L".."; }
+
+// One deletion. Folders are entered without recursion, because paths can be deeper than the stack.
+class FolderCleaner {
+public:
+    FolderCleaner(const std::wstring& folder, ui::Host& host)
+        : host_(host), links_show_(VolumeMarksLinks(folder)), path_(folder), last_pump_(GetTickCount()) {}
+
+    void run(std::wstring_view pattern) {
+        enter(pattern);
+        while (!levels_.empty()) {
+            breathe();
+            if (!found_ || stopping_) {
+                leave();
+            } else if (!handle_entry()) {
+                found_ = FindNextFileW(levels_.back().find.get(), &entry_) != FALSE;
+            }
+        }
+    }
+
+private:
+    struct Level {
+        win::File folder;  // holds the folder where it is
+        win::FindHandle find;
+        std::size_t path_length;
+    };
+
+    // Begins with the folder at path_; false when it cannot be opened or lies elsewhere.
+    bool enter(std::wstring_view pattern) {
+        win::File folder = OpenRealFolder(Extended(path_));
+        if (!folder) return false;
+        host_.hourglass(true);
+        const std::wstring all = Extended(startup::JoinPath(path_, pattern));
+        win::FindHandle find(FindFirstFileW(all.c_str(), &entry_));
+        found_ = static_cast<bool>(find);
+        levels_.push_back({std::move(folder), std::move(find), path_.size()});
+        return true;
+    }
+
+    // Ends the innermost folder, removes it and goes on in the one around it. The default pointer returns with every
+    // folder, also while the folder around it is still being emptied.
+    void leave() {
+        levels_.pop_back();
+        host_.hourglass(false);
+        if (levels_.empty()) return;
+        if (!stopping_) RemoveDirectoryW(Extended(path_).c_str());
+        path_.resize(levels_.back().path_length);
+        found_ = !stopping_ && FindNextFileW(levels_.back().find.get(), &entry_) != FALSE;
+    }
+
+    // True when the entry was a folder that is now the innermost one.
+    bool handle_entry() {
+        if (IsLink(entry_)) return false;
+        if ((entry_.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
+            if ((entry_.dwFileAttributes & FILE_ATTRIBUTE_SYSTEM) == 0) delete_file();
+            return false;
+        }
+        if (IsDots(entry_.cFileName)) return false;
+        path_ = startup::JoinPath(path_, entry_.cFileName);
+        if (enter(kAllFiles)) return true;
+        path_.resize(levels_.back().path_length);
+        return false;
+    }
+
+    void delete_file() const {
+        const std::wstring file = Extended(startup::JoinPath(path_, entry_.cFileName));
+        if (!links_show_ && !LiesAt(RealPath(file), file)) return;
+        if (DeleteFileW(file.c_str())) return;
+        const DWORD attributes = entry_.dwFileAttributes;
+        if (GetLastError() != ERROR_ACCESS_DENIED || (attributes & FILE_ATTRIBUTE_READONLY) == 0) return;
+        // Read-only files go too, but Windows deletes none.
+        SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
+        if (!DeleteFileW(file.c_str())) SetFileAttributesW(file.c_str(), attributes);
+    }
+
+    void breathe() {
+        if (stopping_ || GetTickCount() - last_pump_ < kPumpInterval) return;
+        stopping_ = !host_.pump();
+        last_pump_ = GetTickCount();
+    }
+
+    ui::Host& host_;
+    const bool links_show_;
+    std::wstring path_;  // of the innermost folder
+    std::vector<Level> levels_;
+    WIN32_FIND_DATAW entry_ = {};
+    bool found_ = false;  // entry_ is the innermost folder's next entry
+    bool stopping_ = false;
+    DWORD last_pump_;
+};
+
+}  // namespace
+
+std::optional<RecycleBin> QueryRecycleBin(const std::string& root) {
+    SHQUERYRBINFO record = {};
+    static_assert(sizeof record == 20);
+    record.cbSize = sizeof record;
+    if (FAILED(SHQueryRecycleBinA(root.c_str(), &record))) return {};
+    return RecycleBin{static_cast<std::uint64_t>(record.i64Size), static_cast<std::uint64_t>(record.i64NumItems)};
+}
+
+std::uint64_t GetRecycleBinCount() { return QueryRecycleBin({}).value_or(RecycleBin{}).items; }
+
+bool EmptyRecycleBin(bool confirm, const std::string& root, DWORD flags, ui::Host& host) {
+    if (confirm) {
+        flags = SHERB_NOCONFIRMATION;
+        const std::optional<RecycleBin> bin = QueryRecycleBin(root);
+        if (!bin || bin->items == 0) return false;
+        const std::wstring question =
+            kEmptyBinQuestion + win::ToText(bin->items) + L"個 (" + programs::SizeText(bin->bytes) + L")";
+        if (host.confirm(question, kEmptyBinTitle, MB_ICONQUESTION) != ui::Answer::Ok) return false;
+    }
+    return SUCCEEDED(SHEmptyRecycleBinA(nullptr, root.c_str(), flags));
+}
+
+void DeleteFolderContents(const std::wstring& folder, std::wstring_view pattern, ui::Host& host) {
+    FolderCleaner(folder, host).run(pattern);
+}
+
+}  // namespace tools

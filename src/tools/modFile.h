@@ -1,0 +1,35 @@
+// Deleting the contents of a folder, and the recycle bin.
+#pragma once
+
+#include "ui/host.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tools {
+
+struct RecycleBin {
+    std::uint64_t bytes = 0;
+    std::uint64_t items = 0;
+};
+
+// All recycle bins below `root`, of all drives when it is empty (SHQueryRecycleBinA). Nothing when the query fails.
+std::optional<RecycleBin> QueryRecycleBin(const std::string& root);
+
+// The items in all recycle bins; 0 when the query fails.
+std::uint64_t GetRecycleBinCount();
+
+// Empties the recycle bin (SHEmptyRecycleBinA). With `confirm` the program asks instead of the shell, and an empty bin
+// or a failing query ends it without a question; otherwise `flags` are the shell's (SHERB_...). True when the bin was
+// emptied.
+bool EmptyRecycleBin(bool confirm, const std::string& root, DWORD flags, ui::Host& host);
+
+// Deletes the contents of `folder`, which is the real path of a folder on a drive ("C:\Temp", no link in it), with all
+// folders below that `pattern` finds; the folder itself stays. System files stay, and what Windows refuses to delete.
+// What a link, junction or mount point leads to is never touched, nor is the link. Lets the window breathe and stops
+// at the next entry when a close waits.
+void DeleteFolderContents(const std::wstring& folder, std::wstring_view pattern, ui::Host& host);
+
+}  // namespace tools

@@ -1,0 +1,77 @@
+#include "tools/shell_repairs.h"
+
+#include "win/handle.h"
+#include "win/os_version.h"
+
+namespace tools {
+namespace {
+
+constexpr wchar_t kRemoveSendTo[] = L"コンテキストメニューの「送る」を削除 (XP/Vista)";
+constexpr wchar_t kRestoreSendTo[] = L"コンテキストメニューの「送る」を復元 (XP/Vista)";
+constexpr wchar_t kRemoved[] = L"削除完了";
+constexpr wchar_t kRestored[] = L"復元完了";
+constexpr wchar_t kRepaired[] = L"完了";
+constexpr wchar_t kDownloadQuestion[] =
+    L"本機能は Vista の IE でダウンロードする時、\r\n"
+    L"保存先が選べなくなったものを元に戻す機能です\r\n"
+    L"実行してもよろしいですか？";
+
+constexpr char kHandlers[] = "AllFilesystemObjects\\shellex\\ContextMenuHandlers";
+constexpr char kSendToHandler[] = "AllFilesystemObjects\\shellex\\ContextMenuHandlers\\Send To";
+constexpr char kSendTo[] = "Send To";
+constexpr char kSendToClass[] = "{7BA4C740-9E81-11CF-99D3-00AA004AE837}";
+
+constexpr char kAttachments[] = "Software\\Microsoft\\Windows\\Shell\\AttachmentExecute";
+constexpr char kBrowserDownloads[] = "{0002DF01-0000-0000-C000-000000000046}";
+
+bool SendToExists() {
+    win::RegKey key;
+    return RegOpenKeyExA(HKEY_CLASSES_ROOT, kSendToHandler, 0, KEY_QUERY_VALUE, key.put()) == ERROR_SUCCESS;
+}
+
+bool RestoreSendTo(HKEY handlers) {
+    win::RegKey key;
+    if (RegCreateKeyExA(handlers, kSendTo, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, key.put(), nullptr) !=
+        ERROR_SUCCESS) {
+        return false;
+    }
+    RegSetValueExA(key.get(), "", 0, REG_SZ, reinterpret_cast<const BYTE*>(kSendToClass), sizeof kSendToClass);
+    return true;
+}
+
+void RepairSendTo(std::wstring_view caption, ui::Host& host) {
+    win::RegKey handlers;
+    if (RegOpenKeyExA(HKEY_CLASSES_ROOT, kHandlers, 0, KEY_SET_VALUE, handlers.put()) != ERROR_SUCCESS) return;
+    if (caption == kRemoveSendTo) {
+        RegDeleteKeyA(handlers.get(), kSendTo);
+        host.status(kRemoved);
+    } else if (RestoreSendTo(handlers.get())) {
+        host.status(kRestored);
+    }
+}
+
+// Cancel repairs as well: users know the question as a mere announcement, and the repair takes nothing from them.
+void RepairDownloadLocation(ui::Host& host) {
+    host.confirm(kDownloadQuestion);
+    win::RegKey attachments;
+    if (RegOpenKeyExA(HKEY_CURRENT_USER, kAttachments, 0, KEY_SET_VALUE, attachments.put()) != ERROR_SUCCESS) return;
+    RegDeleteKeyA(attachments.get(), kBrowserDownloads);
+    host.status(kRepaired);
+}
+
+}  // namespace
+
+RepairItems RepairItemsFor(bool send_to_exists, unsigned os_tenths) {
+    return {send_to_exists ? kRemoveSendTo : kRestoreSendTo, os_tenths > win::kWindows2000};
+}
+
+RepairItems mnuSet_Click(unsigned os_tenths) { return RepairItemsFor(SendToExists(), os_tenths); }
+
+void mnuSetItem_Click(Repair repair, std::wstring_view caption, ui::Host& host) {
+    switch (repair) {
+        case Repair::SendTo: return RepairSendTo(caption, host);
+        case Repair::DownloadLocation: return RepairDownloadLocation(host);
+    }
+}
+
+}  // namespace tools

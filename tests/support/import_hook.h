@@ -1,0 +1,59 @@
+// Stands in for a function that this program imports, for calls whose effect Wine does not show.
+#pragma once
+
+#include "win/platform.h"
+
+#include <string_view>
+
+class ImportHook {
+public:
+    // Every call of the function `name` goes to `replacement` from now on, until the hook's end.
+    template <class Function>
+    ImportHook(std::string_view name, Function* replacement) : slot_(find(name)) {
+        if (slot_) original_ = write(reinterpret_cast<ULONG_PTR>(replacement));
+    }
+    ImportHook(const ImportHook&) = delete;
+    ImportHook& operator=(const ImportHook&) = delete;
+    ~ImportHook() {
+        if (slot_) write(original_);
+    }
+
+    explicit operator bool() const { return slot_ != nullptr; }
+
+    template <class Function>
+    Function* original() const {
+        return reinterpret_cast<Function*>(original_);
+    }
+
+private:
+    ULONG_PTR write(ULONG_PTR function) const {
+        DWORD protection = 0;
+        VirtualProtect(slot_, sizeof *slot_, PAGE_READWRITE, &protection);
+        const ULONG_PTR before = *slot_;
+        *slot_ = function;
+        VirtualProtect(slot_, sizeof *slot_, protection, &protection);
+        return before;
+    }
+
+    // The place in the import table through which the program calls `name`; null when it never does.
+    static ULONG_PTR* find(std::string_view name) {
+        auto* const base = reinterpret_cast<char*>(GetModuleHandleW(nullptr));
+        const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
+        const auto* nt = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
+        const auto& directory = nt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
+        const auto* library = reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + directory.VirtualAddress);
+        for (; library->Name != 0; ++library) {
+            const auto* names = reinterpret_cast<const ULONG_PTR*>(base + library->OriginalFirstThunk);
+            auto* const slots = reinterpret_cast<ULONG_PTR*>(base + library->FirstThunk);
+            for (int index = 0; names[index] != 0; ++index) {
+                if (IMAGE_SNAP_BY_ORDINAL(names[index])) continue;
+                const auto* import = reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + names[index]);
+                if (name == reinterpret_cast<const char*>(import->Name)) return &slots[index];
+            }
+        }
+        return nullptr;
+    }
+
+    ULONG_PTR* slot_;
+    ULONG_PTR original_ = 0;
+};

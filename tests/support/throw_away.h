@@ -1,0 +1,54 @@
+// Tests that delete begin with REQUIRE_THROW_AWAY(): under Wine a deletion through a link reaches what the link leads
+// to, Documents and Desktop are links into the home folder, Z: is the whole disk and the recycle bin is the host's.
+#pragma once
+
+#include "support/show.h"
+#include "win/handle.h"
+
+#include <string>
+#include <string_view>
+
+namespace throw_away {
+
+inline std::wstring Variable(const wchar_t* name) {
+    wchar_t value[1024] = {};
+    return std::wstring(value, GetEnvironmentVariableW(name, value, 1024));
+}
+
+// A link among the user's folders; empty when there is none.
+inline std::wstring LinkBelow(const std::wstring& folder, int depth) {
+    WIN32_FIND_DATAW entry = {};
+    const win::FindHandle find(FindFirstFileW((folder + L"\\*").c_str(), &entry));
+    for (bool more = static_cast<bool>(find); more; more = FindNextFileW(find.get(), &entry) != FALSE) {
+        const std::wstring name = entry.cFileName;
+        const std::wstring path = folder + L"\\" + name;
+        if (name == L"." || name == L"..") continue;
+        if (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) return path;
+        if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0 || depth == 0) continue;
+        if (const std::wstring link = LinkBelow(path, depth - 1); !link.empty()) return link;
+    }
+    return {};
+}
+
+// Why this is no place for a test that deletes; empty when it is one.
+inline std::wstring Objection() {
+    // The prefix and the home folder as Windows paths, the data folder as the host has it.
+    const std::wstring prefix = Variable(L"WINECONFIGDIR");
+    const std::wstring home = Variable(L"WINEHOMEDIR");
+    const std::wstring data = Variable(L"XDG_DATA_HOME");
+    const std::wstring host_prefix = Variable(L"WINEPREFIX");
+    if (prefix.empty() || host_prefix.empty()) return L"not in a Wine prefix";
+    if (!home.starts_with(prefix + L"\\")) return L"HOME lies outside the prefix: " + home;
+    if (!data.starts_with(host_prefix + L"/")) return L"XDG_DATA_HOME lies outside the prefix: " + data;
+    std::wstring mark = prefix + L"\\made-by";
+    mark[1] = L'\\';  // from "\??\"
+    if (GetFileAttributesW(mark.c_str()) == INVALID_FILE_ATTRIBUTES) return L"the prefix was not made by tools/prefix";
+    constexpr DWORD kOwnDrives = 1U << ('C' - 'A') | 1U << ('Q' - 'A');
+    if ((GetLogicalDrives() & ~kOwnDrives) != 0) return L"drives other than C: and Q:";
+    const std::wstring link = LinkBelow(L"C:\\users", 3);
+    return link.empty() ? link : L"a link leads out: " + link;
+}
+
+}  // namespace throw_away
+
+#define REQUIRE_THROW_AWAY() REQUIRE(throw_away::Objection() == std::wstring())

@@ -1,0 +1,161 @@
+#include "tools/cleanup.h"
+
+#include "support/host_link.h"
+#include "support/import_hook.h"
+#include "support/test_folder.h"
+#include "support/test_host.h"
+#include "support/throw_away.h"
+#include "tools/modFile.h"
+#include "win/system_library.h"
+
+#include <string>
+#include <vector>
+
+using namespace tools;
+
+namespace {
+
+const std::vector<std::wstring> kFramed = {L"削除処理中です...", L"削除完了"};
+
+// Puts a file of `bytes` bytes into the recycle bin.
+void Discard(TestFolder& folder, const std::wstring& name, std::size_t bytes) {
+    std::wstring path = folder.make_file(name, std::string(bytes, 'x'));
+    path.append(1, L'\0');
+    SHFILEOPSTRUCTW operation = {};
+    operation.wFunc = FO_DELETE;
+    operation.pFrom = path.c_str();
+    operation.fFlags = FOF_ALLOWUNDO | FOF_NOCONFIRMATION | FOF_SILENT | FOF_NOERRORUI;
+    REQUIRE(SHFileOperationW(&operation) == 0);
+}
+
+// Wine takes the recycle bin from the host, and has none without the folder around it.
+void MakeDataFolder() {
+    const std::wstring folder = L"\\\\?\\unix" + throw_away::Variable(L"XDG_DATA_HOME");
+    for (std::size_t at = folder.find(L'/', 9); at != folder.npos; at = folder.find(L'/', at + 1)) {
+        CreateDirectoryW(folder.substr(0, at).c_str(), nullptr);
+    }
+    CreateDirectoryW(folder.c_str(), nullptr);
+}
+
+struct RecentCall {
+    UINT flags;
+    bool has_file;
+};
+std::vector<RecentCall> recent_calls;
+
+void WINAPI RecordRecent(UINT flags, LPCVOID file) { recent_calls.push_back({flags, file != nullptr}); }
+
+HRESULT WINAPI RefuseQuery(LPCSTR, SHQUERYRBINFO* bin) {
+    bin->i64NumItems = 7;
+    return E_FAIL;
+}
+
+}  // namespace
+
+TEST_CASE("The first item follows the recycle bin") {
+    CHECK(RecycleBinItem(0).caption == std::wstring(L"ごみ箱を空にする(空)"));
+    CHECK_FALSE(RecycleBinItem(0).enabled);
+    for (const std::uint64_t items : {1ULL, 1ULL << 32}) {
+        CHECK(RecycleBinItem(items).caption == std::wstring(L"ごみ箱を空にする(&E)"));
+        CHECK(RecycleBinItem(items).enabled);
+    }
+}
+
+TEST_CASE("The recycle bin is emptied after a question that tells what it holds") {
+    REQUIRE_THROW_AWAY();
+    MakeDataFolder();
+    TestFolder folder(L"discarded");
+    TestHost host;
+    REQUIRE(GetRecycleBinCount() == 0);
+    CHECK_FALSE(mnuDelete_Click().enabled);
+    CHECK_FALSE(mnuDeleteItem_Click(Cleanup::RecycleBin, host));
+    CHECK(host.questions.empty());
+    CHECK(host.statuses == kFramed);
+
+    Discard(folder, L"one.txt", 1500);
+    Discard(folder, L"二.txt", 3108);
+    CHECK(GetRecycleBinCount() == 2);
+    CHECK(mnuDelete_Click().enabled);
+    host = TestHost();
+    host.answer = ui::Answer::Cancel;
+    CHECK_FALSE(mnuDeleteItem_Click(Cleanup::RecycleBin, host));
+    CHECK(GetRecycleBinCount() == 2);
+    REQUIRE(host.questions.size() == 1);
+    CHECK(host.questions[0].title == L"ファイル削除の確認");
+    CHECK(host.questions[0].text == L"ごみ箱を空にしますか？\r\n\r\nファイル総数 2個 (4.50 KB)");
+    CHECK(host.questions[0].icon == MB_ICONQUESTION);
+    CHECK(host.statuses == kFramed);
+
+    host = TestHost();
+    CHECK(mnuDeleteItem_Click(Cleanup::RecycleBin, host));
+    CHECK(GetRecycleBinCount() == 0);
+    CHECK(host.questions.size() == 1);
+    CHECK(host.statuses == kFramed);
+
+    Discard(folder, L"three.txt", 1);
+    CHECK(EmptyRecycleBin(false, {}, SHERB_NOCONFIRMATION, host));
+    CHECK(host.questions.size() == 1);
+    CHECK(GetRecycleBinCount() == 0);
+}
+
+TEST_CASE("A recycle bin that cannot be asked counts as empty") {
+    const ImportHook hook("SHQueryRecycleBinA", &RefuseQuery);
+    REQUIRE(hook);
+    CHECK(GetRecycleBinCount() == 0);
+    TestHost host;
+    CHECK_FALSE(mnuDeleteItem_Click(Cleanup::RecycleBin, host));
+    CHECK(host.questions.empty());
+    CHECK(host.statuses == kFramed);
+}
+
+TEST_CASE("The temporary folder is emptied, but never one that is none") {
+    REQUIRE_THROW_AWAY();
+    TestFolder folder(L"emptied");
+    const std::wstring temp = folder.make_folder(L"temp");
+    const std::wstring file = temp + L"\\file";
+    const std::wstring outside = folder.make_file(L"outside");
+    const std::wstring link = folder.path() + L"\\link";
+    REQUIRE(MakeHostLink(L"temp", link));
+    const std::wstring old = throw_away::Variable(L"TMP");
+    const auto run = [&](const std::wstring& variable) {
+        win::File(CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr)).reset();
+        SetEnvironmentVariableW(L"TMP", variable.c_str());
+        TestHost host;
+        CHECK_FALSE(mnuDeleteItem_Click(Cleanup::TemporaryFiles, host));
+        CHECK(host.statuses == kFramed);
+        CHECK(host.questions.empty());
+        CHECK_FALSE(host.pointer_shows_hourglass);
+        return !win::IsFile(file);
+    };
+    SetCurrentDirectoryW(temp.c_str());
+    for (const std::wstring& variable : {link, std::wstring(L"."), folder.path() + L"\\missing"}) {
+        CAPTURE(variable);
+        CHECK_FALSE(run(variable));
+    }
+    SetCurrentDirectoryW(L"C:\\");
+    CHECK(run(temp));
+    CHECK(win::IsFile(outside));
+    SetEnvironmentVariableW(L"TMP", old.c_str());
+}
+
+TEST_CASE("Recent documents are cleared by one call without a document") {
+    const ImportHook hook("SHAddToRecentDocs", &RecordRecent);
+    REQUIRE(hook);
+    recent_calls.clear();
+    TestHost host;
+    CHECK_FALSE(mnuDeleteItem_Click(Cleanup::RecentDocuments, host));
+    REQUIRE(recent_calls.size() == 1);
+    CHECK(recent_calls[0].flags == 2);
+    CHECK_FALSE(recent_calls[0].has_file);
+    CHECK(host.statuses == kFramed);
+}
+
+TEST_CASE("Every command says that it is done, whatever came of it") {
+    REQUIRE_THROW_AWAY();
+    for (const Cleanup command : {Cleanup::BrowserCache, Cleanup::Cookies, Cleanup::UrlHistory}) {
+        TestHost host;  // without COM the history cannot even be created
+        CHECK_FALSE(mnuDeleteItem_Click(command, host));
+        CHECK(host.statuses == kFramed);
+        CHECK(host.questions.empty());
+    }
+}

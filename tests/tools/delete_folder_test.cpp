@@ -1,0 +1,245 @@
+#include "tools/modFile.h"
+
+#include "support/host_link.h"
+#include "support/show.h"
+#include "support/test_host.h"
+#include "win/text.h"
+
+#include <algorithm>
+#include <vector>
+
+using tools::DeleteFolderContents;
+
+namespace {
+
+constexpr wchar_t kRoot[] = L"C:\\deletion test";
+constexpr wchar_t kTemp[] = L"C:\\deletion test\\temp";
+constexpr wchar_t kOutside[] = L"C:\\deletion test\\outside";
+
+std::wstring Raw(const std::wstring& path) { return L"\\\\?\\" + path; }
+
+void MakeFolder(const std::wstring& path) { CreateDirectoryW(Raw(path).c_str(), nullptr); }
+
+void MakeFile(const std::wstring& path, DWORD attributes = FILE_ATTRIBUTE_NORMAL) {
+    const win::File file(
+        CreateFileW(Raw(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, attributes, nullptr));
+    REQUIRE(file);
+    DWORD written = 0;
+    WriteFile(file.get(), "canary", 6, &written, nullptr);
+}
+
+bool Exists(const std::wstring& path) { return GetFileAttributesW(Raw(path).c_str()) != INVALID_FILE_ATTRIBUTES; }
+
+std::vector<WIN32_FIND_DATAW> Entries(const std::wstring& folder) {
+    std::vector<WIN32_FIND_DATAW> all;
+    WIN32_FIND_DATAW entry = {};
+    const win::FindHandle find(FindFirstFileW(Raw(folder + L"\\*").c_str(), &entry));
+    for (bool more = static_cast<bool>(find); more; more = FindNextFileW(find.get(), &entry) != FALSE) {
+        if (std::wstring_view(entry.cFileName) != L"." && std::wstring_view(entry.cFileName) != L"..") {
+            all.push_back(entry);
+        }
+    }
+    return all;
+}
+
+std::wstring Lines(const std::vector<std::wstring>& texts) {
+    std::wstring lines;
+    for (const std::wstring& text : texts) lines += text + L"\n";
+    return lines;
+}
+
+// Every entry below a folder with its size, links not followed; sorted.
+std::vector<std::wstring> Tree(const std::wstring& folder) {
+    std::vector<std::wstring> all;
+    for (const WIN32_FIND_DATAW& entry : Entries(folder)) {
+        const std::wstring path = folder + L"\\" + entry.cFileName;
+        all.push_back(path + L" " + win::ToText(entry.nFileSizeLow));
+        if ((entry.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) !=
+            FILE_ATTRIBUTE_DIRECTORY) {
+            continue;
+        }
+        for (std::wstring& below : Tree(path)) all.push_back(std::move(below));
+    }
+    std::sort(all.begin(), all.end());
+    return all;
+}
+
+std::vector<std::wstring> Names(const std::wstring& folder) {
+    std::vector<std::wstring> names;
+    for (const WIN32_FIND_DATAW& entry : Entries(folder)) names.emplace_back(entry.cFileName);
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+// A temporary folder and a canary tree beside it. Links stay behind when it goes: nothing here may follow them, so
+// each case has a place of its own.
+class Place {
+public:
+    Place() {
+        REQUIRE_THROW_AWAY();
+        static int cases = 0;
+        const std::wstring root = kRoot + win::ToText(++cases);
+        temp = root + L"\\temp";
+        outside = root + L"\\outside";
+        REQUIRE(CreateDirectoryW(root.c_str(), nullptr));
+        MakeFolder(temp);
+        MakeFolder(outside);
+        MakeFolder(outside + L"\\folder");
+        MakeFolder(outside + L"\\empty");
+        for (const wchar_t* name : {L"\\canary", L"\\folder\\canary", L"\\folder\\another"}) MakeFile(outside + name);
+        canaries_ = Tree(outside);
+        REQUIRE(canaries_.size() == 5);
+    }
+    bool canaries_live() const { return Tree(outside) == canaries_; }
+    void clean() { DeleteFolderContents(temp, L"*.*", host); }
+
+    std::wstring temp;
+    std::wstring outside;
+    TestHost host;
+
+private:
+    std::vector<std::wstring> canaries_;
+};
+
+}  // namespace
+
+TEST_CASE("Everything goes but system files and the folders that hold them") {
+    Place place;
+    MakeFile(place.temp + L"\\plain.txt");
+    MakeFile(place.temp + L"\\no extension");
+    MakeFile(place.temp + L"\\hidden", FILE_ATTRIBUTE_HIDDEN);
+    MakeFile(place.temp + L"\\read-only", FILE_ATTRIBUTE_READONLY);
+    MakeFile(place.temp + L"\\hidden and read-only", FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN);
+    MakeFile(place.temp + L"\\system", FILE_ATTRIBUTE_SYSTEM);
+    MakeFile(place.temp + L"\\一時ファイル①髙～.tmp");
+    MakeFile(place.temp + L"\\...name");
+    MakeFile(place.temp + L"\\dot at the end.");
+    MakeFile(place.temp + L"\\blank at the end ");
+    MakeFolder(place.temp + L"\\dot folder.");
+    MakeFile(place.temp + L"\\dot folder.\\file");
+    MakeFolder(place.temp + L"\\empty");
+    MakeFolder(place.temp + L"\\full");
+    MakeFolder(place.temp + L"\\full\\inner");
+    MakeFile(place.temp + L"\\full\\inner\\file");
+    MakeFile(place.temp + L"\\full\\file");
+    MakeFolder(place.temp + L"\\keeps");
+    MakeFolder(place.temp + L"\\keeps\\inner");
+    MakeFile(place.temp + L"\\keeps\\file");
+    MakeFile(place.temp + L"\\keeps\\inner\\system", FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_HIDDEN);
+    MakeFile(place.temp + L"\\keeps\\inner\\file");
+    place.clean();
+    CHECK(Lines(Tree(place.temp)) ==
+          Lines({place.temp + L"\\keeps 0", place.temp + L"\\keeps\\inner 0",
+                 place.temp + L"\\keeps\\inner\\system 6", place.temp + L"\\system 6"}));
+    CHECK(place.canaries_live());
+    CHECK_FALSE(place.host.pointer_shows_hourglass);
+}
+
+TEST_CASE("No link leads out, and none is removed") {
+    Place place;
+    const std::wstring inner = place.temp + L"\\inner";
+    MakeFolder(inner);
+    MakeFile(inner + L"\\file");
+    REQUIRE(MakeHostLink(L"../outside/folder", place.temp + L"\\folder link"));
+    REQUIRE(MakeHostLink(L"../outside/empty", place.temp + L"\\empty link"));
+    REQUIRE(MakeHostLink(L"../outside/canary", place.temp + L"\\file link"));
+    REQUIRE(MakeHostLink(L"../../outside", inner + L"\\nested link"));
+    REQUIRE(MakeHostLink(L"../../outside/folder/canary", inner + L"\\nested file link"));
+    REQUIRE(MakeHostLink(L"..", inner + L"\\parent"));
+    REQUIRE(MakeHostLink(L".", place.temp + L"\\itself"));
+    REQUIRE(MakeHostLink(L"folder link", place.temp + L"\\link to a link"));
+    MakeFile(place.temp + L"\\file");
+    place.clean();
+    CHECK(place.canaries_live());
+    CHECK(Names(place.temp) == std::vector<std::wstring>{L"empty link", L"file link", L"folder link", L"inner",
+                                                         L"itself", L"link to a link"});
+    CHECK(Names(inner) == std::vector<std::wstring>{L"nested file link", L"nested link", L"parent"});
+}
+
+TEST_CASE("A folder that is not where its path says is left alone") {
+    Place place;
+    REQUIRE(MakeHostLink(L"outside", place.temp + L"\\..\\link"));
+    const std::wstring link = place.temp.substr(0, place.temp.rfind(L'\\')) + L"\\link";
+    DeleteFolderContents(link, L"*.*", place.host);
+    DeleteFolderContents(link + L"\\folder", L"*.*", place.host);
+    DeleteFolderContents(place.temp + L"\\..\\outside", L"*.*", place.host);
+    DeleteFolderContents(place.temp + L"\\missing", L"*.*", place.host);
+    CHECK(place.canaries_live());
+}
+
+TEST_CASE("A link put in a folder's place while the window breathes does not lead out") {
+    Place place;
+    for (int number = 0; number < 400; ++number) MakeFile(place.temp + L"\\a" + win::PadZeros(static_cast<unsigned>(number), 4));
+    MakeFolder(place.temp + L"\\z swapped");
+    MakeFile(place.temp + L"\\z swapped\\file");
+    bool swapped = false;
+    place.host.on_pump = [&] {
+        // The listing was read when the folder was opened: it still tells of a folder.
+        if (swapped) return;
+        swapped = true;
+        REQUIRE(MoveFileW((place.temp + L"\\z swapped").c_str(), (place.outside + L"\\..\\moved").c_str()));
+        REQUIRE(MakeHostLink(L"../outside/folder", place.temp + L"\\z swapped"));
+    };
+    place.clean();
+    CHECK(swapped);
+    CHECK(place.canaries_live());
+    CHECK(Names(place.temp) == std::vector<std::wstring>{L"z swapped"});
+    CHECK(Exists(place.outside + L"\\..\\moved\\file") == false);  // no extended path may hold ".."
+    CHECK(GetFileAttributesW((place.outside + L"\\..\\moved\\file").c_str()) != INVALID_FILE_ATTRIBUTES);
+}
+
+TEST_CASE("Open files stay, vanishing ones do no harm") {
+    Place place;
+    MakeFile(place.temp + L"\\open");
+    for (int number = 0; number < 600; ++number) MakeFile(place.temp + L"\\file" + win::PadZeros(static_cast<unsigned>(number), 4));
+    MakeFolder(place.temp + L"\\vanishing");
+    const win::File open(CreateFileW((place.temp + L"\\open").c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                     OPEN_EXISTING, 0, nullptr));
+    place.host.on_pump = [&] {
+        for (int number = 300; number < 600; ++number) {
+            DeleteFileW((place.temp + L"\\file" + win::PadZeros(static_cast<unsigned>(number), 4)).c_str());
+        }
+        RemoveDirectoryW((place.temp + L"\\vanishing").c_str());
+    };
+    place.clean();
+    CHECK(place.host.pumps > 0);
+    CHECK(Names(place.temp) == std::vector<std::wstring>{L"open"});
+    CHECK(place.canaries_live());
+}
+
+TEST_CASE("A close stops the deletion at the next entry, however deep") {
+    Place place;
+    std::wstring folder = place.temp;
+    for (int depth = 0; depth < 5; ++depth) {
+        folder += L"\\folder";
+        MakeFolder(folder);
+    }
+    for (int number = 0; number < 1000; ++number) MakeFile(folder + L"\\file" + win::ToText(number));
+    place.host.on_pump = [&] { place.host.closing = true; };
+    place.clean();
+    CHECK(place.host.pumps == 1);
+    const std::size_t left = Names(folder).size();
+    CHECK(left > 0);
+    CHECK(left < 1000);
+    CHECK_FALSE(place.host.pointer_shows_hourglass);
+    place.host = TestHost();
+    place.clean();
+    CHECK(Names(place.temp).empty());
+}
+
+TEST_CASE("Folders go however deep they lie and however long their paths are") {
+    Place place;
+    std::wstring path = place.temp;
+    int depth = 0;
+    for (; CreateDirectoryW(Raw(path + L"\\ten of ten").c_str(), nullptr); ++depth) {
+        path += L"\\ten of ten";
+        if (depth % 50 == 0) MakeFile(path + L"\\file");
+    }
+    CHECK(depth > 300);
+    std::wstring wide = place.temp;
+    for (int level = 0; level < 10; ++level) MakeFolder(wide += L"\\" + std::wstring(200, L'w'));
+    MakeFile(wide + L"\\" + std::wstring(200, L'f'));
+    place.clean();
+    CHECK(Names(place.temp).empty());
+    CHECK(place.canaries_live());
+}
