@@ -102,11 +102,12 @@ std::wstring RecycleBinSummary(std::uint64_t items, std::uint64_t bytes) {
 }
 
 int BestTabDistance(std::span<const LabelExtent> labels, int character_width) {
+    constexpr int kUsual = 32;  // what an edit control takes by itself
     constexpr int kShortest = 8;
     constexpr int kLongest = 128;
-    int most = -1;
-    int first = kShortest;
-    int last = kShortest;
+    int most = 0;
+    int first = kUsual;
+    int last = kUsual;
     for (int distance = kShortest; distance <= kLongest; ++distance) {
         const int pixels = std::max(distance * character_width / 4, 1);
         int aligned = 0;
@@ -115,9 +116,10 @@ int BestTabDistance(std::span<const LabelExtent> labels, int character_width) {
         }
         if (aligned > most) {
             most = aligned;
-            first = distance;
+            first = last = distance;
+        } else if (aligned == most && most > 0 && last == distance - 1) {
+            last = distance;
         }
-        if (aligned == most && (first == distance || last == distance - 1)) last = distance;
     }
     // From the middle of the distances that serve, a pixel's difference in the control's own measuring does no harm.
     return (first + last + 1) / 2;
