@@ -6,6 +6,7 @@
 #include "support/stand_in.h"
 #include "support/test_key.h"
 #include "support/test_list.h"
+#include "support/throw_away.h"
 #include "win/com_ptr.h"
 #include "win/system_library.h"
 
@@ -29,6 +30,7 @@ void MakeFolders(const std::wstring& path) {
 class Machine {
 public:
     Machine() {
+        REQUIRE_THROW_AWAY();
         CreateDirectoryW(root_.c_str(), nullptr);
         for (const std::wstring* folder : {&folders.system, &folders.programs, &folders.windows}) {
             CreateDirectoryW(folder->c_str(), nullptr);

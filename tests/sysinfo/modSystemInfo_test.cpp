@@ -1,8 +1,8 @@
 #include "sysinfo/modSystemInfo.h"
 
 #include "programs/modReg.h"
+#include "support/recycle_bin.h"
 #include "support/show.h"
-#include "support/test_folder.h"
 #include "support/test_key.h"
 #include "sysinfo/system_report.h"
 #include "win/system_library.h"
@@ -97,6 +97,8 @@ TEST_CASE("report of a copy" * doctest::skip()) {
 }
 
 TEST_CASE("The report under the versions of Windows, line by line") {
+    REQUIRE_THROW_AWAY();
+    MakeDataFolder();
     const bool wide = !Environment(L"PROCESSOR_ARCHITEW6432").empty();
     CHECK(IsWow64() == wide);
     const std::wstring bits = wide ? L"64bit" : L"32bit";
@@ -144,20 +146,13 @@ TEST_CASE("The report under the versions of Windows, line by line") {
 }
 
 TEST_CASE("The recycle bin is told as the shell counts it") {
-    const auto count = [] {
-        SHQUERYRBINFO bins = {};
-        bins.cbSize = sizeof bins;
-        SHQueryRecycleBinW(nullptr, &bins);
-        return bins;
-    };
-    const SHQUERYRBINFO before = count();
+    REQUIRE_THROW_AWAY();
+    MakeDataFolder();
+    SHQUERYRBINFO before = {};
+    before.cbSize = sizeof before;
+    REQUIRE(SHQueryRecycleBinW(nullptr, &before) == S_OK);
     TestFolder folder(L"for the recycle bin");
-    const std::wstring file = folder.make_file(L"thrown away.txt", std::string(1500, 'x')) + L'\0';
-    SHFILEOPSTRUCTW operation = {};
-    operation.wFunc = FO_DELETE;
-    operation.pFrom = file.c_str();
-    operation.fFlags = FOF_ALLOWUNDO | FOF_NOCONFIRMATION | FOF_SILENT | FOF_NOERRORUI;
-    REQUIRE(SHFileOperationW(&operation) == 0);
+    Discard(folder, L"thrown away.txt", 1500);
     CHECK(GetRecycleBinSummary() == RecycleBinSummary(static_cast<std::uint64_t>(before.i64NumItems) + 1,
                                                       static_cast<std::uint64_t>(before.i64Size) + 1500));
 }

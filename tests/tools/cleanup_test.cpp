@@ -2,9 +2,8 @@
 
 #include "support/host_link.h"
 #include "support/import_hook.h"
-#include "support/test_folder.h"
+#include "support/recycle_bin.h"
 #include "support/test_host.h"
-#include "support/throw_away.h"
 #include "tools/modFile.h"
 #include "win/system_library.h"
 
@@ -16,26 +15,6 @@ using namespace tools;
 namespace {
 
 const std::vector<std::wstring> kFramed = {L"削除処理中です...", L"削除完了"};
-
-// Puts a file of `bytes` bytes into the recycle bin.
-void Discard(TestFolder& folder, const std::wstring& name, std::size_t bytes) {
-    std::wstring path = folder.make_file(name, std::string(bytes, 'x'));
-    path.append(1, L'\0');
-    SHFILEOPSTRUCTW operation = {};
-    operation.wFunc = FO_DELETE;
-    operation.pFrom = path.c_str();
-    operation.fFlags = FOF_ALLOWUNDO | FOF_NOCONFIRMATION | FOF_SILENT | FOF_NOERRORUI;
-    REQUIRE(SHFileOperationW(&operation) == 0);
-}
-
-// Wine takes the recycle bin from the host, and has none without the folder around it.
-void MakeDataFolder() {
-    const std::wstring folder = L"\\\\?\\unix" + throw_away::Variable(L"XDG_DATA_HOME");
-    for (std::size_t at = folder.find(L'/', 9); at != folder.npos; at = folder.find(L'/', at + 1)) {
-        CreateDirectoryW(folder.substr(0, at).c_str(), nullptr);
-    }
-    CreateDirectoryW(folder.c_str(), nullptr);
-}
 
 struct RecentCall {
     UINT flags;
