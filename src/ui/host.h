@@ -40,4 +40,25 @@ protected:
     ~Host() = default;
 };
 
+// For long loops: pumps about as often as an eye can follow, however short a step is. Looking for a message costs
+// more than many a step.
+class PumpNowAndThen {
+public:
+    explicit PumpNowAndThen(Host& host) : host_(host), last_(GetTickCount()) {}
+
+    // To be called once a step. False when a close waits.
+    bool operator()() {
+        const DWORD now = GetTickCount();
+        if (now - last_ < kMilliseconds) return true;
+        last_ = now;
+        return host_.pump();
+    }
+
+private:
+    static constexpr DWORD kMilliseconds = 15;
+
+    Host& host_;
+    DWORD last_;
+};
+
 }  // namespace ui

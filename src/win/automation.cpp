@@ -47,10 +47,10 @@ VARIANT* Variant::put() {
 
 std::wstring Variant::text() const {
     if (is_empty()) return {};
+    if (value_.vt == VT_BSTR) return std::wstring(value_.bstrVal, SysStringLen(value_.bstrVal));
     Variant copy;
     if (FAILED(VariantChangeType(copy.put(), const_cast<VARIANT*>(&value_), 0, VT_BSTR))) return {};
-    const BSTR text = copy.value_.bstrVal;
-    return text ? std::wstring(text, SysStringLen(text)) : std::wstring();
+    return copy.text();
 }
 
 std::optional<std::int32_t> Variant::number() const {
