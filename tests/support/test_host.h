@@ -26,7 +26,10 @@ public:
         if (on_pump) on_pump();
         return !closing;
     }
-    void hourglass(bool shown) override { pointer_shows_hourglass = shown; }
+    void hourglass(bool shown) override {
+        pointer_shows_hourglass = shown;
+        ++hourglasses;
+    }
 
     struct Question {
         std::wstring text;
@@ -42,6 +45,7 @@ public:
     int pumps = 0;
     bool closing = false;
     bool pointer_shows_hourglass = false;
+    int hourglasses = 0;  // calls
     std::function<void()> on_pump;
     std::function<void()> on_question;
 };

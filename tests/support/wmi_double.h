@@ -1,7 +1,7 @@
 // This computer's WMI as a test wants it: while it lives, "WbemScripting.SWbemLocator" is made here.
 #pragma once
 
-#include "support/automation_double.h"
+#include "automation_double.h"
 
 #include <functional>
 #include <string>

@@ -1,0 +1,129 @@
+#include "services/service_control.h"
+
+#include "services/modService.h"
+#include "ui/clipboard.h"
+#include "win/automation.h"
+#include "win/text.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace services {
+namespace {
+
+constexpr int kStartTypeOffset = 7;
+
+// A request to a service: the method of its WMI object, and the state to show once it is accepted. There is no wait:
+// the cell tells what was asked for, the next refresh what came of it.
+struct Request {
+    int index;
+    const wchar_t* method;
+    std::wstring_view state;
+};
+
+constexpr Request kRequests[] = {
+    {kStartItem, L"StartService", kStarted},
+    {kStopItem, L"StopService", kStopped},
+    {kPauseItem, L"PauseService", kPaused},
+    {kResumeItem, L"ResumeService", kStarted},
+};
+
+// One service of the list. Its row is looked up for every change: while messages are processed the list may be sorted.
+class ListedService {
+public:
+    ListedService(const ui::ListView& list, std::wstring name) : list_(list), name_(std::move(name)) {}
+
+    const std::wstring& name() const { return name_; }
+
+    void set_cell(ServiceColumn column, std::wstring_view text) const {
+        const int row = list_.find(kServiceName, name_);
+        if (row >= 0) list_.set_cell(row, column, text);
+    }
+
+    template <class Visit>
+    void for_each_object(Visit&& visit) const {
+        win::QueryWmi(L"Select * From Win32_Service Where Name=" + win::QuoteForWmi(name_))
+            .for_each([&](const win::Object& object) {
+                visit(object);
+                return true;
+            });
+    }
+
+private:
+    const ui::ListView& list_;
+    std::wstring name_;
+};
+
+void Send(int index, const win::Object& object, const ListedService& service) {
+    const auto* request = std::ranges::find(kRequests, index, &Request::index);
+    if (request == std::end(kRequests)) return;
+    if (object.call_wmi_method(request->method) == 0) service.set_cell(kState, request->state);
+}
+
+void Restart(const win::Object& object, const ListedService& service, ui::Host& host) {
+    if (ControlServiceAndWait({}, service.name(), host) == 0) return;
+    service.set_cell(kState, kStopped);
+    Send(kStartItem, object, service);
+}
+
+void Control(int index, const ListedService& service, ui::Host& host) {
+    host.hourglass(true);
+    service.for_each_object([&](const win::Object& object) {
+        if (index == kRestartItem) {
+            Restart(object, service, host);
+        } else {
+            Send(index, object, service);
+        }
+    });
+    host.hourglass(false);
+}
+
+// Shows what Windows reports afterwards, not what was asked for.
+void ChangeStartMode(int index, const ListedService& service) {
+    SetServiceStartMode(service.name(), static_cast<DWORD>(index - kStartTypeOffset));
+    service.for_each_object([&](const win::Object& object) {
+        const std::wstring_view mode = StartModeText(object.get(L"StartMode").text());
+        if (!mode.empty()) service.set_cell(kStartMode, mode);
+    });
+}
+
+}  // namespace
+
+bool IsServiceItemEnabled(int index, const std::optional<ServiceCells>& row) {
+    if (index == kCopyItem || index == kRefreshItem) return true;
+    if (!row) return false;
+    switch (index) {
+        case kStartItem: return row->start_mode != kDisabled && row->state == kStopped;
+        case kStopItem: return win::ToInteger(row->accepts_stop) != 0;
+        case kPauseItem: return row->state != kPaused && win::ToInteger(row->accepts_pause) != 0;
+        case kResumeItem: return row->state == kPaused;
+        // Even for a service that accepts no stop or whose state is unknown: the request is then refused.
+        case kRestartItem: return row->state != kStopped;
+        case kAutomaticItem: return row->start_mode != kAutomatic;
+        case kManualItem: return row->start_mode != kManual;
+        case kDisabledItem: return row->start_mode != kDisabled;
+        default: return false;
+    }
+}
+
+ServicePress lvService_MouseDown(const ui::ListView& lvService, int row) {
+    if (row < 0) return {};
+    lvService.select(row);
+    return {ServiceCells{lvService.cell(row, kState), lvService.cell(row, kStartMode),
+                         lvService.cell(row, kAcceptsPause), lvService.cell(row, kAcceptsStop)},
+            lvService_ItemClick(lvService, row)};
+}
+
+void mnuServiceItem_Click(int index, const ui::ListView& lvService, std::wstring_view tooltip, ui::Host& host) {
+    const int row = lvService.selected();
+    if (index == kCopyItem) {
+        ui::CopyText(host.window(), tooltip.empty() ? lvService.cell(row, kCaption) : std::wstring(tooltip));
+        return;
+    }
+    const ListedService service(lvService, lvService.cell(row, kServiceName));
+    if (service.name().empty()) return;
+    if (index >= kStartItem && index <= kRestartItem) Control(index, service, host);
+    if (index >= kAutomaticItem && index <= kDisabledItem) ChangeStartMode(index, service);
+}
+
+}  // namespace services

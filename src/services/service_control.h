@@ -1,0 +1,63 @@
+// The pop-up menu of the service list: what is enabled, and what it does.
+#pragma once
+
+#include "services/service_list.h"
+#include "ui/host.h"
+#include "ui/list_view.h"
+#include "ui/menu.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace services {
+
+// The indexes of `mnuServiceItem`.
+enum ServiceItem : int {
+    kCopyItem = 1,
+    kStartItem = 3,
+    kStopItem = 4,
+    kPauseItem = 5,
+    kResumeItem = 6,
+    kRestartItem = 7,
+    kAutomaticItem = 9,  // 9 to 11 less 7 are SERVICE_AUTO_START, SERVICE_DEMAND_START and SERVICE_DISABLED
+    kManualItem = 10,
+    kDisabledItem = 11,
+    kRefreshItem = 99,
+};
+
+inline constexpr ui::MenuItem kServiceMenu[] = {
+    {kCopyItem, L"項目コピー(&C)"},  {2, L"-"},
+    {kStartItem, L"開始(&S)"},       {kStopItem, L"停止(&O)"},
+    {kPauseItem, L"一時停止(&U)"},   {kResumeItem, L"再開(&M)"},
+    {kRestartItem, L"再起動(&E)"},   {8, L"-"},
+    {kAutomaticItem, L"自動(&A)"},   {kManualItem, L"手動(&L)"},
+    {kDisabledItem, L"無効(&D)"},    {98, L"-"},
+    {kRefreshItem, L"情報の更新(&U)"},
+};
+
+// The cells of a row that decide what can be done with its service.
+struct ServiceCells {
+    std::wstring state;
+    std::wstring start_mode;
+    std::wstring accepts_pause;
+    std::wstring accepts_stop;
+};
+
+// Whether an item of `mnuServiceItem` can be chosen for a row, or (nullopt) for a press on empty space.
+bool IsServiceItemEnabled(int index, const std::optional<ServiceCells>& row);
+
+// A press of a mouse button on `row`, or with row -1 on empty space: selects the row and tells what the pop-up menu is
+// enabled by and what `txtComment` and the status bar show; both are empty for a press on empty space.
+struct ServicePress {
+    std::optional<ServiceCells> cells;
+    ServiceDetail detail;
+};
+ServicePress lvService_MouseDown(const ui::ListView& lvService, int row);
+
+// Carries out an item of `mnuServiceItem` on the selected row: everything but the refresh, which is the window's.
+// `tooltip` is the cell under the pointer, for the copy. Nothing happens without a selection, and a refusal leaves the
+// cells as they were. Messages are processed while a restart waits; no second action and no fill may start then.
+void mnuServiceItem_Click(int index, const ui::ListView& lvService, std::wstring_view tooltip, ui::Host& host);
+
+}  // namespace services
