@@ -1,0 +1,156 @@
+#include "shell/frmMain.h"
+
+#include "programs/current_user.h"
+#include "resource.h"
+#include "ui/control.h"
+#include "ui/input_box.h"
+#include "ui/link_label.h"
+#include "ui/modDialog.h"
+#include "win/text.h"
+
+#include <algorithm>
+
+namespace shell {
+namespace {
+
+constexpr wchar_t kSettingsFile[] = L"\\setting.ini";
+
+// Where the window stands before the settings are read.
+constexpr int kDesignedWidth = 12000;  // twips
+constexpr int kDesignedHeight = 8000;
+
+std::wstring ApplicationFolder() {
+    std::wstring path(MAX_PATH, L'\0');
+    for (;;) {
+        const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+        if (length < path.size()) {
+            path.resize(length);
+            return path.substr(0, path.rfind(L'\\'));
+        }
+        path.resize(path.size() * 2);
+    }
+}
+
+}  // namespace
+
+frmMain::frmMain(HINSTANCE instance)
+    : instance_(instance), activity_(*this), window_brush_(CreateSolidBrush(GetSysColor(COLOR_WINDOW))) {}
+
+frmMain::~frmMain() {
+    if (window_) DestroyWindow(window_);
+}
+
+bool frmMain::open(std::wstring_view argument) {
+    INITCOMMONCONTROLSEX classes = {sizeof classes,
+                                    ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES | ICC_BAR_CLASSES | ICC_STANDARD_CLASSES};
+    InitCommonControlsEx(&classes);
+    ui::RegisterLinkLabel(instance_);
+    const int small_icon = GetSystemMetrics(SM_CXSMICON);
+    WNDCLASSEXW description = {};
+    description.cbSize = sizeof description;
+    description.lpfnWndProc = &DesignedProcedure;
+    description.hInstance = instance_;
+    description.hIcon = LoadIconW(instance_, MAKEINTRESOURCEW(IDI_APP));
+    description.hIconSm = static_cast<HICON>(LoadImageW(instance_, MAKEINTRESOURCEW(IDI_APP), IMAGE_ICON, small_icon,
+                                                        small_icon, LR_SHARED));
+    description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
+    description.lpszClassName = kMainClass;
+    if (!RegisterClassExW(&description) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) return false;
+
+    dpi_ = GetDeviceCaps(win::WindowDc(nullptr).get(), LOGPIXELSX);
+    CreateWindowExW(0, kMainClass, ui::kProductName, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, 0,
+                    PixelsFromTwips(kDesignedWidth, dpi_), PixelsFromTwips(kDesignedHeight, dpi_), nullptr, nullptr,
+                    instance_, this);
+    if (!window_) return false;
+    create_controls();
+    Form_Load(argument);
+    UpdateWindow(window_);
+    PostMessageW(window_, kActivateMessage, 0, 0);
+    return true;
+}
+
+void frmMain::Form_Load(std::wstring_view argument) {
+    os_ = win::QueryOsVersion();
+    strSID_ = programs::CurrentUserSid();
+    application_folder_ = ApplicationFolder();
+    settings_ = Settings(application_folder_ + kSettingsFile);
+    remove_tab(Tab::Processes);
+    set_list_styles();
+    attach_system_images();
+    load_view_options();
+    replace_window_procedure();
+    activity_.request(Activity::Request::Rescan);
+    read_font_option();
+    arrange();
+    restore_window();
+    restore_column_widths();
+    if (!win::HasSystemRestore(os_)) remove_tab(Tab::Restore);
+    if (argument.size() == 1 && argument[0] >= L'2' && argument[0] <= L'6') select_tab(argument[0] - L'1');
+    focus_view();
+    start_monitor();
+}
+
+void frmMain::Form_Activate() {
+    if (std::exchange(activated_, true)) return;
+    pump();
+    if (closed_ || !IsWindow(window_)) return;
+    activity_.request(Activity::Request::Catalogue);
+}
+
+bool frmMain::Form_QueryUnload() { return activity_.request_close(); }
+
+void frmMain::close() {
+    Form_Unload();
+    DestroyWindow(window_);
+}
+
+void frmMain::Form_Unload() {
+    restore_window_procedure();
+    stop_monitor();
+    save_everything();
+}
+
+void frmMain::replace_window_procedure() {
+    designed_procedure_ = reinterpret_cast<WNDPROC>(
+        SetWindowLongW(window_, GWL_WNDPROC, static_cast<LONG>(reinterpret_cast<LONG_PTR>(&WindowProcedure))));
+}
+
+void frmMain::restore_window_procedure() {
+    SetWindowLongW(window_, GWL_WNDPROC, static_cast<LONG>(reinterpret_cast<LONG_PTR>(designed_procedure_)));
+}
+
+// ---- Host -----------------------------------------------------------------------------------------------------
+
+void frmMain::status(std::wstring_view text) {
+    status_.write(text);
+    show_status();
+    UpdateWindow(control(Control::st));
+}
+
+void frmMain::show_status() { ui::SetText(control(Control::st), status_.shown()); }
+
+ui::Answer frmMain::confirm(std::wstring_view text, std::wstring_view title, UINT icon) {
+    return ui::AskOkCancel(window_, text, title, icon);
+}
+
+std::optional<std::wstring> frmMain::input(std::wstring_view prompt, std::wstring_view title) {
+    return ui::AskText(window_, prompt, title);
+}
+
+bool frmMain::pump() {
+    dispatch_pending();
+    return !activity_.close_waits() && !closed_;
+}
+
+void frmMain::hourglass(bool shown) {
+    hourglass_ = shown;
+    if (!IsWindowVisible(window_)) return;
+    // Windows asks for the pointer again with the next move of the mouse; this is for the one that rests.
+    POINT point = {};
+    GetCursorPos(&point);
+    const HWND under = WindowFromPoint(point);
+    if (under == window_ || IsChild(window_, under)) SetCursor(LoadCursorW(nullptr, shown ? IDC_WAIT : IDC_ARROW));
+}
+
+}  // namespace shell

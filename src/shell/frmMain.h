@@ -1,0 +1,275 @@
+// The program's only window. It owns every control, menu, image list and font, and all state of the user interface;
+// the features are handed the list to fill and the Host face of this window.
+#pragma once
+
+#include "shell/activity.h"
+#include "shell/controls.h"
+#include "shell/layout.h"
+#include "shell/menus.h"
+#include "shell/mod_ini.h"
+#include "shell/status_line.h"
+#include "shell/tabs.h"
+#include "programs/uninstall_scan.h"
+#include "startup/startup_menu.h"
+#include "tools/memory_monitor.h"
+#include "ui/host.h"
+#include "ui/list_view.h"
+#include "ui/tooltips.h"
+#include "win/handle.h"
+#include "win/os_version.h"
+
+#include <array>
+#include <string>
+#include <vector>
+
+namespace shell {
+
+inline constexpr wchar_t kMainClass[] = L"Qorvenix.frmMain";
+
+// Posted to the window once the first list is painted.
+inline constexpr UINT kActivateMessage = WM_APP + 1;
+
+// The index of "情報の更新(&U)" in the File menu.
+inline constexpr int kRefreshIndex = 5;
+
+// The index of "削除(&D)..." in mnuStart; the button "削除(&D)" does the same on the startup tab.
+inline constexpr int kDeleteStartupIndex = 3;
+
+// The value labels of the detail area, in their order.
+inline constexpr Control kDetailValues[] = {Control::Label1_2, Control::Label1_3, Control::Label1_11};
+
+class frmMain final : public ui::Host, private Activity::Runner {
+public:
+    explicit frmMain(HINSTANCE instance);
+    frmMain(const frmMain&) = delete;
+    frmMain& operator=(const frmMain&) = delete;
+    ~frmMain();
+
+    // Makes the window, fills the first list and shows it. `argument` is the command line behind the program's name.
+    // False when Windows refuses the window.
+    bool open(std::wstring_view argument);
+
+    // Processes messages until the window has closed.
+    void run_until_closed();
+
+    // ---- Host
+    HWND window() const override { return window_; }
+    void status(std::wstring_view text) override;
+    std::wstring status_text() const override { return status_.text(); }
+    ui::Answer confirm(std::wstring_view text, std::wstring_view title, UINT icon) override;
+    std::optional<std::wstring> input(std::wstring_view prompt, std::wstring_view title) override;
+    bool pump() override;
+    void hourglass(bool shown) override;
+
+private:
+    // ---- start and end: frmMain.cpp
+    void Form_Load(std::wstring_view argument);
+    void Form_Activate();
+    bool Form_QueryUnload();
+    void Form_Unload();
+    void close() override;
+    void replace_window_procedure();
+    void restore_window_procedure();
+    void show_status();
+
+    // ---- controls, fonts, layout: frmMain_controls.cpp
+    void create_controls();
+    void create_lists();
+    HWND create_control(const ControlRow& row);
+    void make_fonts();
+    void apply_fonts();
+    void measure();
+    void arrange();
+    int strip_height(int width);
+    void set_list_styles();
+    void attach_system_images();
+    HWND control(Control which) const { return controls_[IndexOf(which)]; }
+    ui::ListView list(Control which) const { return ui::ListView(control(which)); }
+    int scaled(int pixels) const { return MulDiv(pixels, dpi_, 96); }
+
+    // ---- settings: frmMain_settings.cpp
+    void load_view_options();
+    void save_view_options() const;
+    void restore_window();
+    void save_window() const;
+    void restore_column_widths() const;
+    void save_column_widths() const;
+    void read_font_option();
+    void save_everything() const;
+
+    // ---- tabs: frmMain_tabs.cpp
+    void create_tabs();
+    void remove_tab(Tab tab);
+    void select_tab(int place);  // 0-based; runs the tab click
+    void step_tab(int direction, bool wrap);
+    Tab selected_tab() const;
+    void tb_Click();
+    void show_view(const TabRow& row);
+    void show_detail(const TabRow& row);
+    void name_second_button(Tab tab);
+    void clear_detail_values();
+    void set_detail_value(Control label, std::wstring_view text, bool is_link);
+    void fill(Tab tab);
+    void refresh_shown();
+    void list_filled(Control which);
+    void focus_view();
+    void tb_MouseMove(POINT client);
+    void tb_MouseLeave();
+    DetailKind detail_kind() const;
+    void run(Activity::Request request) override;
+
+    // ---- sorting: frmMain_tabs.cpp
+    struct SortState {
+        int key = -1;     // the column whose text is compared; -1: not sorted
+        int column = -1;  // the column that was clicked
+        ui::SortOrder order = ui::SortOrder::Ascending;
+    };
+    void list_ColumnClick(Control which, int column);
+    void sort_again(Control which);
+
+    // ---- messages: frmMain_messages.cpp
+    static LRESULT CALLBACK DesignedProcedure(HWND window, UINT message, WPARAM wide, LPARAM parameter);
+    static LRESULT CALLBACK WindowProcedure(HWND window, UINT message, WPARAM wide, LPARAM parameter);
+    static LRESULT CALLBACK StripProcedure(HWND strip, UINT message, WPARAM wide, LPARAM parameter);
+    LRESULT message(UINT message, WPARAM wide, LPARAM parameter);
+    static LRESULT CALLBACK ListProcedure(HWND window, UINT message, WPARAM wide, LPARAM parameter);
+    LRESULT notify(NMHDR& header);
+    LRESULT list_notify(Control which, NMHDR& header);
+    bool stripe(NMHDR& header, LRESULT& answer);
+    void mouse_wheel(int delta);
+    void menu_select(WPARAM wide, LPARAM parameter);
+    void command(int id, int code);
+    bool translate(const MSG& message);
+    bool translate_key(const MSG& message);
+    bool translate_mnemonic(const MSG& message);
+    void dispatch(const MSG& message);
+    void dispatch_pending();
+    const ControlRow* row_of(HWND which) const;  // null for a window that is no control of the table
+    void keep_focus();
+    bool blocks_column(const NMHDR& header) const;
+    HBRUSH static_colours(HDC dc, HWND which) const;
+
+    // ---- menus: frmMain_menus.cpp
+    void create_menus();
+    void menu_opens(HMENU menu);
+    void menu_Click(int id);
+    void mnuFileItem_Click(int index);
+    void mnuViewItem_Click(int index);
+    void mnuHelpItem_Click(int index);
+    bool shown_list_can_be_saved() const;
+    void save_shown_list();
+    void show_version();
+    void check_view_items();
+
+    // ---- what lists, labels and buttons report: frmMain_lists.cpp
+    static bool is_program_list(Control which);
+    void watch_pointer(Control which);
+    void remember_cell(HWND which, const std::wstring& text);
+    void row_selected(Control which);
+    void show_row(Control which);
+    void list_pressed(Control which, POINT client);
+    void list_KeyDown(Control which, WORD key);
+    void list_activated(Control which);
+    LRESULT context_menu(HWND which, POINT screen);
+    POINT menu_corner(const ui::ListView& view) const;
+    void key_for_menu(Control which);
+    void pop_up(Control which, POINT screen);
+    void control_command(Control which, int code);
+    void cmdMenu_Click(int index);
+    void enable_buttons();
+
+    // ---- programs and updates: frmMain_programs.cpp
+    void fill_programs();
+    ui::ListView program_list() const;
+    void show_program(Control which);
+    void program_KeyDown(WORD key);
+    void mnuPop_Click();
+    void mnuPopItem_Click(int index);
+    void uninstall();
+    void forced_uninstall();
+
+    // ---- startup items: frmMain_startup.cpp
+    void fill_startup();
+    void press_startup(bool over_row);
+    void show_startup_entry();
+    void mnuStart_Click();
+    void mnuStartItem_Click(int index);
+    void delete_startup_entry();
+    void files_dropped(WPARAM drop);
+
+    // ---- services and processes: frmMain_services.cpp
+    void fill_services();
+    void fill_processes();
+    void press_service(int row);
+    void mnuServiceItem_Click(int index);
+
+    // ---- Control Panel, report, memory, registry path: frmMain_information.cpp
+    void fill_control_panel();
+    void fill_report();
+    void start_monitor();
+    void stop_monitor();
+    void tmrMem_Timer();
+    void cmdSys_Click(int index);
+    void cb_Enter();
+
+    // ---- restore points, clean-up, repairs: frmMain_tools.cpp
+    void fill_restore_points();
+    void create_restore_point();
+    void delete_restore_point();
+    void mnuDelete_Click();
+    void mnuDeleteItem_Click(int index);
+    void mnuSet_Click();
+    void mnuSetItem_Click(int index);
+
+    HINSTANCE instance_;
+    HWND window_ = nullptr;
+    WNDPROC designed_procedure_ = nullptr;  // what WindowProcedure hands on to
+    WNDPROC strip_procedure_ = nullptr;
+    WNDPROC list_procedure_ = nullptr;
+    bool closed_ = false;
+    bool activated_ = false;
+
+    int dpi_ = 96;
+    win::OsVersion os_;
+    std::wstring application_folder_;
+    std::wstring strSID_;  // the current user's security identifier
+    Settings settings_;
+    Activity activity_;
+    StatusLine status_;
+
+    std::array<HWND, kControlCount> controls_ = {};
+    std::vector<Tab> tabs_;  // on the strip, in its order
+    Tab shown_tab_ = Tab::Programs;
+    std::array<SortState, kControlCount> sort_;
+    int hovered_tab_ = -1;
+    std::wstring clicked_cell_;  // of the program lists: what "項目コピー" copies
+    std::wstring pointed_cell_;  // under the pointer, of the startup and service lists
+    startup::StartMenuState start_menu_;
+    bool focus_view_wanted_ = false;
+    HWND last_focus_ = nullptr;
+
+    programs::ScanOptions scan_options_;
+    bool stripes_ = false;
+    bool hourglass_ = false;
+    bool in_menu_ = false;
+    int wheel_ = 0;
+
+    ui::Tooltips tooltips_;
+    win::Font font_;             // the system's message font
+    win::Font configured_font_;  // the same in the face that "Font" names; empty without the option
+    win::Brush window_brush_;
+    LayoutMetrics metrics_;
+    int strip_width_ = -1;   // width and height of the strip as last measured
+    int strip_height_ = 0;
+
+    HMENU menu_bar_ = nullptr;  // the window's
+    win::Menu mnuPop_;
+    win::Menu mnuStart_;
+    win::Menu mnuService_;
+
+    win::ImageList program_images_;        // ImageList1(0): programs and updates
+    win::ImageList control_panel_images_;  // ImageList1(1)
+    tools::MemoryMonitor monitor_;
+};
+
+}  // namespace shell

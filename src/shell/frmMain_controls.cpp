@@ -1,0 +1,196 @@
+#include "shell/frmMain.h"
+
+#include "programs/file_icon.h"
+#include "programs/restore_points.h"
+#include "programs/uninstall_scan.h"
+#include "services/service_list.h"
+#include "startup/startup_scan.h"
+#include "sysinfo/control_panel.h"
+#include "ui/control.h"
+#include "shell/process_list.h"
+#include "ui/drop_files.h"
+#include "ui/link_label.h"
+
+#include <algorithm>
+
+namespace shell {
+namespace {
+
+constexpr UINT kFullRowSelectAndGridLines = LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES;  // 33
+constexpr UINT kDoubleBuffer = 0x00010000;  // no flicker while the border is dragged; Windows 2000 ignores it
+
+struct KindRow {
+    const wchar_t* window_class;
+    DWORD style;
+    DWORD extended_style;
+};
+
+// In the order of Kind.
+constexpr KindRow kKinds[] = {
+    {WC_TABCONTROLW, WS_TABSTOP | WS_CLIPSIBLINGS | TCS_MULTILINE | TCS_HOTTRACK, 0},
+    {WC_LISTVIEWW, WS_TABSTOP | LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS | LVS_SHAREIMAGELISTS,
+     WS_EX_CLIENTEDGE},
+    {L"STATIC", SS_NOPREFIX | SS_CENTERIMAGE, 0},
+    {ui::kLinkClass, 0, 0},
+    {L"EDIT", WS_TABSTOP, WS_EX_CLIENTEDGE},
+    {L"BUTTON", WS_TABSTOP | BS_PUSHBUTTON, 0},
+    {L"COMBOBOX", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWN | CBS_AUTOHSCROLL, 0},
+    {L"STATIC", SS_ETCHEDHORZ, 0},
+    {STATUSCLASSNAMEW, SBARS_SIZEGRIP, 0},
+};
+
+}  // namespace
+
+void frmMain::create_controls() {
+    make_fonts();
+    for (const ControlRow& row : AllControls()) controls_[IndexOf(row.control)] = create_control(row);
+    create_menus();
+    create_tabs();
+    create_lists();
+    tooltips_.create(window_, dpi_);
+    tooltips_.set_font(font_.get());
+    for (const ControlRow& row : AllControls()) {
+        if (row.tip) tooltips_.set(control(row.control), row.tip);
+    }
+    apply_fonts();
+    watch_pointer(Control::lvStartUp);
+    watch_pointer(Control::lvService);
+    ui::AllowDrops(control(Control::lvStartUp));
+    show_view(RowOf(Tab::Programs));
+    show_detail(RowOf(Tab::Programs));
+}
+
+HWND frmMain::create_control(const ControlRow& row) {
+    const KindRow& kind = kKinds[static_cast<std::size_t>(row.kind)];
+    const DWORD shown = row.area == Area::Window ? WS_VISIBLE : 0;
+    return CreateWindowExW(kind.extended_style, kind.window_class, row.text,
+                           WS_CHILD | shown | kind.style | row.style, 0, 0, 0, 0, window_,
+                           reinterpret_cast<HMENU>(static_cast<INT_PTR>(IdOf(row.control))), instance_, nullptr);
+}
+
+void frmMain::create_lists() {
+    list(Control::ListView1_0).add_columns(programs::kColumns, dpi_);
+    list(Control::ListView1_1).add_columns(programs::kColumns, dpi_);
+    list(Control::ListView2).add_columns(sysinfo::kControlPanelColumnTable, dpi_);
+    list(Control::lvStartUp).add_columns(startup::kColumns, dpi_);
+    list(Control::lvService).add_columns(services::kServiceColumns, dpi_);
+    list(Control::lvProcess).add_columns(kProcessColumns, dpi_);
+    list(Control::lvRestore).add_columns(programs::RestoreColumns(), dpi_);
+    program_images_ = programs::CreateSmallIconList();
+    control_panel_images_ = programs::CreateSmallIconList();
+    list(Control::ListView2).set_small_images(control_panel_images_.get());
+    SendMessageW(control(Control::ListView1_0), LVM_SETEXTENDEDLISTVIEWSTYLE, 0, kDoubleBuffer);
+}
+
+// The style of the first list goes to all six.
+void frmMain::set_list_styles() {
+    const LRESULT first = SendMessageW(control(Control::ListView1_0), LVM_GETEXTENDEDLISTVIEWSTYLE, 0, 0);
+    const LPARAM style = static_cast<LPARAM>(first) | static_cast<LPARAM>(kFullRowSelectAndGridLines);
+    for (const Control which : {Control::ListView1_0, Control::ListView1_1, Control::ListView2, Control::lvStartUp,
+                                Control::lvService, Control::lvRestore}) {
+        SendMessageW(control(which), LVM_SETEXTENDEDLISTVIEWSTYLE, 0, style);
+    }
+}
+
+// The startup list shows icons of the system's own list, which it must not destroy.
+void frmMain::attach_system_images() {
+    SHFILEINFOW info = {};
+    const DWORD_PTR images =
+        SHGetFileInfoW(L"C:\\", 0, &info, sizeof info, SHGFI_SYSICONINDEX | SHGFI_SMALLICON);
+    list(Control::lvStartUp).set_small_images(reinterpret_cast<HIMAGELIST>(images));
+}
+
+void frmMain::make_fonts() {
+    NONCLIENTMETRICSW metrics = {};
+    metrics.cbSize = sizeof metrics;
+    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    font_.reset(CreateFontIndirectW(&metrics.lfMessageFont));
+}
+
+void frmMain::apply_fonts() {
+    for (const ControlRow& row : AllControls()) {
+        const bool configured = configured_font_ && TakesConfiguredFont(row.kind);
+        const HFONT font = configured ? configured_font_.get() : font_.get();
+        SendMessageW(control(row.control), WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+    }
+    strip_width_ = -1;
+    measure();
+}
+
+void frmMain::measure() {
+    const win::WindowDc dc(window_);
+    const win::Selected selected(dc.get(), configured_font_ ? configured_font_.get() : font_.get());
+    const auto width_of = [&dc](std::wstring_view text) {
+        RECT area = {};
+        DrawTextW(dc.get(), text.data(), static_cast<int>(text.size()), &area, DT_CALCRECT | DT_SINGLELINE);
+        return static_cast<int>(area.right);
+    };
+    const auto button = [&](std::wstring_view caption) { return width_of(caption) + scaled(20); };
+    TEXTMETRICW text = {};
+    GetTextMetricsW(dc.get(), &text);
+    metrics_.dpi = dpi_;
+    metrics_.text_height = text.tmHeight;
+    metrics_.edit_height = text.tmHeight + scaled(7);
+    metrics_.button_height = std::max<int>(text.tmHeight + scaled(9), scaled(22));
+    metrics_.button_width = std::max({button(L"強制削除(&F)"), button(L"削除(&D)"), button(L"作成(&N)"), scaled(88)});
+    metrics_.release_width = std::max(button(L"開放"), scaled(48));
+    metrics_.browse_width = button(L"...");
+    metrics_.caption_width = 0;
+    for (const TabRow& tab : AllTabs()) {
+        for (const wchar_t* caption : tab.captions) {
+            metrics_.caption_width = std::max(metrics_.caption_width, width_of(caption) + scaled(2));
+        }
+    }
+    metrics_.memory_caption_width = 0;
+    for (Control caption = Control::lblMemory; caption <= Control::lblMemCaption_4; caption = Element(caption, 1)) {
+        const bool is_value = caption >= Control::lblMem_0 && (IndexOf(caption) - IndexOf(Control::lblMem_0)) % 2 == 0;
+        if (is_value) continue;
+        metrics_.memory_caption_width =
+            std::max(metrics_.memory_caption_width, width_of(ui::TextOf(control(caption))) + scaled(2));
+    }
+    metrics_.memory_value_width = width_of(L"9999999/9999999 MB");
+    metrics_.heading_width = 0;
+    for (const Control heading : {Control::lblRelease, Control::Label1_50}) {
+        metrics_.heading_width =
+            std::max(metrics_.heading_width, width_of(ui::TextOf(control(heading))) + scaled(2));
+    }
+}
+
+// The height that the strip needs at a width: several rows when the window is narrow. The control itself says so once
+// it has that width.
+int frmMain::strip_height(int width) {
+    if (width == strip_width_) return strip_height_;
+    const HWND strip = control(Control::tb);
+    const int height = std::max(strip_height_, metrics_.text_height);
+    SetWindowPos(strip, nullptr, 0, 0, width, height, SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW);
+    RECT page = {0, 0, width, scaled(1000)};
+    SendMessageW(strip, TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&page));
+    strip_width_ = width;
+    strip_height_ = page.top;
+    return strip_height_;
+}
+
+void frmMain::arrange() {
+    if (IsIconic(window_)) return;
+    RECT client = {};
+    RECT status_bar = {};
+    GetClientRect(window_, &client);
+    SendMessageW(control(Control::st), WM_SIZE, 0, 0);
+    GetWindowRect(control(Control::st), &status_bar);
+    const Surroundings around = {client.right, client.bottom, strip_height(client.right),
+                                 status_bar.bottom - status_bar.top};
+    const Placement placement = Arrange(metrics_, around, detail_kind());
+    HDWP moves = BeginDeferWindowPos(static_cast<int>(kControlCount));
+    for (const ControlRow& row : AllControls()) {
+        if (row.control == Control::st) continue;
+        const Rectangle& to = placement[IndexOf(row.control)];
+        const UINT copying = row.kind == Kind::TabStrip ? UINT{SWP_NOCOPYBITS} : 0;
+        moves = DeferWindowPos(moves, control(row.control), nullptr, to.left, to.top, to.width, to.height,
+                               SWP_NOZORDER | SWP_NOACTIVATE | copying);
+    }
+    EndDeferWindowPos(moves);
+    ui::FitScrollBar(control(Control::txtSys));
+    ui::FitScrollBar(control(Control::txtComment));
+}
+
+}  // namespace shell

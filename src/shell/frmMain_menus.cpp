@@ -1,0 +1,161 @@
+#include "shell/frmMain.h"
+
+#include "programs/open_with_shell.h"
+#include "shell/about.h"
+#include "shell/csv_export.h"
+#include "ui/modDialog.h"
+#include "version.h"
+
+namespace shell {
+namespace {
+
+constexpr int kSaveIndex = 3;
+constexpr int kExitIndex = 99;
+
+constexpr int kReadMeIndex = 0;
+constexpr int kHomePageIndex = 1;
+constexpr int kVersionIndex = 2;
+constexpr int kUpdateIndex = 99;
+
+constexpr wchar_t kReadMeFile[] = L"\\ReadMe.txt";
+constexpr wchar_t kUpdateFile[] = L"\\Update.exe";
+
+// An open with no folder of its own.
+constexpr std::wstring_view kNoFolder(L"\0", 1);
+
+constexpr wchar_t kSaveTitle[] = L"名前を付けて保存";
+constexpr ui::FileFilter kCsvFilter = {L"CSV ファイル(*.csv)", L"*.csv"};
+constexpr wchar_t kSaved[] = L"保存が完了しました";
+
+constexpr int kIconsIndex = 1;
+constexpr int kStripesIndex = 2;
+constexpr int kSystemComponentsIndex = 6;
+
+}  // namespace
+
+void frmMain::create_menus() {
+    win::Menu bar = MakeMenuBar();
+    // The window destroys the bar it holds.
+    if (SetMenu(window_, bar.get())) menu_bar_ = bar.release();
+    mnuPop_ = MakePopup(MenuArray::mnuPopItem);
+    mnuStart_ = MakePopup(MenuArray::mnuStartItem);
+    mnuService_ = MakePopup(MenuArray::mnuServiceItem);
+}
+
+void frmMain::menu_Click(int id) {
+    struct Handler {
+        MenuArray array;
+        void (frmMain::*click)(int index);
+    };
+    constexpr Handler kHandlers[] = {
+        {MenuArray::mnuFileItem, &frmMain::mnuFileItem_Click},
+        {MenuArray::mnuViewItem, &frmMain::mnuViewItem_Click},
+        {MenuArray::mnuDeleteItem, &frmMain::mnuDeleteItem_Click},
+        {MenuArray::mnuSetItem, &frmMain::mnuSetItem_Click},
+        {MenuArray::mnuHelpItem, &frmMain::mnuHelpItem_Click},
+        {MenuArray::mnuPopItem, &frmMain::mnuPopItem_Click},
+        {MenuArray::mnuStartItem, &frmMain::mnuStartItem_Click},
+        {MenuArray::mnuServiceItem, &frmMain::mnuServiceItem_Click},
+    };
+    for (const Handler& handler : kHandlers) {
+        const int index = id - CommandId(handler.array, 0);
+        if (index >= 0 && index < kMenuArraySize) (this->*handler.click)(index);
+    }
+}
+
+void frmMain::mnuFileItem_Click(int index) {
+    switch (index) {
+        case kSaveIndex:
+            save_shown_list();
+            break;
+        case kRefreshIndex:
+            activity_.request(Activity::Request::Refresh);
+            break;
+        case kExitIndex:
+            Form_QueryUnload();
+            break;
+        default:
+            break;
+    }
+}
+
+void frmMain::menu_opens(HMENU menu) {
+    if (menu == mnuPop_.get()) mnuPop_Click();
+    if (menu == mnuStart_.get()) mnuStart_Click();
+    if (menu == SubMenuOf(menu_bar_, MenuArray::mnuDeleteItem)) mnuDelete_Click();
+    if (menu == SubMenuOf(menu_bar_, MenuArray::mnuSetItem)) mnuSet_Click();
+    if (menu == SubMenuOf(menu_bar_, MenuArray::mnuFileItem)) {
+        EnableItem(menu, MenuArray::mnuFileItem, kSaveIndex, shown_list_can_be_saved());
+    }
+}
+
+// The tab of the system report shows no list.
+bool frmMain::shown_list_can_be_saved() const { return shown_tab_ != Tab::SystemInformation; }
+
+void frmMain::save_shown_list() {
+    const Activity::Command command(activity_);
+    if (!command || !shown_list_can_be_saved()) return;
+    const ui::ListView shown = list(RowOf(shown_tab_).view);
+    const std::wstring path = ui::ChooseFileToSave(window_, kSaveTitle, kCsvFilter, L"csv");
+    if (!path.empty() && WriteWholeFile(path, CsvOf(shown))) status(kSaved);
+}
+
+void frmMain::mnuHelpItem_Click(int index) {
+    const auto open_if_there = [this](const std::wstring& file) {
+        if (PathFileExistsW(file.c_str())) programs::OpenWithShell(window_, file, L"", L"");
+    };
+    switch (index) {
+        case kReadMeIndex:
+            open_if_there(application_folder_ + kReadMeFile);
+            break;
+        case kHomePageIndex:
+            programs::OpenWithShell(window_, kHomePage, L"", kNoFolder);
+            break;
+        case kVersionIndex:
+            show_version();
+            break;
+        case kUpdateIndex:
+            open_if_there(application_folder_ + kUpdateFile);
+            break;
+        default:
+            break;
+    }
+}
+
+void frmMain::show_version() {
+    const Activity::Command command(activity_);
+    if (!command) return;
+    const std::wstring text = std::wstring(ui::kProductName) + L" Ver" + version_text + L"\r\n" + kAuthor;
+    ui::Inform(window_, text, ui::kProductName);
+}
+
+void frmMain::check_view_items() {
+    CheckItem(menu_bar_, MenuArray::mnuViewItem, kIconsIndex, scan_options_.show_icons);
+    CheckItem(menu_bar_, MenuArray::mnuViewItem, kStripesIndex, stripes_);
+    CheckItem(menu_bar_, MenuArray::mnuViewItem, kSystemComponentsIndex, scan_options_.show_system_components);
+}
+
+void frmMain::mnuViewItem_Click(int index) {
+    switch (index) {
+        case kIconsIndex:
+            scan_options_.show_icons = !scan_options_.show_icons;
+            break;
+        case kStripesIndex:
+            stripes_ = !stripes_;
+            break;
+        case kSystemComponentsIndex:
+            scan_options_.show_system_components = !scan_options_.show_system_components;
+            break;
+        default:
+            return;
+    }
+    check_view_items();
+    if (index == kStripesIndex) {
+        activity_.request(Activity::Request::Refresh);
+        InvalidateRect(control(RowOf(shown_tab_).view), nullptr, TRUE);
+    } else {
+        activity_.request(Activity::Request::Rescan);
+    }
+}
+
+}  // namespace shell

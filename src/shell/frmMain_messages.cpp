@@ -1,0 +1,374 @@
+#include "shell/frmMain.h"
+
+#include "ui/control.h"
+
+#include <windowsx.h>
+
+#include <algorithm>
+
+namespace shell {
+namespace {
+
+constexpr COLORREF kEvenRow = RGB(255, 255, 255);
+constexpr COLORREF kOddRow = RGB(240, 240, 255);
+
+// The smallest window, pixels at 96 dpi.
+constexpr int kLeastWidth = 480;
+constexpr int kLeastHeight = 320;
+
+// Alt with these opens a menu of the bar, whatever letter a button has.
+constexpr std::wstring_view kMenuLetters = L"fvdrh";
+
+frmMain* FormOf(HWND window) {
+    return reinterpret_cast<frmMain*>(static_cast<LONG_PTR>(GetWindowLongW(window, GWL_USERDATA)));
+}
+
+bool IsKeyDown(int key) { return GetKeyState(key) < 0; }
+
+}  // namespace
+
+// ---- procedures -------------------------------------------------------------------------------------------------
+
+LRESULT CALLBACK frmMain::DesignedProcedure(HWND window, UINT message, WPARAM wide, LPARAM parameter) {
+    if (message == WM_NCCREATE) {
+        auto* form = static_cast<frmMain*>(reinterpret_cast<CREATESTRUCTW*>(parameter)->lpCreateParams);
+        form->window_ = window;
+        SetWindowLongW(window, GWL_USERDATA, static_cast<LONG>(reinterpret_cast<LONG_PTR>(form)));
+    }
+    frmMain* form = FormOf(window);
+    return form ? form->message(message, wide, parameter) : DefWindowProcW(window, message, wide, parameter);
+}
+
+// In front of the designed procedure from Form_Load to Form_Unload; what it does not consume goes on to that one.
+LRESULT CALLBACK frmMain::WindowProcedure(HWND window, UINT message, WPARAM wide, LPARAM parameter) {
+    frmMain* form = FormOf(window);
+    LRESULT answer = 0;
+    switch (message) {
+        case WM_NOTIFY:
+            if (form->stripe(*reinterpret_cast<NMHDR*>(parameter), answer)) return answer;
+            break;
+        case WM_MOUSEWHEEL:
+            form->mouse_wheel(GET_WHEEL_DELTA_WPARAM(wide));
+            return 0;
+        case WM_MENUSELECT:
+            form->menu_select(wide, parameter);
+            break;
+        default:
+            break;
+    }
+    return CallWindowProcW(form->designed_procedure_, window, message, wide, parameter);
+}
+
+// The tab strip tells its window nothing of the pointer, and a click on a tab shall lead into the list.
+LRESULT CALLBACK frmMain::StripProcedure(HWND strip, UINT message, WPARAM wide, LPARAM parameter) {
+    frmMain* form = FormOf(strip);
+    switch (message) {
+        case WM_MOUSEMOVE: {
+            TRACKMOUSEEVENT leave = {sizeof leave, TME_LEAVE, strip, 0};
+            TrackMouseEvent(&leave);
+            form->tb_MouseMove({GET_X_LPARAM(parameter), GET_Y_LPARAM(parameter)});
+            break;
+        }
+        case WM_MOUSELEAVE:
+            form->tb_MouseLeave();
+            break;
+        case WM_LBUTTONDOWN: {
+            form->focus_view_wanted_ = true;
+            const LRESULT answer = CallWindowProcW(form->strip_procedure_, strip, message, wide, parameter);
+            if (!form->activity_.running()) form->focus_view();
+            return answer;
+        }
+        default:
+            break;
+    }
+    return CallWindowProcW(form->strip_procedure_, strip, message, wide, parameter);
+}
+
+LRESULT frmMain::message(UINT message, WPARAM wide, LPARAM parameter) {
+    switch (message) {
+        case WM_SIZE:
+            arrange();
+            return 0;
+        case WM_GETMINMAXINFO: {
+            POINT& least = reinterpret_cast<MINMAXINFO*>(parameter)->ptMinTrackSize;
+            least = {scaled(kLeastWidth), scaled(kLeastHeight)};
+            return 0;
+        }
+        case WM_COMMAND:
+            command(LOWORD(wide), HIWORD(wide));
+            return 0;
+        case WM_NOTIFY:
+            return notify(*reinterpret_cast<NMHDR*>(parameter));
+        case WM_CONTEXTMENU:
+            return context_menu(reinterpret_cast<HWND>(wide), {GET_X_LPARAM(parameter), GET_Y_LPARAM(parameter)});
+        case WM_CTLCOLORSTATIC:
+            return reinterpret_cast<LRESULT>(
+                static_colours(reinterpret_cast<HDC>(wide), reinterpret_cast<HWND>(parameter)));
+        case WM_SETCURSOR:
+            if (!hourglass_ || LOWORD(parameter) != HTCLIENT) break;
+            SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+            return TRUE;
+        case WM_INITMENUPOPUP:
+            if (HIWORD(parameter) == 0) menu_opens(reinterpret_cast<HMENU>(wide));
+            return 0;
+        case WM_ENTERMENULOOP:
+        case WM_EXITMENULOOP:
+            in_menu_ = message == WM_ENTERMENULOOP;
+            return 0;
+        case WM_TIMER:
+            tmrMem_Timer();
+            return 0;
+        case WM_ACTIVATE:
+            if (LOWORD(wide) == WA_INACTIVE && IsChild(window_, GetFocus())) last_focus_ = GetFocus();
+            break;
+        case WM_SETFOCUS:
+            if (last_focus_) SetFocus(last_focus_);
+            return 0;
+        case WM_SYSCOLORCHANGE:
+            for (const HWND each : controls_) SendMessageW(each, message, wide, parameter);
+            window_brush_.reset(CreateSolidBrush(GetSysColor(COLOR_WINDOW)));
+            break;
+        case WM_CLOSE:
+            Form_QueryUnload();
+            return 0;
+        case WM_QUERYENDSESSION:
+            return !activity_.busy();
+        case WM_ENDSESSION:
+            if (wide) save_everything();
+            return 0;
+        case WM_DESTROY:
+            closed_ = true;
+            PostQuitMessage(0);
+            return 0;
+        case WM_NCDESTROY:
+            window_ = nullptr;
+            return 0;
+        case kActivateMessage:
+            Form_Activate();
+            return 0;
+        default:
+            break;
+    }
+    return DefWindowProcW(window_, message, wide, parameter);
+}
+
+// ---- what the window procedure adds -----------------------------------------------------------------------------
+
+bool frmMain::stripe(NMHDR& header, LRESULT& answer) {
+    if (!stripes_ || header.code != static_cast<UINT>(NM_CUSTOMDRAW)) return false;
+    const ControlRow* row = row_of(header.hwndFrom);
+    if (!row || row->kind != Kind::ListView) return false;
+    auto& draw = reinterpret_cast<NMLVCUSTOMDRAW&>(header);
+    if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) {
+        answer = CDRF_NOTIFYITEMDRAW;
+        return true;
+    }
+    if (draw.nmcd.dwDrawStage == CDDS_ITEMPREPAINT) {
+        draw.clrTextBk = draw.nmcd.dwItemSpec % 2 == 0 ? kEvenRow : kOddRow;
+    }
+    return false;
+}
+
+// Not while a menu, a message box or the open history wants the wheel. Fine wheels turn in parts of a notch.
+void frmMain::mouse_wheel(int delta) {
+    if (in_menu_ || !IsWindowEnabled(window_) || SendMessageW(control(Control::cb), CB_GETDROPPEDSTATE, 0, 0)) return;
+    wheel_ += delta;
+    for (; wheel_ <= -WHEEL_DELTA; wheel_ += WHEEL_DELTA) step_tab(+1, false);
+    for (; wheel_ >= WHEEL_DELTA; wheel_ -= WHEEL_DELTA) step_tab(-1, false);
+}
+
+// Only the menu bar has hints; a pop-up menu leaves the advice or the count readable.
+void frmMain::menu_select(WPARAM wide, LPARAM) {
+    const UINT flags = HIWORD(wide);
+    const bool on_item = flags != 0xFFFF && (flags & (MF_POPUP | MF_SEPARATOR | MF_SYSMENU)) == 0;
+    status_.menu(on_item ? HintOf(LOWORD(wide)) : std::wstring_view());
+    show_status();
+}
+
+// ---- notifications ----------------------------------------------------------------------------------------------
+
+const ControlRow* frmMain::row_of(HWND which) const {
+    const auto place = std::find(controls_.begin(), controls_.end(), which);
+    if (!which || place == controls_.end()) return nullptr;
+    return &AllControls()[static_cast<std::size_t>(place - controls_.begin())];
+}
+
+LRESULT frmMain::notify(NMHDR& header) {
+    if (header.hwndFrom == control(Control::tb)) {
+        if (header.code == static_cast<UINT>(TCN_SELCHANGE)) activity_.request(Activity::Request::TabClick);
+        return 0;
+    }
+    // A header's words come through its list; Windows names the header as their sender, Wine the list.
+    const bool from_header = header.code <= static_cast<UINT>(HDN_FIRST) && header.code >= static_cast<UINT>(HDN_LAST);
+    if (from_header) return blocks_column(header);
+    const ControlRow* row = row_of(header.hwndFrom);
+    return row && row->kind == Kind::ListView ? list_notify(row->control, header) : 0;
+}
+
+// The column that only carries the sort key of the size stays closed, however its border is pulled.
+bool frmMain::blocks_column(const NMHDR& header) const {
+    const HWND owner = row_of(header.hwndFrom) ? header.hwndFrom : GetParent(header.hwndFrom);
+    if (owner != control(Control::ListView1_0) && owner != control(Control::ListView1_1)) return false;
+    const auto& change = reinterpret_cast<const NMHEADERW&>(header);
+    if (change.iItem != static_cast<int>(programs::Column::SizeKey)) return false;
+    switch (header.code) {
+        case static_cast<UINT>(HDN_BEGINTRACKA):
+        case static_cast<UINT>(HDN_BEGINTRACKW):
+            return true;
+        case static_cast<UINT>(HDN_ITEMCHANGINGA):
+        case static_cast<UINT>(HDN_ITEMCHANGINGW):
+            return change.pitem && (change.pitem->mask & HDI_WIDTH) && change.pitem->cxy > 0;
+        case static_cast<UINT>(HDN_DIVIDERDBLCLICKA):
+        case static_cast<UINT>(HDN_DIVIDERDBLCLICKW):
+            // Some lists have widened it before they tell.
+            ui::ListView(owner).set_column_width(change.iItem, 0);
+            return true;
+        default:
+            return false;
+    }
+}
+
+LRESULT frmMain::list_notify(Control which, NMHDR& header) {
+    // A list that is being filled takes no keys, no double clicks and no header clicks.
+    if (activity_.running()) return 0;
+    const auto& item = reinterpret_cast<const NMLISTVIEW&>(header);
+    const auto& click = reinterpret_cast<const NMITEMACTIVATE&>(header);
+    switch (header.code) {
+        case static_cast<UINT>(LVN_COLUMNCLICK):
+            list_ColumnClick(which, item.iSubItem);
+            break;
+        case static_cast<UINT>(LVN_ITEMCHANGED):
+            if ((item.uChanged & LVIF_STATE) && (item.uNewState & ~item.uOldState & LVIS_SELECTED)) {
+                row_selected(which);
+            }
+            break;
+        case static_cast<UINT>(NM_CLICK):
+            list_pressed(which, click.ptAction);
+            break;
+        case static_cast<UINT>(LVN_ITEMACTIVATE):
+            list_activated(which);
+            break;
+        case static_cast<UINT>(LVN_KEYDOWN):
+            list_KeyDown(which, reinterpret_cast<const NMLVKEYDOWN&>(header).wVKey);
+            break;
+        default:
+            break;
+    }
+    return 0;
+}
+
+void frmMain::command(int id, int code) {
+    if (id >= CommandId(MenuArray::mnuFileItem, 0)) {
+        menu_Click(id);
+        return;
+    }
+    const Control which = static_cast<Control>(id - kFirstControlId);
+    if (which >= Control::tb && which < Control::Count) control_command(which, code);
+}
+
+HBRUSH frmMain::static_colours(HDC dc, HWND which) const {
+    if (which == control(Control::txtSys)) {
+        SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
+        SetBkColor(dc, GetSysColor(COLOR_WINDOW));
+        return window_brush_.get();
+    }
+    SetTextColor(dc, GetSysColor(COLOR_BTNTEXT));
+    SetBkColor(dc, GetSysColor(COLOR_BTNFACE));
+    return GetSysColorBrush(COLOR_BTNFACE);
+}
+
+// ---- the message loop -------------------------------------------------------------------------------------------
+
+void frmMain::run_until_closed() {
+    MSG message = {};
+    while (!closed_ && GetMessageW(&message, nullptr, 0, 0) > 0) dispatch(message);
+}
+
+void frmMain::dispatch_pending() {
+    MSG message = {};
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        if (message.message == WM_QUIT) {
+            // The loop that runs the program has to see it too.
+            PostQuitMessage(static_cast<int>(message.wParam));
+            return;
+        }
+        dispatch(message);
+    }
+}
+
+void frmMain::dispatch(const MSG& message) {
+    if (translate(message)) return;
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+}
+
+bool frmMain::translate(const MSG& message) {
+    if (message.hwnd != window_ && !IsChild(window_, message.hwnd)) return false;
+    switch (message.message) {
+        case WM_MOUSEWHEEL:
+            // Wherever the pointer or the focus is; only the open history scrolls by itself.
+            if (SendMessageW(control(Control::cb), CB_GETDROPPEDSTATE, 0, 0)) return false;
+            SendMessageW(window_, message.message, message.wParam, message.lParam);
+            return true;
+        case WM_KEYDOWN:
+            return translate_key(message);
+        case WM_SYSCHAR:
+            return translate_mnemonic(message);
+        default:
+            return false;
+    }
+}
+
+// Dialog handling is asked for the Tab key alone: it would take Enter away from the lists, and let a plain letter
+// press "削除(&D)".
+bool frmMain::translate_key(const MSG& message) {
+    const bool control_key = IsKeyDown(VK_CONTROL);
+    const HWND focus = GetFocus();
+    switch (message.wParam) {
+        case VK_TAB: {
+            if (!control_key) {
+                MSG copy = message;
+                return IsDialogMessageW(window_, &copy) != FALSE;
+            }
+            focus_view_wanted_ = true;
+            step_tab(IsKeyDown(VK_SHIFT) ? -1 : +1, true);
+            return true;
+        }
+        case VK_F5:
+            mnuFileItem_Click(kRefreshIndex);
+            return true;
+        case VK_RETURN: {
+            const ControlRow* row = row_of(focus);
+            if (row && row->kind == Kind::CommandButton) {
+                SendMessageW(focus, BM_CLICK, 0, 0);
+                return true;
+            }
+            if (GetParent(focus) != control(Control::cb)) return false;
+            if (SendMessageW(control(Control::cb), CB_GETDROPPEDSTATE, 0, 0)) return false;
+            cb_Enter();
+            return true;
+        }
+        default:
+            return false;
+    }
+}
+
+// Alt with a button's letter, as far as the menu bar does not use it.
+bool frmMain::translate_mnemonic(const MSG& message) {
+    const wchar_t letter = static_cast<wchar_t>(
+        reinterpret_cast<LONG_PTR>(CharLowerW(reinterpret_cast<LPWSTR>(message.wParam & 0xFFFF))));
+    if (kMenuLetters.find(letter) != kMenuLetters.npos) return false;
+    for (const Control which : {Control::cmdMenu_0, Control::cmdMenu_1}) {
+        const std::wstring caption = ui::TextOf(control(which));
+        const std::size_t mark = caption.find(L'&');
+        if (mark == caption.npos || !IsWindowVisible(control(which)) || !IsWindowEnabled(control(which))) continue;
+        const std::wstring own = caption.substr(mark + 1, 1);
+        if (CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, own.c_str(), 1, &letter, 1) != CSTR_EQUAL) continue;
+        SetFocus(control(which));
+        SendMessageW(control(which), BM_CLICK, 0, 0);
+        return true;
+    }
+    return false;
+}
+
+}  // namespace shell

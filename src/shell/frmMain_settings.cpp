@@ -1,0 +1,127 @@
+#include "shell/frmMain.h"
+
+#include "ui/control.h"
+
+#include <algorithm>
+
+namespace shell {
+namespace {
+
+enum WindowState { kNormal = 0, kMinimised = 1, kMaximised = 2 };
+
+constexpr int kDefaultWidth = 12000;  // twips
+constexpr int kDefaultHeight = 8000;
+constexpr int kFarthest = 32767;      // pixels; window coordinates end there
+
+struct StoredColumns {
+    Control list;
+    int suffix;
+    int count;
+};
+
+constexpr StoredColumns kStoredColumns[] = {
+    {Control::ListView1_0, 0, 7},
+    {Control::ListView1_1, 1, 7},
+    {Control::lvStartUp, 2, 4},
+    {Control::lvService, 3, 5},
+};
+
+// A window that would lie on no monitor at all is moved onto the nearest one.
+void KeepOnMonitor(RECT& place) {
+    if (MonitorFromRect(&place, MONITOR_DEFAULTTONULL)) return;
+    MONITORINFO monitor = {};
+    monitor.cbSize = sizeof monitor;
+    if (!GetMonitorInfoW(MonitorFromRect(&place, MONITOR_DEFAULTTONEAREST), &monitor)) return;
+    const RECT& work = monitor.rcWork;
+    const int x = std::clamp(place.left, work.left, std::max(work.left, work.right - (place.right - place.left)));
+    const int y = std::clamp(place.top, work.top, std::max(work.top, work.bottom - (place.bottom - place.top)));
+    OffsetRect(&place, x - place.left, y - place.top);
+}
+
+}  // namespace
+
+void frmMain::load_view_options() {
+    scan_options_.show_icons = settings_.number("Icon", 0) != 0;
+    stripes_ = settings_.number("Stripe", 0) != 0;
+    scan_options_.show_system_components = settings_.number("SysCom", 0) != 0;
+    check_view_items();
+    ui::SetText(control(Control::txtMemPath), settings_.text("Mem"));
+}
+
+void frmMain::save_view_options() const {
+    const auto write_check = [this](std::string_view key, bool checked) { settings_.write(key, checked ? -1 : 0); };
+    settings_.write("Mem", ui::TextOf(control(Control::txtMemPath)));
+    write_check("Icon", scan_options_.show_icons);
+    write_check("Stripe", stripes_);
+    write_check("SysCom", scan_options_.show_system_components);
+}
+
+void frmMain::restore_window() {
+    // The stored state is applied as it is: a program closed while minimised starts minimised.
+    const int state = settings_.number("WinState", kNormal);
+    if (state == kMinimised || state == kMaximised) {
+        ShowWindow(window_, state == kMinimised ? SW_SHOWMINIMIZED : SW_SHOWMAXIMIZED);
+        return;
+    }
+    const auto pixels = [this](const char* key, int missing, int least) {
+        return std::clamp(PixelsFromTwips(settings_.number(key, missing), dpi_), least, kFarthest);
+    };
+    RECT place = {};
+    place.left = pixels("X", 0, -kFarthest);
+    place.top = pixels("Y", 0, -kFarthest);
+    place.right = place.left + pixels("W", kDefaultWidth, 1);
+    place.bottom = place.top + pixels("H", kDefaultHeight, 1);
+    KeepOnMonitor(place);
+    MoveWindow(window_, place.left, place.top, place.right - place.left, place.bottom - place.top, FALSE);
+    ShowWindow(window_, SW_SHOWNORMAL);
+}
+
+void frmMain::save_window() const {
+    const int state = IsIconic(window_) ? kMinimised : IsZoomed(window_) ? kMaximised : kNormal;
+    settings_.write("WinState", state);
+    if (state != kNormal) return;
+    RECT place = {};
+    GetWindowRect(window_, &place);
+    settings_.write("X", TwipsFromPixels(place.left, dpi_));
+    settings_.write("Y", TwipsFromPixels(place.top, dpi_));
+    settings_.write("H", TwipsFromPixels(place.bottom - place.top, dpi_));
+    settings_.write("W", TwipsFromPixels(place.right - place.left, dpi_));
+}
+
+void frmMain::restore_column_widths() const {
+    for (const StoredColumns& stored : kStoredColumns) {
+        const ui::ListView view = list(stored.list);
+        for (int column = 0; column < stored.count; ++column) {
+            const int designed = view.column_width(column);
+            const int width = settings_.number(ColumnKey(column + 1, stored.suffix), designed);
+            if (width != designed) view.set_column_width(column, width);
+        }
+    }
+}
+
+void frmMain::save_column_widths() const {
+    for (const StoredColumns& stored : kStoredColumns) {
+        for (int column = 0; column < stored.count; ++column) {
+            settings_.write(ColumnKey(column + 1, stored.suffix), list(stored.list).column_width(column));
+        }
+    }
+}
+
+void frmMain::save_everything() const {
+    save_window();
+    save_column_widths();
+    save_view_options();
+}
+
+// The face changes; size and style stay. What Windows makes of a face that it does not have stands.
+void frmMain::read_font_option() {
+    const std::wstring face = settings_.text("Font");
+    if (face.empty()) return;
+    LOGFONTW look = {};
+    GetObjectW(font_.get(), sizeof look, &look);
+    lstrcpynW(look.lfFaceName, face.c_str(), LF_FACESIZE);
+    configured_font_.reset(CreateFontIndirectW(&look));
+    apply_fonts();
+}
+
+}  // namespace shell

@@ -1,0 +1,242 @@
+#include "shell/frmMain.h"
+
+#include "ui/control.h"
+#include "ui/link_label.h"
+#include "win/text.h"
+
+#include <algorithm>
+
+namespace shell {
+namespace {
+
+constexpr wchar_t kCountUnit[] = L" 個の項目";
+
+constexpr wchar_t kCreateCaption[] = L"作成(&N)";
+constexpr wchar_t kCreateTip[] = L"復元ポイントを作成します";
+// Without a mnemonic from the first tab click on; the designed caption has one.
+constexpr wchar_t kForcedCaption[] = L"強制削除";
+constexpr wchar_t kForcedTip[] = L"プログラムの強制アンインストールを実施します";
+
+// "サイズ" sorts by the hidden column, whose zero-padded text is in numeric order.
+constexpr int kSizeColumn = static_cast<int>(programs::Column::Size);
+constexpr int kSizeKeyColumn = static_cast<int>(programs::Column::SizeKey);
+
+constexpr Control kDetailCaptions[] = {Control::Label1_0, Control::Label1_1, Control::Label1_6};
+
+}  // namespace
+
+void frmMain::create_tabs() {
+    for (const TabRow& row : AllTabs()) {
+        TCITEMW item = {};
+        item.mask = TCIF_TEXT;
+        item.pszText = const_cast<wchar_t*>(row.caption);
+        SendMessageW(control(Control::tb), TCM_INSERTITEMW, tabs_.size(), reinterpret_cast<LPARAM>(&item));
+        tabs_.push_back(row.tab);
+    }
+    const HWND strip = control(Control::tb);
+    SetWindowLongW(strip, GWL_USERDATA, static_cast<LONG>(reinterpret_cast<LONG_PTR>(this)));
+    strip_procedure_ = reinterpret_cast<WNDPROC>(
+        SetWindowLongW(strip, GWL_WNDPROC, static_cast<LONG>(reinterpret_cast<LONG_PTR>(&StripProcedure))));
+}
+
+void frmMain::remove_tab(Tab tab) {
+    const auto place = std::find(tabs_.begin(), tabs_.end(), tab);
+    if (place == tabs_.end()) return;
+    SendMessageW(control(Control::tb), TCM_DELETEITEM, static_cast<WPARAM>(place - tabs_.begin()), 0);
+    tabs_.erase(place);
+    strip_width_ = -1;
+    arrange();
+}
+
+Tab frmMain::selected_tab() const {
+    const LRESULT place = SendMessageW(control(Control::tb), TCM_GETCURSEL, 0, 0);
+    return place < 0 ? Tab::Programs : tabs_[static_cast<std::size_t>(place)];
+}
+
+void frmMain::select_tab(int place) {
+    SendMessageW(control(Control::tb), TCM_SETCURSEL, static_cast<WPARAM>(place), 0);
+    activity_.request(Activity::Request::TabClick);
+}
+
+void frmMain::step_tab(int direction, bool wrap) {
+    const int tabs = static_cast<int>(tabs_.size());
+    const int present = static_cast<int>(SendMessageW(control(Control::tb), TCM_GETCURSEL, 0, 0));
+    const int next = wrap ? (present + direction + tabs) % tabs : present + direction;
+    if (next >= 0 && next < tabs) select_tab(next);
+}
+
+void frmMain::run(Activity::Request request) {
+    hourglass(true);
+    switch (request) {
+        case Activity::Request::TabClick:
+            tb_Click();
+            break;
+        case Activity::Request::Refresh:
+            refresh_shown();
+            break;
+        case Activity::Request::Rescan:
+            fill_programs();
+            break;
+        case Activity::Request::Startup:
+            fill_startup();
+            break;
+        case Activity::Request::Catalogue:
+            fill_control_panel();
+            break;
+    }
+    hourglass(false);
+}
+
+void frmMain::tb_Click() {
+    shown_tab_ = selected_tab();
+    const TabRow& row = RowOf(shown_tab_);
+    show_view(row);
+    show_detail(row);
+    name_second_button(shown_tab_);
+    enable_buttons();
+    arrange();
+    fill(shown_tab_);
+    if (std::exchange(focus_view_wanted_, false)) {
+        focus_view();
+    } else {
+        keep_focus();
+    }
+}
+
+void frmMain::show_view(const TabRow& row) {
+    for (const ControlRow& each : AllControls()) {
+        // Services, processes and restore points come into view when they are filled.
+        const bool later = each.control == Control::lvService || each.control == Control::lvProcess;
+        if (each.area == Area::List) ui::Show(control(each.control), each.control == row.view && !later);
+        if (each.area == Area::Information) ui::Show(control(each.control), row.tab == Tab::SystemInformation);
+    }
+}
+
+void frmMain::show_detail(const TabRow& row) {
+    const bool services = row.tab == Tab::Services;
+    const bool restore = row.tab == Tab::Restore;
+    const bool programs = row.tab == Tab::Programs || row.tab == Tab::Updates;
+    for (const Control each : {Control::Label1_0, Control::Label1_6}) {
+        ui::Show(control(each), row.shows_detail);
+    }
+    ui::Show(control(Control::Label1_1), row.shows_detail && !services && !restore);
+    for (const Control each : kDetailValues) ui::Show(control(each), row.shows_detail && !services && !restore);
+    ui::Show(control(Control::txtComment), services);
+    ui::Show(control(Control::cmdMenu_0), row.shows_detail && !services);
+    ui::Show(control(Control::cmdMenu_1), programs || restore);
+
+    for (std::size_t i = 0; i < std::size(kDetailCaptions); ++i) {
+        ui::SetText(control(kDetailCaptions[i]), row.captions[i]);
+    }
+    clear_detail_values();
+    if (row.delete_tip) tooltips_.set(control(Control::cmdMenu_0), row.delete_tip);
+}
+
+// The caption and tool tip of the second button, from the first tab click on.
+void frmMain::name_second_button(Tab tab) {
+    const bool creates = tab == Tab::Restore;
+    ui::SetText(control(Control::cmdMenu_1), creates ? kCreateCaption : kForcedCaption);
+    tooltips_.set(control(Control::cmdMenu_1), creates ? kCreateTip : kForcedTip);
+}
+
+void frmMain::clear_detail_values() {
+    for (const Control value : kDetailValues) set_detail_value(value, L"", false);
+    ui::SetText(control(Control::txtComment), L"");
+}
+
+void frmMain::set_detail_value(Control label, std::wstring_view text, bool is_link) {
+    ui::SetText(control(label), text);
+    tooltips_.set(control(label), text);
+    ui::SetLink(control(label), is_link);
+}
+
+void frmMain::fill(Tab tab) {
+    using Filler = void (frmMain::*)();
+    // In the order of Tab.
+    static constexpr Filler kFillers[] = {
+        &frmMain::fill_programs, &frmMain::fill_programs,      &frmMain::fill_startup,
+        &frmMain::fill_processes, &frmMain::fill_services,     &frmMain::fill_control_panel,
+        &frmMain::fill_restore_points, &frmMain::fill_report,
+    };
+    const Filler filler = kFillers[static_cast<std::size_t>(tab)];
+    (this->*filler)();
+}
+
+// What "情報の更新(&U)" of the File menu does.
+void frmMain::refresh_shown() {
+    switch (shown_tab_) {
+        case Tab::Programs:
+        case Tab::Updates:
+        case Tab::Startup:
+            fill(shown_tab_);
+            break;
+        case Tab::Services:
+        case Tab::Restore:
+            tb_Click();
+            break;
+        default:
+            break;
+    }
+}
+
+// The end of every fill: the list is sorted as before, and the count is written when the list is the one shown.
+void frmMain::list_filled(Control which) {
+    sort_again(which);
+    const TabRow& row = RowOf(shown_tab_);
+    if (row.view != which || !row.counts) return;
+    status(win::ToText(list(which).count()) + kCountUnit);
+}
+
+void frmMain::list_ColumnClick(Control which, int column) {
+    const bool programs = which == Control::ListView1_0 || which == Control::ListView1_1;
+    const int key = programs && column == kSizeColumn ? kSizeKeyColumn : column;
+    SortState& sort = sort_[IndexOf(which)];
+    const bool flips = sort.key == key && sort.order == ui::SortOrder::Ascending;
+    sort = {key, column, flips ? ui::SortOrder::Descending : ui::SortOrder::Ascending};
+    sort_again(which);
+}
+
+void frmMain::sort_again(Control which) {
+    const SortState& sort = sort_[IndexOf(which)];
+    if (sort.key < 0) return;
+    list(which).sort(sort.key, sort.order);
+    list(which).show_sort_arrow(sort.column, sort.order);
+}
+
+void frmMain::focus_view() {
+    last_focus_ = control(RowOf(shown_tab_).view);
+    if (GetActiveWindow() == window_) SetFocus(last_focus_);
+}
+
+// A control that has just been hidden must not keep the focus: keys would go nowhere.
+void frmMain::keep_focus() {
+    const HWND focus = GetFocus();
+    if (focus && IsChild(window_, focus) && !IsWindowVisible(focus)) focus_view();
+    if (!focus && last_focus_ && !ui::IsShown(last_focus_)) last_focus_ = control(RowOf(shown_tab_).view);
+}
+
+DetailKind frmMain::detail_kind() const {
+    const TabRow& row = RowOf(shown_tab_);
+    if (!row.shows_detail) return DetailKind::None;
+    return shown_tab_ == Tab::Services ? DetailKind::Comment : DetailKind::Rows;
+}
+
+void frmMain::tb_MouseMove(POINT client) {
+    TCHITTESTINFO hit = {client, 0};
+    const int place = static_cast<int>(
+        SendMessageW(control(Control::tb), TCM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+    if (place == hovered_tab_) return;
+    hovered_tab_ = place;
+    const bool on_tab = place >= 0 && place < static_cast<int>(tabs_.size());
+    const wchar_t* hint = on_tab ? RowOf(tabs_[static_cast<std::size_t>(place)]).hover : nullptr;
+    status_.hover(hint ? hint : L"");
+    show_status();
+}
+
+void frmMain::tb_MouseLeave() {
+    hovered_tab_ = -1;
+    status_.hover(L"");
+    show_status();
+}
+
+}  // namespace shell

@@ -1,0 +1,34 @@
+// setting.ini beside the executable: section "Morlet", decimal numbers, the system's ANSI code page.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace shell {
+
+class Settings {
+public:
+    Settings() = default;
+    // `file` is the full path. Nothing is opened or created before the first access.
+    explicit Settings(std::wstring_view file);
+
+    // GetPrivateProfileStringA with room for 1024 characters; empty when the key is missing.
+    std::wstring text(std::string_view key) const;
+    // GetPrivateProfileIntA; `missing` when the key is missing or has no value, 0 for what is no number.
+    int number(std::string_view key, int missing) const;
+    // WritePrivateProfileStringA. A file that cannot be written is left as it is, without a word.
+    void write(std::string_view key, std::wstring_view value) const;
+    void write(std::string_view key, int value) const;
+
+private:
+    std::string file_;
+};
+
+// The key of a stored column width: the 1-based column, "Col", the list's suffix ("7Col0").
+std::string ColumnKey(int column, int list);
+
+// Twips (1/1440 inch) and pixels, rounded to nearest: a window moved to what was stored is stored the same again.
+int PixelsFromTwips(int twips, int dpi);
+int TwipsFromPixels(int pixels, int dpi);
+
+}  // namespace shell

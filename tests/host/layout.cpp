@@ -1,0 +1,109 @@
+#include "shell/layout.h"
+
+#include <doctest/doctest.h>
+
+#include <tuple>
+#include <utility>
+#include <vector>
+
+using namespace shell;
+
+namespace {
+
+LayoutMetrics MetricsFor(int dpi, int text_height, int wide) {
+    const auto scaled = [dpi](int pixels) { return pixels * dpi / 96; };
+    LayoutMetrics metrics;
+    metrics.dpi = dpi;
+    metrics.text_height = scaled(text_height);
+    metrics.edit_height = metrics.text_height + scaled(7);
+    metrics.button_height = metrics.text_height + scaled(9);
+    metrics.button_width = scaled(88 * wide / 10);
+    metrics.release_width = scaled(48 * wide / 10);
+    metrics.browse_width = scaled(30);
+    metrics.caption_width = scaled(56 * wide / 10);
+    metrics.memory_caption_width = scaled(62 * wide / 10);
+    metrics.memory_value_width = scaled(112 * wide / 10);
+    metrics.heading_width = scaled(172 * wide / 10);
+    return metrics;
+}
+
+struct View {
+    DetailKind detail;
+    std::vector<Control> shown;
+};
+
+std::vector<View> Views() {
+    const std::vector<Control> captions = {Control::Label1_0, Control::Label1_1,  Control::Label1_6,
+                                           Control::Label1_2, Control::Label1_3,  Control::Label1_11,
+                                           Control::cmdMenu_0, Control::cmdMenu_1, Control::ListView1_0};
+    View information = {DetailKind::None, {}};
+    for (Control each = Control::txtSys; each < Control::st; each = Element(each, 1)) information.shown.push_back(each);
+    return {{DetailKind::Rows, captions},
+            {DetailKind::Comment, {Control::lvService, Control::Label1_0, Control::txtComment}},
+            {DetailKind::None, {Control::ListView2}},
+            information};
+}
+
+bool Overlap(const Rectangle& left, const Rectangle& right) {
+    return left.left < right.right() && right.left < left.right() && left.top < right.bottom() &&
+           right.top < left.bottom();
+}
+
+}  // namespace
+
+TEST_CASE("no control covers another or leaves the window, at every size, resolution and font") {
+    for (const int dpi : {96, 120, 144, 192}) {
+        for (const auto& [text_height, wide] : {std::pair{12, 10}, {15, 11}, {17, 12}}) {
+            const LayoutMetrics metrics = MetricsFor(dpi, text_height, wide);
+            // Client areas of the smallest window, of common ones and of a 4K screen, with one to three rows of tabs.
+            for (const auto& [width, height, rows] :
+                 {std::tuple{464, 258, 3}, {464, 258, 2}, {640, 400, 2}, {784, 494, 1}, {784, 300, 1}, {1904, 1000, 1},
+                  {3824, 2080, 1}}) {
+                const Surroundings around = {width * dpi / 96, height * dpi / 96,
+                                             rows * (metrics.text_height + 7 * dpi / 96),
+                                             metrics.text_height + 8 * dpi / 96};
+                for (const View& view : Views()) {
+                    CAPTURE(dpi);
+                    CAPTURE(text_height);
+                    CAPTURE(width);
+                    CAPTURE(height);
+                    CAPTURE(rows);
+                    Placement placed = Arrange(metrics, around, view.detail);
+                    placed[IndexOf(Control::cb)].height = metrics.edit_height;  // closed
+                    std::vector<Control> shown = view.shown;
+                    shown.insert(shown.end(), {Control::tb, Control::st});
+                    for (std::size_t i = 0; i < shown.size(); ++i) {
+                        const Rectangle& own = placed[IndexOf(shown[i])];
+                        CAPTURE(static_cast<int>(shown[i]));
+                        CHECK(own.left >= 0);
+                        CHECK(own.top >= 0);
+                        CHECK(own.right() <= around.width);
+                        CHECK(own.bottom() <= around.height);
+                        for (std::size_t j = 0; j < i; ++j) {
+                            CAPTURE(static_cast<int>(shown[j]));
+                            CHECK_FALSE(Overlap(own, placed[IndexOf(shown[j])]));
+                        }
+                    }
+                }
+            }
+        }
+    }
+}
+
+TEST_CASE("captions and buttons get the room they need, the list the rest") {
+    const LayoutMetrics metrics = MetricsFor(96, 12, 10);
+    const Placement placed = Arrange(metrics, {464, 258, 57, 20}, DetailKind::Rows);
+    const auto at = [&placed](Control control) { return placed[IndexOf(control)]; };
+    CHECK(at(Control::Label1_0).width == metrics.caption_width);
+    CHECK(at(Control::Label1_0).left == at(Control::Label1_6).left);
+    CHECK(at(Control::Label1_2).left == at(Control::Label1_11).left);
+    CHECK(at(Control::cmdMenu_0).width == metrics.button_width);
+    CHECK(at(Control::cmdMenu_0).right() == at(Control::cmdMenu_1).right());
+    CHECK(at(Control::ListView1_0).height > 90);
+    CHECK(at(Control::ListView1_0).width == 464);
+
+    const Placement information = Arrange(metrics, {464, 258, 57, 20}, DetailKind::None);
+    CHECK(information[IndexOf(Control::lblMem_1)].width >= metrics.memory_value_width);
+    CHECK(information[IndexOf(Control::Label1_50)].width >= metrics.heading_width);
+    CHECK(information[IndexOf(Control::txtMemPath)].width >= 60);
+}

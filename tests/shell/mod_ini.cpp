@@ -1,0 +1,77 @@
+#include "shell/mod_ini.h"
+
+#include "support/test_folder.h"
+#include "win/handle.h"
+
+#include <doctest/doctest.h>
+
+#include <string>
+
+using shell::Settings;
+
+namespace {
+
+void WriteBytes(const std::wstring& path, std::string_view bytes) {
+    const win::File file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+    DWORD written = 0;
+    REQUIRE(WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr));
+}
+
+}  // namespace
+
+TEST_CASE("settings are read back as written, and nothing else in the file is lost") {
+    TestFolder folder(L"Qorvenix shell test");
+    const std::wstring file = folder.own(L"設定 setting.ini");
+    WriteBytes(file, "[Other]\r\nKeep=1\r\n[Morlet]\r\nMine=by hand\r\n");
+    const Settings settings(file);
+    settings.write("Mem", L"C:\\開放 プログラム\\a b.exe");
+    settings.write("X", -120);
+    CHECK(settings.text("Mem") == L"C:\\開放 プログラム\\a b.exe");
+    CHECK(settings.number("X", 7) == -120);
+    CHECK(settings.text("Mine") == L"by hand");
+    CHECK(GetPrivateProfileIntW(L"Other", L"Keep", 0, file.c_str()) == 1);
+}
+
+TEST_CASE("what is no number is 0, what is missing the default") {
+    TestFolder folder(L"Qorvenix shell test");
+    const std::wstring file = folder.own(L"setting.ini");
+    WriteBytes(file, "[Morlet]\r\nIcon=1\r\nStripe=-1\r\nSysCom=yes\r\nW=\r\nFont=\r\nLong=" + std::string(1500, 'x'));
+    const Settings settings(file);
+    CHECK(settings.number("Icon", 0) == 1);
+    CHECK(settings.number("Stripe", 0) == -1);
+    CHECK(settings.number("SysCom", 5) == 0);
+    CHECK(settings.number("W", 12000) == 12000);
+    CHECK(settings.number("H", 8000) == 8000);
+    CHECK(settings.text("Font").empty());
+    CHECK(settings.text("Long").size() == 1023);
+    CHECK(settings.text("None").empty());
+}
+
+TEST_CASE("a folder of the file's name, and a file that is no settings file, give defaults without a word") {
+    TestFolder folder(L"Qorvenix shell test");
+    const std::wstring taken = folder.own(L"taken.ini");
+    REQUIRE(CreateDirectoryW(taken.c_str(), nullptr));
+    const Settings blocked(taken);
+    blocked.write("X", 5);
+    CHECK(blocked.number("X", 9) == 9);
+
+    const std::wstring binary = folder.own(L"binary.ini");
+    std::string noise(100'000, '\0');
+    for (std::size_t i = 0; i < noise.size(); ++i) noise[i] = static_cast<char>(i * 7919 >> 3);
+    WriteBytes(binary, noise);
+    CHECK(Settings(binary).number("X", 9) == 9);
+    CHECK(Settings(binary).text("Mem").empty());
+}
+
+TEST_CASE("twips and pixels do not drift at any resolution") {
+    for (const int dpi : {96, 120, 144, 168, 192, 240}) {
+        CAPTURE(dpi);
+        for (int pixels = -2000; pixels <= 4000; ++pixels) {
+            REQUIRE(shell::PixelsFromTwips(shell::TwipsFromPixels(pixels, dpi), dpi) == pixels);
+        }
+    }
+    CHECK(shell::PixelsFromTwips(12000, 96) == 800);
+    CHECK(shell::TwipsFromPixels(-100, 96) == -1500);
+    CHECK(shell::PixelsFromTwips(2147483647, 192) > 0);
+    CHECK(shell::ColumnKey(7, 0) == "7Col0");
+}

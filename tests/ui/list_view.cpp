@@ -1,0 +1,77 @@
+#include "ui/list_view.h"
+
+#include "support/test_list.h"
+
+#include <doctest/doctest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr ui::Column kColumns[] = {{L"名前", 80}, {L"値", 80}};
+
+std::vector<std::wstring> Names(const ui::ListView& list) {
+    std::vector<std::wstring> names;
+    for (int row = 0; row < list.count(); ++row) names.push_back(list.cell(row, 0));
+    return names;
+}
+
+}  // namespace
+
+TEST_CASE("sorting is stable, ignores case, and takes tag, image and selection along") {
+    const TestList shown(kColumns);
+    const ui::ListView& list = shown.list;
+    const struct {
+        const wchar_t* name;
+        const wchar_t* value;
+    } rows[] = {{L"b1", L"B"}, {L"a1", L"a"}, {L"b2", L"b"}, {L"none", L""}, {L"a2", L"A"}};
+    for (LPARAM tag = 100; const auto& row : rows) list.set_cell(list.add_row(row.name, tag++), 1, row.value);
+    list.select(2);
+
+    list.sort(1, ui::SortOrder::Ascending);
+    CHECK(Names(list) == std::vector<std::wstring>{L"none", L"a1", L"a2", L"b1", L"b2"});
+    CHECK(list.selected() == 4);
+    CHECK(list.tag(4) == 102);
+    CHECK(list.tag(0) == 103);
+    list.sort(1, ui::SortOrder::Descending);
+    CHECK(Names(list) == std::vector<std::wstring>{L"b1", L"b2", L"a1", L"a2", L"none"});
+    CHECK(list.cell(list.selected(), 0) == L"b2");
+    CHECK(list.tag(list.find(0, L"a2")) == 104);
+}
+
+TEST_CASE("a fill leaves a hidden list hidden and a shown one shown") {
+    const TestList shown(kColumns);
+    const auto is_shown = [&] { return (GetWindowLongW(shown.list.window(), GWL_STYLE) & WS_VISIBLE) != 0; };
+    ShowWindow(shown.list.window(), SW_HIDE);
+    {
+        const ui::ListFill fill(shown.list);
+        shown.list.add_row(L"x");
+    }
+    CHECK_FALSE(is_shown());
+    ShowWindow(shown.list.window(), SW_SHOW);
+    {
+        const ui::ListFill fill(shown.list);
+        shown.list.add_row(L"y");
+    }
+    CHECK(is_shown());
+}
+
+TEST_CASE("widths out of range are clamped, so that none means fit to contents") {
+    const TestList shown(kColumns);
+    for (const auto& [asked, width] : {std::pair{-1, 0}, {-2, 0}, {70000, 0x7FFF}, {123, 123}}) {
+        shown.list.set_column_width(1, asked);
+        CHECK(shown.list.column_width(1) == width);
+    }
+}
+
+TEST_CASE("cells of any length come back whole, and a point outside every row is none") {
+    const TestList shown(kColumns);
+    for (const std::size_t length : {0u, 258u, 259u, 260u, 1039u, 1040u, 5000u}) {
+        const std::wstring text(length, L'字');
+        CHECK(shown.list.cell(shown.list.add_row(text), 0) == text);
+    }
+    CHECK(shown.list.cell(99, 0).empty());
+    CHECK(shown.list.cell(-1, 0).empty());
+    CHECK(shown.list.hit_test({10, 5000}).row == -1);
+}

@@ -1,0 +1,425 @@
+// The whole window, driven as a user drives it: posted mouse and key messages, read back from the real controls.
+#include "shell/frmMain.h"
+
+#include "support/test_folder.h"
+#include "ui/control.h"
+#include "ui/link_label.h"
+#include "win/com_ptr.h"
+#include "win/text.h"
+
+#include <doctest/doctest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+using namespace shell;
+
+namespace {
+
+std::wstring SettingsPath() {
+    wchar_t path[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    std::wstring folder(path);
+    return folder.substr(0, folder.rfind(L'\\')) + L"\\setting.ini";
+}
+
+// A settings file for the length of a test; the program looks for it beside the executable.
+struct SettingsFile {
+    explicit SettingsFile(std::string_view lines = {}) {
+        const std::string bytes = "[Morlet]\r\n" + std::string(lines);
+        const win::File file(CreateFileW(SettingsPath().c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+        DWORD written = 0;
+        WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+    }
+    SettingsFile(const SettingsFile&) = delete;
+    SettingsFile& operator=(const SettingsFile&) = delete;
+    ~SettingsFile() { DeleteFileW(SettingsPath().c_str()); }
+
+    int number(const char* key) const { return Settings(SettingsPath()).number(key, -999); }
+};
+
+class Driven {
+public:
+    explicit Driven(const wchar_t* argument = L"") : form(std::make_unique<frmMain>(GetModuleHandleW(nullptr))) {
+        REQUIRE(form->open(argument));
+        form->pump();
+    }
+    ~Driven() {
+        if (form->window()) SendMessageW(form->window(), WM_CLOSE, 0, 0);
+        form.reset();
+        MSG left;
+        while (PeekMessageW(&left, nullptr, 0, 0, PM_REMOVE)) {
+        }
+    }
+
+    HWND at(Control control) const { return GetDlgItem(form->window(), IdOf(control)); }
+    std::wstring text(Control control) const { return ui::TextOf(at(control)); }
+    bool shown(Control control) const { return IsWindowVisible(at(control)) != FALSE; }
+    std::wstring status() const { return text(Control::st); }
+    ui::ListView list(Control control) const { return ui::ListView(at(control)); }
+    int tab() const { return static_cast<int>(SendMessageW(at(Control::tb), TCM_GETCURSEL, 0, 0)); }
+    int tabs() const { return static_cast<int>(SendMessageW(at(Control::tb), TCM_GETITEMCOUNT, 0, 0)); }
+
+    // Presses and releases the left button on a tab; the window sees it with the next pump.
+    void post_click(int place) const {
+        RECT area = {};
+        SendMessageW(at(Control::tb), TCM_GETITEMRECT, static_cast<WPARAM>(place), reinterpret_cast<LPARAM>(&area));
+        const LPARAM point = MAKELPARAM((area.left + area.right) / 2, (area.top + area.bottom) / 2);
+        PostMessageW(at(Control::tb), WM_LBUTTONDOWN, MK_LBUTTON, point);
+        PostMessageW(at(Control::tb), WM_LBUTTONUP, 0, point);
+    }
+    void click(int place) const {
+        post_click(place);
+        form->pump();
+    }
+    void wheel(int delta, Control over = Control::tb) const {
+        PostMessageW(at(over), WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(delta)), 0);
+        form->pump();
+    }
+    void command(MenuArray array, int index) const {
+        SendMessageW(form->window(), WM_COMMAND, static_cast<WPARAM>(CommandId(array, index)), 0);
+    }
+    bool open() const { return form->window() && IsWindow(form->window()); }
+
+    std::unique_ptr<frmMain> form;
+};
+
+// An entry of the Uninstall key for the length of a test.
+class Program {
+public:
+    Program(const wchar_t* key, const wchar_t* name, const wchar_t* command, const wchar_t* publisher = L"") {
+        path_ = std::wstring(L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\") + key;
+        win::RegKey opened;
+        RegCreateKeyExW(HKEY_LOCAL_MACHINE, path_.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, opened.put(), nullptr);
+        set(opened, L"DisplayName", name);
+        set(opened, L"UninstallString", command);
+        set(opened, L"Publisher", publisher);
+        set(opened, L"HelpLink", L"https://help.example/");
+        set(opened, L"HelpTelephone", L"03-0000-0000");
+    }
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+    ~Program() { RegDeleteKeyW(HKEY_LOCAL_MACHINE, path_.c_str()); }
+
+private:
+    static void set(const win::RegKey& key, const wchar_t* name, const std::wstring& value) {
+        RegSetValueExW(key.get(), name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
+                       static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
+    }
+    std::wstring path_;
+};
+
+std::vector<std::wstring> Captions(const Driven& window) {
+    std::vector<std::wstring> captions;
+    for (int place = 0; place < window.tabs(); ++place) {
+        wchar_t text[64] = {};
+        TCITEMW item = {};
+        item.mask = TCIF_TEXT;
+        item.pszText = text;
+        item.cchTextMax = 64;
+        SendMessageW(window.at(Control::tb), TCM_GETITEMW, static_cast<WPARAM>(place), reinterpret_cast<LPARAM>(&item));
+        captions.emplace_back(text);
+    }
+    return captions;
+}
+
+// What happens while the uninstaller of a test runs: a close, the end of the session, two turns of the wheel.
+struct Tick {
+    static void CALLBACK close(HWND form, UINT, UINT_PTR id, DWORD) {
+        KillTimer(form, id);
+        PostMessageW(form, WM_CLOSE, 0, 0);
+        answered = SendMessageW(form, WM_QUERYENDSESSION, 0, 0) == 0;
+        buttons_blocked = !IsWindowEnabled(GetDlgItem(form, IdOf(Control::cmdMenu_0)));
+        SendMessageW(form, WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-240)), 0);
+    }
+    inline static bool answered = false;
+    inline static bool buttons_blocked = false;
+};
+
+}  // namespace
+
+TEST_CASE("the window opens on the programs with designed sizes and the count of the first fill") {
+    const SettingsFile settings;
+    const Program program(L"QvxOne", L"一つ目", L"C:\\none.exe");
+    const Driven window;
+    CHECK(Captions(window) ==
+          std::vector<std::wstring>{L"プログラムの追加と削除", L"更新プログラム", L"スタートアップ", L"サービス",
+                                    L"コントロールパネル", L"システムの復元", L"システム情報"});
+    RECT place = {};
+    GetWindowRect(window.form->window(), &place);
+    CHECK(place.left == 0);
+    CHECK(place.top == 0);
+    CHECK(place.right == 800);
+    CHECK(place.bottom - place.top == 533);  // 8000 twips, to the nearest pixel
+    CHECK(window.shown(Control::ListView1_0));
+    CHECK(window.list(Control::ListView1_0).find(0, L"一つ目") >= 0);
+    CHECK(window.status() == win::ToText(window.list(Control::ListView1_0).count()) + L" 個の項目");
+    CHECK(window.list(Control::ListView1_0).selected() == -1);
+    CHECK(window.text(Control::Label1_6) == L"HelpTel：");
+    CHECK(window.text(Control::cmdMenu_1) == L"強制削除(&F)");
+    CHECK(window.list(Control::ListView2).count() > 0);  // built by the activation
+}
+
+TEST_CASE("each tab shows its own controls and writes its count") {
+    const SettingsFile settings;
+    const Driven window;
+    constexpr Control lists[] = {Control::ListView1_0, Control::ListView1_1, Control::lvStartUp,
+                                 Control::lvService,   Control::ListView2,   Control::lvRestore};
+    for (const int place : {5, 4, 3, 2, 1, 0}) {
+        CAPTURE(place);
+        window.click(place);
+        for (int other = 0; other < 6; ++other) CHECK(window.shown(lists[other]) == (other == place));
+        CHECK(window.status() == win::ToText(window.list(lists[place]).count()) + L" 個の項目");
+        CHECK(window.shown(Control::cmdMenu_0) == (place != 3 && place != 4));
+        CHECK(window.shown(Control::cmdMenu_1) == (place == 0 || place == 1 || place == 5));
+        CHECK(window.shown(Control::txtComment) == (place == 3));
+        CHECK(window.shown(Control::Label1_1) == (place < 3));
+        CHECK(window.text(Control::cmdMenu_1) == (place == 5 ? L"作成(&N)" : L"強制削除"));
+        CHECK_FALSE(window.shown(Control::txtSys));
+    }
+    const std::wstring before = window.status();
+    window.click(6);
+    CHECK(window.shown(Control::txtSys));
+    CHECK(window.shown(Control::lblMem_1));
+    CHECK_FALSE(window.shown(Control::Label1_0));
+    CHECK(window.text(Control::txtSys).starts_with(L"\r\nOS\t\t"));
+    CHECK(window.status() == before);  // the report counts nothing
+}
+
+TEST_CASE("the argument selects a tab only when it is one digit from 2 to 6") {
+    const SettingsFile settings;
+    for (const auto& [argument, place] :
+         {std::pair{L"2", 1}, {L"3", 2}, {L"6", 5}, {L"7", 0}, {L"1", 0}, {L" 2", 0}, {L"22", 0}, {L"x", 0}}) {
+        CAPTURE(place);
+        const Driven window(argument);
+        CHECK(window.tab() == place);
+        const wchar_t* caption = place == 0 ? L"強制削除(&F)" : place == 5 ? L"作成(&N)" : L"強制削除";
+        CHECK(window.text(Control::cmdMenu_1) == caption);
+    }
+}
+
+TEST_CASE("two hundred turns of the wheel end on the right tab, and parts of a notch add up") {
+    const SettingsFile settings;
+    const Driven window;
+    for (int turn = 0; turn < 200; ++turn) window.wheel(turn % 14 < 7 ? -120 : 120, Control::ListView1_0);
+    CHECK(window.tab() == 4);
+    CHECK(window.shown(Control::ListView2));
+    CHECK(window.status() == win::ToText(window.list(Control::ListView2).count()) + L" 個の項目");
+    for (int part = 0; part < 3; ++part) window.wheel(40);
+    CHECK(window.tab() == 3);
+    window.wheel(1200);
+    CHECK(window.tab() == 0);
+    window.wheel(-100 * 120);
+    CHECK(window.tab() == 6);
+}
+
+TEST_CASE("fifty clicks and a close in the middle of a fill") {
+    const SettingsFile settings;
+    Driven window;
+    for (int click = 0; click < 50; ++click) window.post_click(click % 7);
+    window.command(MenuArray::mnuPopItem, 99);  // the scan processes what is posted
+    window.form->pump();
+    CHECK(window.tab() == 49 % 7);
+    CHECK(window.shown(Control::ListView1_0));
+    CHECK_FALSE(window.shown(Control::txtSys));
+    CHECK(window.status() == win::ToText(window.list(Control::ListView1_0).count()) + L" 個の項目");
+
+    window.post_click(3);
+    PostMessageW(window.form->window(), WM_CLOSE, 0, 0);
+    window.command(MenuArray::mnuPopItem, 99);
+    CHECK_FALSE(window.open());
+    CHECK(settings.number("WinState") == 0);
+}
+
+TEST_CASE("geometry, widths and options come back at every start") {
+    const SettingsFile settings("X=1515\r\nY=-300\r\nW=9015\r\nH=7005\r\nStripe=1\r\n3Col0=70000\r\n1Col3=-2\r\n"
+                                "2Col2=77\r\nMem=C:\\a b.exe\r\n");
+    for (int start = 0; start < 3; ++start) {
+        const Driven window;
+        RECT place = {};
+        GetWindowRect(window.form->window(), &place);
+        REQUIRE(place.left == 101);
+        REQUIRE(place.top == -20);
+        REQUIRE(place.right - place.left == 601);
+        if (start > 0) continue;
+        CHECK(window.list(Control::ListView1_0).column_width(2) == 32767);
+        CHECK(window.list(Control::lvService).column_width(0) == 0);
+        CHECK(window.list(Control::lvStartUp).column_width(1) == 77);
+        CHECK(window.text(Control::txtMemPath) == L"C:\\a b.exe");
+    }
+    CHECK(settings.number("X") == 1515);
+    CHECK(settings.number("H") == 7005);
+    CHECK(settings.number("Stripe") == -1);
+    CHECK(settings.number("Icon") == 0);
+    CHECK(settings.number("4Col2") > 0);
+    CHECK(settings.number("6Col3") == -999);
+    CHECK(settings.number("8Col0") == -999);
+}
+
+TEST_CASE("a window that was stored far away, tiny or maximised is usable") {
+    {
+        const SettingsFile settings("X=999999999\r\nY=-999999999\r\nW=-5\r\nH=0\r\nFont=こんな書体はない\r\n");
+        const Driven window;
+        RECT place = {};
+        GetWindowRect(window.form->window(), &place);
+        CHECK(MonitorFromRect(&place, MONITOR_DEFAULTTONULL) != nullptr);
+        CHECK(place.right - place.left == 480);
+        CHECK(place.bottom - place.top == 320);
+    }
+    const SettingsFile settings("WinState=2\r\nX=150\r\n");
+    {
+        const Driven window;
+        CHECK(IsZoomed(window.form->window()));
+    }
+    CHECK(settings.number("WinState") == 2);
+    CHECK(settings.number("X") == 150);  // the geometry of the last normal state stays
+}
+
+TEST_CASE("the font option reaches lists, labels, buttons and text boxes, nothing else") {
+    const SettingsFile settings("Font=IPAGothic\r\n");
+    const Driven window;
+    const auto face = [&window](Control control) {
+        LOGFONTW look = {};
+        GetObjectW(reinterpret_cast<HFONT>(SendMessageW(window.at(control), WM_GETFONT, 0, 0)), sizeof look, &look);
+        return std::wstring(look.lfFaceName);
+    };
+    for (const Control control : {Control::ListView1_0, Control::cmdMenu_0, Control::Label1_0, Control::Label1_2,
+                                  Control::txtSys, Control::st}) {
+        CHECK(face(control) == L"IPAGothic");
+    }
+    CHECK(face(Control::tb) != L"IPAGothic");
+    CHECK(face(Control::cb) != L"IPAGothic");
+}
+
+TEST_CASE("a row's details show, links are tab stops, and a tab click empties them") {
+    const SettingsFile settings;
+    const Program program(L"QvxTwo", L"二つ目", L"C:\\none.exe");
+    const Driven window;
+    const ui::ListView list = window.list(Control::ListView1_0);
+    list.select(list.find(0, L"二つ目"));
+    CHECK(window.status() == L"二つ目");
+    CHECK(window.text(Control::Label1_2) == L"https://help.example/");
+    CHECK(window.text(Control::Label1_11) == L"03-0000-0000");
+    CHECK(ui::IsLink(window.at(Control::Label1_2)));
+    CHECK_FALSE(ui::IsLink(window.at(Control::Label1_11)));
+    window.click(1);
+    CHECK(window.text(Control::Label1_2).empty());
+    CHECK_FALSE(ui::IsLink(window.at(Control::Label1_2)));
+}
+
+TEST_CASE("headers sort, the size by its hidden key, and a refresh keeps the order") {
+    const SettingsFile settings;
+    const Program first(L"QvxA", L"qvx b", L"C:\\a.exe");
+    const Program second(L"QvxB", L"qvx A", L"C:\\b.exe");
+    const Driven window;
+    const ui::ListView list = window.list(Control::ListView1_0);
+    const auto click_header = [&](int column) {
+        NMLISTVIEW click = {};
+        click.hdr = {list.window(), static_cast<UINT_PTR>(IdOf(Control::ListView1_0)), static_cast<UINT>(LVN_COLUMNCLICK)};
+        click.iItem = -1;
+        click.iSubItem = column;
+        SendMessageW(window.form->window(), WM_NOTIFY, click.hdr.idFrom, reinterpret_cast<LPARAM>(&click));
+    };
+    const auto before = [&](const wchar_t* one, const wchar_t* other) { return list.find(0, one) < list.find(0, other); };
+    CHECK(before(L"qvx b", L"qvx A"));  // the registry's order
+    click_header(0);
+    CHECK(before(L"qvx A", L"qvx b"));
+    click_header(0);
+    CHECK(before(L"qvx b", L"qvx A"));
+    window.command(MenuArray::mnuFileItem, 5);
+    CHECK(before(L"qvx b", L"qvx A"));
+    click_header(2);
+    click_header(0);
+    CHECK(before(L"qvx A", L"qvx b"));
+    CHECK(list.column_width(7) == 0);
+    NMHEADERW pull = {};
+    pull.hdr = {reinterpret_cast<HWND>(SendMessageW(list.window(), LVM_GETHEADER, 0, 0)), 0,
+                static_cast<UINT>(HDN_BEGINTRACKW)};
+    pull.iItem = 7;
+    CHECK(SendMessageW(list.window(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&pull)) != 0);
+    pull.iItem = 6;
+    CHECK(SendMessageW(list.window(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&pull)) == 0);
+}
+
+TEST_CASE("hints cover the status text for as long as menu or strip are under the pointer") {
+    const SettingsFile settings;
+    const Driven window;
+    const HWND form = window.form->window();
+    const std::wstring count = window.status();
+    const HMENU file = GetSubMenu(GetMenu(form), 0);
+    SendMessageW(form, WM_MENUSELECT, MAKEWPARAM(CommandId(MenuArray::mnuFileItem, 5), MF_HILITE),
+                 reinterpret_cast<LPARAM>(file));
+    CHECK(window.status() == L"表示中の情報を最新の状態に更新します");
+    SendMessageW(form, WM_MENUSELECT, MAKEWPARAM(0, 0xFFFF), 0);
+    CHECK(window.status() == count);
+
+    RECT area = {};
+    SendMessageW(window.at(Control::tb), TCM_GETITEMRECT, 3, reinterpret_cast<LPARAM>(&area));
+    const LPARAM point = MAKELPARAM((area.left + area.right) / 2, (area.top + area.bottom) / 2);
+    SendMessageW(window.at(Control::tb), WM_MOUSEMOVE, 0, point);
+    CHECK(window.status() == L"Windowsサービスの情報を一覧表示し、開始・停止等を行います");
+    SendMessageW(window.at(Control::tb), WM_MOUSELEAVE, 0, 0);
+    CHECK(window.status() == count);
+    SendMessageW(window.at(Control::tb), WM_MOUSEMOVE, 0, point);
+    window.click(3);
+    CHECK(window.status() == L"23 個の項目");
+    SendMessageW(window.at(Control::tb), WM_MOUSELEAVE, 0, 0);
+    CHECK(window.status() == L"23 個の項目");
+}
+
+TEST_CASE("stripes colour every other row while they are switched on") {
+    const SettingsFile settings;
+    const Driven window;
+    NMLVCUSTOMDRAW draw = {};
+    const auto ask = [&](DWORD stage, DWORD_PTR row) {
+        draw.nmcd.hdr = {window.at(Control::lvService), 0, static_cast<UINT>(NM_CUSTOMDRAW)};
+        draw.nmcd.dwDrawStage = stage;
+        draw.nmcd.dwItemSpec = row;
+        draw.clrTextBk = 1;
+        return SendMessageW(window.form->window(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&draw));
+    };
+    CHECK(ask(CDDS_PREPAINT, 0) == 0);
+    window.command(MenuArray::mnuViewItem, 2);
+    CHECK(ask(CDDS_PREPAINT, 0) == CDRF_NOTIFYITEMDRAW);
+    CHECK(ask(CDDS_ITEMPREPAINT, 0) == 0);
+    CHECK(draw.clrTextBk == RGB(255, 255, 255));
+    CHECK(ask(CDDS_ITEMPREPAINT, 7) == 0);
+    CHECK(draw.clrTextBk == RGB(240, 240, 255));
+}
+
+TEST_CASE("while an uninstaller runs the window does not close, other tabs work, and the lists are scanned at its end") {
+    const SettingsFile settings;
+    // Waits for a second and a half, then ends; its entry is still there afterwards.
+    const Program program(L"QvxWait", L"待つもの", L"C:\\windows\\system32\\cmd.exe /c ping -n 3 127.0.0.1");
+    const Driven window;
+    const ui::ListView list = window.list(Control::ListView1_0);
+    list.select(list.find(0, L"待つもの"));
+    SetTimer(window.form->window(), 77, 200, &Tick::close);
+    window.command(MenuArray::mnuPopItem, 3);
+    CHECK(Tick::answered);
+    CHECK(Tick::buttons_blocked);
+    CHECK(window.open());
+    CHECK(window.tab() == 2);  // the user has moved on, and the scan at the end leaves that alone
+    CHECK(window.shown(Control::lvStartUp));
+    CHECK(window.status() == win::ToText(window.list(Control::lvStartUp).count()) + L" 個の項目");
+    CHECK(IsWindowEnabled(window.at(Control::cmdMenu_0)));
+    CHECK(list.find(0, L"待つもの") >= 0);
+    CHECK(list.selected() == -1);
+}
+
+TEST_CASE("a press on empty space of the services empties comment and status, a row shows both") {
+    const SettingsFile settings;
+    const Driven window(L"4");
+    const ui::ListView list = window.list(Control::lvService);
+    list.select(0);
+    CHECK(window.status().starts_with(L"判断基準："));
+    NMITEMACTIVATE click = {};
+    click.hdr = {list.window(), static_cast<UINT_PTR>(IdOf(Control::lvService)), static_cast<UINT>(NM_CLICK)};
+    click.iItem = -1;
+    click.ptAction = {5, 4000};
+    SendMessageW(window.form->window(), WM_NOTIFY, click.hdr.idFrom, reinterpret_cast<LPARAM>(&click));
+    CHECK(window.status().empty());
+    CHECK(window.text(Control::txtComment).empty());
+}
