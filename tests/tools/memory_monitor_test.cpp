@@ -1,5 +1,6 @@
 #include "tools/memory_monitor.h"
 
+#include "support/counters.h"
 #include "support/recorder.h"
 #include "support/show.h"
 #include "support/stand_in.h"
@@ -111,4 +112,23 @@ TEST_CASE("The memory-release program is started quoted and minimised, or nothin
         RunMemoryRelease(path);
     }
     CHECK(recorder.starts_after_a_while().size() == 1);
+}
+
+TEST_CASE("An hour of ticks holds on to nothing") {
+    MemoryMonitor monitor;
+    SYSTEMTIME time = {};
+    std::size_t written = 0;
+    const auto tick = [&] {
+        for (const std::wstring& text : monitor.read()) written += text.size();
+        GetLocalTime(&time);
+        written += TitleText(time).size();
+    };
+    for (int turn = 0; turn < 200; ++turn) tick();
+    const Counters before = CountOwn();
+    for (int turn = 0; turn < 7200; ++turn) tick();
+    const Counters after = CountOwn();
+    CHECK(written > 0);
+    CHECK(after.handles == before.handles);
+    CHECK(after.gdi_objects == before.gdi_objects);
+    CHECK(after.private_kilobytes <= before.private_kilobytes + 256);
 }
