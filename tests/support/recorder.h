@@ -18,7 +18,10 @@ public:
 
     Recorder() {
         GetDesktopWindow();  // Wine starts its Explorer now, before that may be replaced
-        DeleteFileW(kRecord);
+        // The program that wrote last may not have closed it yet.
+        for (int turn = 0; turn < 100 && !DeleteFileW(kRecord) && GetLastError() != ERROR_FILE_NOT_FOUND; ++turn) {
+            Sleep(10);
+        }
     }
     Recorder(const Recorder&) = delete;
     Recorder& operator=(const Recorder&) = delete;
