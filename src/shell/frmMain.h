@@ -146,7 +146,6 @@ private:
     void dispatch_pending();
     const ControlRow* row_of(HWND which) const;  // null for a window that is no control of the table
     void keep_focus();
-    bool blocks_column(const NMHDR& header) const;
     HBRUSH static_colours(HDC dc, HWND which) const;
 
     // ---- menus: frmMain_menus.cpp
@@ -163,7 +162,9 @@ private:
 
     // ---- what lists, labels and buttons report: frmMain_lists.cpp
     static bool is_program_list(Control which);
-    void watch_pointer(Control which);
+    void watch_list(Control which);
+    static bool blocks_column(const NMHEADERW& change);
+    void list_MouseMove(Control which, POINT client);
     void remember_cell(HWND which, const std::wstring& text);
     void row_selected(Control which);
     void show_row(Control which);

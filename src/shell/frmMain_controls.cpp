@@ -53,8 +53,10 @@ void frmMain::create_controls() {
         if (row.tip) tooltips_.set(control(row.control), row.tip);
     }
     apply_fonts();
-    watch_pointer(Control::lvStartUp);
-    watch_pointer(Control::lvService);
+    for (const Control which :
+         {Control::ListView1_0, Control::ListView1_1, Control::lvStartUp, Control::lvService}) {
+        watch_list(which);
+    }
     ui::AllowDrops(control(Control::lvStartUp));
     show_view(RowOf(Tab::Programs));
     show_detail(RowOf(Tab::Programs));

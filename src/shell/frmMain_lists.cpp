@@ -20,8 +20,8 @@ bool frmMain::is_program_list(Control which) {
     return which == Control::ListView1_0 || which == Control::ListView1_1;
 }
 
-// In front of the lists that show the cell under the pointer as their tool tip.
-void frmMain::watch_pointer(Control which) {
+// A list's own window procedure comes behind ListProcedure.
+void frmMain::watch_list(Control which) {
     const HWND window = control(which);
     SetWindowLongW(window, GWL_USERDATA, static_cast<LONG>(reinterpret_cast<LONG_PTR>(this)));
     list_procedure_ = reinterpret_cast<WNDPROC>(
@@ -30,16 +30,47 @@ void frmMain::watch_pointer(Control which) {
 
 LRESULT CALLBACK frmMain::ListProcedure(HWND window, UINT message, WPARAM wide, LPARAM parameter) {
     frmMain* form = FormOf(window);
-    if (message == WM_MOUSEMOVE) {
-        const ui::ListView view(window);
-        const auto hit = view.hit_test({GET_X_LPARAM(parameter), GET_Y_LPARAM(parameter)});
-        form->remember_cell(window, hit.row < 0 ? std::wstring() : view.cell(hit.row, hit.column));
-    }
-    if (message == WM_DROPFILES) {
-        form->files_dropped(wide);
-        return 0;
+    const Control which = form->row_of(window)->control;
+    switch (message) {
+        case WM_MOUSEMOVE:
+            if (!is_program_list(which)) form->list_MouseMove(which, {GET_X_LPARAM(parameter), GET_Y_LPARAM(parameter)});
+            break;
+        case WM_NOTIFY:
+            if (is_program_list(which) && blocks_column(reinterpret_cast<NMHEADERW&>(*reinterpret_cast<NMHDR*>(parameter)))) {
+                return TRUE;
+            }
+            break;
+        case WM_DROPFILES:
+            form->files_dropped(wide);
+            return 0;
+        default:
+            break;
     }
     return CallWindowProcW(form->list_procedure_, window, message, wide, parameter);
+}
+
+// The column that only carries the sort key of the size stays closed, however its border is pulled.
+bool frmMain::blocks_column(const NMHEADERW& change) {
+    switch (change.hdr.code) {
+        case static_cast<UINT>(HDN_BEGINTRACKA):
+        case static_cast<UINT>(HDN_BEGINTRACKW):
+        case static_cast<UINT>(HDN_DIVIDERDBLCLICKA):
+        case static_cast<UINT>(HDN_DIVIDERDBLCLICKW):
+            return change.iItem == static_cast<int>(programs::Column::SizeKey);
+        case static_cast<UINT>(HDN_ITEMCHANGINGA):
+        case static_cast<UINT>(HDN_ITEMCHANGINGW):
+            return change.iItem == static_cast<int>(programs::Column::SizeKey) && change.pitem &&
+                   (change.pitem->mask & HDI_WIDTH) != 0 && change.pitem->cxy > 0;
+        default:
+            return false;
+    }
+}
+
+// The lists of startup items and services show the cell under the pointer as their tool tip, and copy it.
+void frmMain::list_MouseMove(Control which, POINT client) {
+    const ui::ListView view = list(which);
+    const auto hit = view.hit_test(client);
+    remember_cell(view.window(), hit.row < 0 ? std::wstring() : view.cell(hit.row, hit.column));
 }
 
 void frmMain::remember_cell(HWND which, const std::wstring& text) {

@@ -198,34 +198,8 @@ LRESULT frmMain::notify(NMHDR& header) {
         if (header.code == static_cast<UINT>(TCN_SELCHANGE)) activity_.request(Activity::Request::TabClick);
         return 0;
     }
-    // A header's words come through its list; Windows names the header as their sender, Wine the list.
-    const bool from_header = header.code <= static_cast<UINT>(HDN_FIRST) && header.code >= static_cast<UINT>(HDN_LAST);
-    if (from_header) return blocks_column(header);
     const ControlRow* row = row_of(header.hwndFrom);
     return row && row->kind == Kind::ListView ? list_notify(row->control, header) : 0;
-}
-
-// The column that only carries the sort key of the size stays closed, however its border is pulled.
-bool frmMain::blocks_column(const NMHDR& header) const {
-    const HWND owner = row_of(header.hwndFrom) ? header.hwndFrom : GetParent(header.hwndFrom);
-    if (owner != control(Control::ListView1_0) && owner != control(Control::ListView1_1)) return false;
-    const auto& change = reinterpret_cast<const NMHEADERW&>(header);
-    if (change.iItem != static_cast<int>(programs::Column::SizeKey)) return false;
-    switch (header.code) {
-        case static_cast<UINT>(HDN_BEGINTRACKA):
-        case static_cast<UINT>(HDN_BEGINTRACKW):
-            return true;
-        case static_cast<UINT>(HDN_ITEMCHANGINGA):
-        case static_cast<UINT>(HDN_ITEMCHANGINGW):
-            return change.pitem && (change.pitem->mask & HDI_WIDTH) && change.pitem->cxy > 0;
-        case static_cast<UINT>(HDN_DIVIDERDBLCLICKA):
-        case static_cast<UINT>(HDN_DIVIDERDBLCLICKW):
-            // Some lists have widened it before they tell.
-            ui::ListView(owner).set_column_width(change.iItem, 0);
-            return true;
-        default:
-            return false;
-    }
 }
 
 LRESULT frmMain::list_notify(Control which, NMHDR& header) {
