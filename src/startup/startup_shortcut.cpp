@@ -9,8 +9,8 @@ namespace {
 
 constexpr wchar_t kTitle[] = L"ショートカットの作成";
 
-// WshShortcut's number for a normal window.
-constexpr std::int32_t kNormalWindow = 4;
+// What these shortcuts have always stored; Windows takes it for a normal window.
+constexpr std::int32_t kNormalWindow = SW_SHOWNOACTIVATE;
 
 std::wstring Question(const std::wstring& target_path) {
     return L"スタートアップフォルダに\r\n" + target_path + L"\r\nのショートカットを作成します。よろしいですか？";
@@ -52,7 +52,7 @@ void SaveByShell(const Shortcut& shortcut) {
     const auto file = link.as<IPersistFile>(IID_IPersistFile);
     if (!file || FAILED(link->SetPath(shortcut.target.c_str()))) return;
     link->SetWorkingDirectory(shortcut.working_folder.c_str());
-    link->SetShowCmd(SW_SHOWNORMAL);
+    link->SetShowCmd(kNormalWindow);
     file->Save(shortcut.link.c_str(), TRUE);
 }
 

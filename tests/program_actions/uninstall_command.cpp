@@ -1,5 +1,6 @@
 #include "programs/uninstall_command.h"
 
+#include "support/import_hook.h"
 #include "support/recorder.h"
 #include "support/show.h"
 #include "support/test_folder.h"
@@ -138,17 +139,35 @@ TEST_CASE("The wait ends with the first process, whatever it leaves behind and w
     }
 }
 
-TEST_CASE("A program started with elevation can be waited for") {
+TEST_CASE("Where a start needs elevation the system asks, and the program is waited for; a refusal ends quietly") {
     const win::ComApartment apartment;
     Recorder recorder;
-    TestFolder folder(L"elevated");
+    TestFolder folder(L"elevated program");
     const std::wstring program = folder.own(L"uninst.exe");
     REQUIRE(recorder.install(program));
-    const auto started = win::StartElevated(nullptr, program, L"/S --wait 100", win::WindowStyle::MinimisedWithFocus);
-    REQUIRE(started.process);
+    const ImportHook refused("CreateProcessW",
+                             +[](LPCWSTR, LPWSTR, LPSECURITY_ATTRIBUTES, LPSECURITY_ATTRIBUTES, BOOL, DWORD, LPVOID,
+                                 LPCWSTR, LPSTARTUPINFOW, LPPROCESS_INFORMATION) WINAPI -> BOOL {
+                                 SetLastError(740);
+                                 return FALSE;
+                             });
+    REQUIRE(refused);
     TestHost host;
-    WaitForProcessEnd(started.process.get(), host);
-    const auto starts = recorder.starts(1);
-    REQUIRE(starts.size() == 1);
-    CHECK(win::EndsWith(starts[0].command_line, L"/S --wait 100"));
+    {
+        const win::StartedProcess started = StartUninstallCommand(program + L" /S --wait 300", nullptr);
+        REQUIRE(started.process);
+        WaitForProcessEnd(started.process.get(), host);
+        CHECK(host.pumps >= 10);
+        const auto starts = recorder.starts(1);
+        REQUIRE(starts.size() == 1);
+        CHECK(win::EndsWith(starts[0].command_line, L" /S --wait 300"));
+        CHECK(starts[0].show == L"2");
+    }
+    const ImportHook cancelled("ShellExecuteExW", +[](SHELLEXECUTEINFOW* record) WINAPI -> BOOL {
+        CHECK(record->lpVerb == std::wstring(L"runas"));
+        SetLastError(ERROR_CANCELLED);
+        return FALSE;
+    });
+    CHECK_FALSE(StartUninstallCommand(program + L" /S", nullptr).process);
+    CHECK(recorder.starts_after_a_while().size() == 1);
 }

@@ -1,10 +1,11 @@
 #include "startup/startup_shortcut.h"
 
 #include "startup/shell_files.h"
+#include "support/automation_double.h"
 #include "support/show.h"
 #include "support/test_folder.h"
 #include "support/test_host.h"
-#include "support/test_key.h"
+#include "support/throw_away.h"
 #include "ui/drop_files.h"
 #include "win/com_ptr.h"
 #include "win/system_library.h"
@@ -19,8 +20,18 @@ namespace {
 struct Link {
     std::wstring target;
     std::wstring working_folder;
-    int show = 0;
+    DWORD show = 0;
 };
+
+// As it stands in the file: Wine does not read it back.
+DWORD StoredShowCommand(const std::wstring& path) {
+    const win::File file(CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    DWORD command = 0;
+    DWORD bytes = 0;
+    SetFilePointer(file.get(), 0x3C, nullptr, FILE_BEGIN);
+    ReadFile(file.get(), &command, sizeof command, &bytes, nullptr);
+    return command;
+}
 
 // The shortcut `name` of the user's startup folder, read and deleted.
 std::optional<Link> TakeLink(const std::wstring& name) {
@@ -35,7 +46,7 @@ std::optional<Link> TakeLink(const std::wstring& name) {
     found.target = text;
     link->GetWorkingDirectory(text, MAX_PATH);
     found.working_folder = text;
-    link->GetShowCmd(&found.show);
+    found.show = StoredShowCommand(path);
     DeleteFileW(path.c_str());
     return found;
 }
@@ -48,28 +59,8 @@ int CountStartupFiles() {
     return count;
 }
 
-// Scripts switched off: WScript.Shell cannot be created for the length of a test.
-class NoScriptHost {
-public:
-    NoScriptHost() {
-        REQUIRE(SUCCEEDED(CLSIDFromProgID(L"WScript.Shell", &id_)));
-        REQUIRE(SHDeleteKeyW(HKEY_LOCAL_MACHINE, kName) == ERROR_SUCCESS);
-        CLSID gone = {};
-        REQUIRE(FAILED(CLSIDFromProgID(L"WScript.Shell", &gone)));
-    }
-    ~NoScriptHost() {
-        wchar_t text[64] = {};
-        StringFromGUID2(id_, text, 64);
-        SHSetValueW(HKEY_LOCAL_MACHINE, (std::wstring(kName) + L"\\CLSID").c_str(), nullptr, REG_SZ, text,
-                    static_cast<DWORD>((std::wcslen(text) + 1) * sizeof(wchar_t)));
-    }
-
-private:
-    static constexpr const wchar_t* kName = L"SOFTWARE\\Classes\\WScript.Shell";
-    CLSID id_ = {};
-};
-
 void CheckShortcuts() {
+    REQUIRE_THROW_AWAY();
     TestFolder folder(L"shortcut targets");
     const std::wstring target = folder.make_file(L"対象 file.v2.exe");
     TestHost host;
@@ -86,7 +77,7 @@ void CheckShortcuts() {
     REQUIRE(link);
     CHECK(win::LowerCase(link->target) == win::LowerCase(target));
     CHECK(link->working_folder == folder.path());
-    CHECK(link->show == SW_SHOWNORMAL);
+    CHECK(link->show == 4);
 
     // Variables are expanded in the target, not in its folder; a name without a dot leaves only the ending.
     CreateStartupShortcut(L"%windir%\\regedit.exe", host);
@@ -123,8 +114,65 @@ TEST_CASE("A shortcut in the startup folder, made by the script host") {
 
 TEST_CASE("The same shortcut where scripts are switched off") {
     const win::ComApartment apartment;
-    const NoScriptHost no_scripts;
+    const doubles::RegisteredClass no_scripts(L"WScript.Shell", [] { return win::ComPtr<doubles::Object>(); });
     CheckShortcuts();
+}
+
+TEST_CASE("The script host's own words decide, as long as it can make the shortcut") {
+    const win::ComApartment apartment;
+    TestFolder folder(L"another startup folder");
+    std::vector<std::wstring> calls;
+    HRESULT target_result = S_OK;
+    const auto text = [](const VARIANT* argument) { return std::wstring(argument->bstrVal); };
+    const auto note = [&](std::wstring name, const HRESULT& result) {
+        return [&, name](const doubles::Arguments& given, win::Variant&) {
+            win::Variant value;
+            VariantCopy(value.put(), given[0]);
+            calls.push_back(name + L" " + value.text());
+            return result;
+        };
+    };
+    const HRESULT done = S_OK;
+    auto link = doubles::MakeObject();
+    link->method(L"TargetPath", note(L"TargetPath", target_result))
+        .method(L"WorkingDirectory", note(L"WorkingDirectory", done))
+        .method(L"WindowStyle", note(L"WindowStyle", done))
+        .method(L"Save", [&](const doubles::Arguments&, win::Variant&) {
+            calls.push_back(L"Save");
+            return S_OK;
+        });
+    auto script_host = doubles::MakeObject();
+    script_host
+        ->method(L"SpecialFolders",
+                 [&](const doubles::Arguments& given, win::Variant& result) {
+                     calls.push_back(L"SpecialFolders " + text(given[0]));
+                     result = win::Variant(folder.path());
+                     return S_OK;
+                 })
+        .method(L"CreateShortcut",
+                [&](const doubles::Arguments& given, win::Variant& result) {
+                    calls.push_back(L"CreateShortcut " + text(given[0]));
+                    result = win::Variant(link.get());
+                    return S_OK;
+                })
+        .method(L"ExpandEnvironmentStrings", [&](const doubles::Arguments& given, win::Variant& result) {
+            result = win::Variant(L"expanded " + text(given[0]));
+            return S_OK;
+        });
+    const doubles::RegisteredClass scripts(L"WScript.Shell", [&] { return script_host; });
+
+    TestHost host;
+    CreateStartupShortcut(L"C:\\folder\\program.exe", host);
+    CHECK(calls == std::vector<std::wstring>{L"SpecialFolders Startup",
+                                             L"CreateShortcut " + folder.path() + L"\\program.lnk",
+                                             L"TargetPath expanded C:\\folder\\program.exe",
+                                             L"WorkingDirectory C:\\folder", L"WindowStyle 4", L"Save"});
+    const std::wstring made = folder.own(L"program.lnk");
+    CHECK_FALSE(win::IsFile(made));
+    // It refuses a target outside the system's code page: the shell makes the link in the same place.
+    target_result = E_INVALIDARG;
+    CreateStartupShortcut(L"C:\\folder\\program.exe", host);
+    CHECK(win::IsFile(made));
 }
 
 TEST_CASE("Of three dropped files the first counts") {
