@@ -29,13 +29,10 @@ void MakeFolders(const std::wstring& path) {
 // the one with a fixed path, go to the real folders, where nothing of that name may lie before.
 class Machine {
 public:
-    Machine() {
-        REQUIRE_THROW_AWAY();
-        CreateDirectoryW(root_.c_str(), nullptr);
-        for (const std::wstring* folder : {&folders.system, &folders.programs, &folders.windows}) {
-            CreateDirectoryW(folder->c_str(), nullptr);
-        }
-    }
+    const ControlPanelFolders folders = {L"C:\\qorvenix test\\system", L"C:\\qorvenix test\\プログラム ファイル",
+                                         L"C:\\qorvenix test\\windows"};
+
+    Machine() { REQUIRE_THROW_AWAY(); }
     Machine(const Machine&) = delete;
     Machine& operator=(const Machine&) = delete;
     ~Machine() {
@@ -55,14 +52,12 @@ public:
 
     // A file with icons of a family of its own.
     void plant(const std::wstring& name, int icons) {
-        std::wstring path = expand(name);
-        if (path.find(L'\\') == path.npos) path = win::SystemDirectory() + L"\\" + path;
+        const std::wstring path = place(name);
         REQUIRE(GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES);
         MakeFolders(path);
         const int family = static_cast<int>(planted_.size()) + 1;
         REQUIRE(MakeIconLibrary(path, family, icons));
         planted_[path] = family;
-        families_[name] = family;
     }
     void plant_empty(const std::wstring& name) {
         const std::wstring path = expand(name);
@@ -71,17 +66,15 @@ public:
         planted_[path] = 0;
     }
 
-    COLORREF colour(const std::wstring& name, int index) { return IconColour(families_.at(name), index); }
+    COLORREF colour(const std::wstring& name, int index) { return IconColour(planted_.at(place(name)), index); }
 
 private:
-    const std::wstring root_ = L"C:\\qorvenix control panel test";
+    // Where a file is planted: one without a folder in the system's own.
+    std::wstring place(const std::wstring& name) const {
+        return name.find(L'\\') == name.npos ? win::SystemDirectory() + L"\\" + name : expand(name);
+    }
 
-public:
-    const ControlPanelFolders folders = {root_ + L"\\system", root_ + L"\\プログラム ファイル", root_ + L"\\windows"};
-
-private:
-    std::map<std::wstring, int> planted_;   // path to icon family
-    std::map<std::wstring, int> families_;  // name as it was given to icon family
+    std::map<std::wstring, int> planted_;  // path to icon family
 };
 
 class Panel {
@@ -106,80 +99,79 @@ public:
     HIMAGELIST images = ImageList_Create(16, 16, ILC_COLOR32 | ILC_MASK, 8, 8);
 };
 
-// What the rows must show, and under which OS numbers.
+// What the rows must show: name, path, the icon's file and index unless it is the first one of the path, and the OS
+// numbers between which they are there.
 struct Expected {
-    unsigned from, to;
     const wchar_t* name;
     const wchar_t* path;
-    const wchar_t* icon;  // file and index
+    const wchar_t* icon = L"";
+    unsigned from = 0;
+    unsigned to = 999;
 };
-constexpr unsigned kAny = 999;
 constexpr Expected kExpected[] = {
-    {0, kAny, L"フォルダ オプション", L"Folders", L"SYS\\shell32.dll#110"},
-    {51, kAny, L"タスク スケジューラ", L"taskschd.msc", L"SYS\\miguiresource.dll#1"},
-    {51, kAny, L"フォント", L"%windir%\\fonts", L"SYS\\shell32.dll#38"},
-    {51, kAny, L"ウェルカム センター", L"/name Microsoft.WelcomeCenter", L"oobefldr.dll#0"},
-    {51, kAny, L"システム", L"/name Microsoft.System", L"SYS\\shell32.dll#272"},
-    {51, kAny, L"コンピュータの簡単操作センター", L"Utilman.exe", L"Utilman.exe#0"},
-    {51, kAny, L"Windows Defender", L"PF\\Windows Defender\\MSASCui.exe", L"PF\\Windows Defender\\MSASCui.exe#0"},
-    {51, 60, L"Windows サイドバー", L"PF\\Windows Sidebar\\sidebar.exe", L"PF\\Windows Sidebar\\sidebar.exe#0"},
-    {51, 60, L"Windows サイドバーのプロパティ", L"PF\\Windows Sidebar\\sidebar.exe /property",
-     L"PF\\Windows Sidebar\\sidebar.exe#0"},
-    {51, kAny, L"Windows Update", L"wuapp.exe", L"wucltux.dll#0"},
-    {51, kAny, L"ディスク デフラグ", L"SYS\\dfrgui.exe", L"SYS\\dfrgui.exe#0"},
-    {51, kAny, L"バックアップ", L"SYS\\sdclt.exe", L"SYS\\sdclt.exe#0"},
-    {51, kAny, L"既定のプログラム", L"/name Microsoft.DefaultPrograms", L"SYS\\imageres.dll#18"},
-    {51, kAny, L"ユーザー アカウント", L"userpasswords", L"SYS\\shell32.dll#170"},
-    {51, kAny, L"個人設定", L"/name Microsoft.Personalization", L"SYS\\desk.cpl#0"},
-    {51, kAny, L"スクリーン セーバーの設定", L"desk.cpl,screensaver,@screensaver", L"SYS\\desk.cpl#0"},
-    {51, kAny, L"パフォーマンスの情報とツール", L"/name Microsoft.PerformanceInformationAndTools",
-     L"SYS\\PerfCenterCPL.dll#0"},
-    {0, 50, L"フォント", L"%windir%\\fonts", L"SYS\\main.cpl#9"},
-    {0, 50, L"自動更新", L"SYS\\wuaucpl.cpl", L"SYS\\wuaucpl.cpl#0"},
-    {0, 50, L"ディスク デフラグ", L"SYS\\dfrg.msc", L"SYS\\shell32.dll#80"},
-    {0, 50, L"バックアップ", L"SYS\\ntbackup.exe", L"SYS\\ntbackup.exe#0"},
-    {0, 50, L"ユーザー アカウント", L"SYS\\nusrmgr.cpl", L"SYS\\nusrmgr.cpl#0"},
-    {0, kAny, L"ディスク クリーンアップ", L"SYS\\cleanmgr.exe", L"SYS\\cleanmgr.exe#0"},
-    {0, kAny, L"インターネット オプション", L"SYS\\inetcpl.cpl", L"SYS\\inetcpl.cpl#0"},
-    {0, kAny, L"プログラムの追加と削除", L"SYS\\appwiz.cpl", L"SYS\\appwiz.cpl#0"},
-    {0, kAny, L"ハードウェアの追加", L"SYS\\hdwwiz.cpl", L"SYS\\hdwwiz.cpl#0"},
-    {0, kAny, L"マウス", L"SYS\\main.cpl", L"SYS\\main.cpl#0"},
-    {0, kAny, L"キーボード", L"SYS\\main.cpl @1", L"SYS\\main.cpl#7"},
-    {0, kAny, L"ユーザー補助のオプション", L"SYS\\access.cpl", L"SYS\\access.cpl#0"},
-    {0, kAny, L"地域と言語のオプション", L"SYS\\intl.cpl", L"SYS\\intl.cpl#0"},
-    {0, kAny, L"サウンドとオーディオ デバイス", L"SYS\\mmsys.cpl", L"SYS\\mmsys.cpl#0"},
-    {0, kAny, L"ゲーム コントローラ", L"SYS\\joy.cpl", L"SYS\\joy.cpl#0"},
-    {0, 60, L"セキュリティ センター", L"SYS\\Wscui.cpl", L"SYS\\Wscui.cpl#0"},
-    {61, kAny, L"アクション センター", L"SYS\\Wscui.cpl", L"SYS\\ActionCenter.dll#0"},
-    {0, kAny, L"画面", L"SYS\\desk.cpl", L"SYS\\desk.cpl#0"},
-    {0, kAny, L"ネットワーク接続", L"SYS\\ncpa.cpl", L"SYS\\ncpa.cpl#0"},
-    {0, 60, L"Windows ファイアウォール", L"SYS\\Firewall.cpl", L"SYS\\Firewall.cpl#0"},
-    {61, kAny, L"Windows ファイアウォール", L"SYS\\Firewall.cpl", L"SYS\\FirewallControlPanel.dll#0"},
-    {0, kAny, L"電源オプション", L"SYS\\powercfg.cpl", L"SYS\\powercfg.cpl#0"},
-    {0, kAny, L"スキャナとカメラ", L"SCANNERCAMERA", L"SYS\\sti_ci.dll#0"},
-    {0, kAny, L"システムのプロパティ", L"SYS\\sysdm.cpl", L"SYS\\sysdm.cpl#0"},
-    {0, kAny, L"日付と時刻", L"SYS\\timedate.cpl", L"SYS\\timedate.cpl#0"},
-    {0, kAny, L"デバイスマネージャ", L"SYS\\DEVMGMT.MSC", L"SYS\\shell32.dll#15"},
-    {0, kAny, L"タスクマネージャ", L"SYS\\taskmgr.exe", L"SYS\\taskmgr.exe#0"},
-    {0, kAny, L"システムの復元", L"SYS\\restore\\rstrui.exe", L"SYS\\restore\\rstrui.exe#0"},
-    {0, kAny, L"レジストリエディタ", L"WIN\\regedit.exe", L"WIN\\regedit.exe#0"},
-    {0, kAny, L"ネットワーク セットアップ ウィザード", L"SYS\\NetSetup.cpl", L"SYS\\shell32.dll#150"},
-    {0, kAny, L"ワイヤレス ネットワーク セットアップ ウィザード", L"SYS\\NetSetup.cpl @0,WNSW",
-     L"SYS\\xpsp2res.dll#59"},
-    {0, kAny, L"システム情報", L"C:\\Program Files\\Common Files\\Microsoft Shared\\MSInfo\\msinfo32.exe",
-     L"C:\\Program Files\\Common Files\\Microsoft Shared\\MSInfo\\msinfo32.exe#0"},
+    {L"フォルダ オプション", L"Folders", L"SYS\\shell32.dll#110"},
+    {L"タスク スケジューラ", L"taskschd.msc", L"SYS\\miguiresource.dll#1", 51},
+    {L"フォント", L"%windir%\\fonts", L"SYS\\shell32.dll#38", 51},
+    {L"ウェルカム センター", L"/name Microsoft.WelcomeCenter", L"oobefldr.dll#0", 51},
+    {L"システム", L"/name Microsoft.System", L"SYS\\shell32.dll#272", 51},
+    {L"コンピュータの簡単操作センター", L"Utilman.exe", L"", 51},
+    {L"Windows Defender", L"PF\\Windows Defender\\MSASCui.exe", L"", 51},
+    {L"Windows サイドバー", L"PF\\Windows Sidebar\\sidebar.exe", L"", 51, 60},
+    {L"Windows サイドバーのプロパティ", L"PF\\Windows Sidebar\\sidebar.exe /property",
+     L"PF\\Windows Sidebar\\sidebar.exe#0", 51, 60},
+    {L"Windows Update", L"wuapp.exe", L"wucltux.dll#0", 51},
+    {L"ディスク デフラグ", L"SYS\\dfrgui.exe", L"", 51},
+    {L"バックアップ", L"SYS\\sdclt.exe", L"", 51},
+    {L"既定のプログラム", L"/name Microsoft.DefaultPrograms", L"SYS\\imageres.dll#18", 51},
+    {L"ユーザー アカウント", L"userpasswords", L"SYS\\shell32.dll#170", 51},
+    {L"個人設定", L"/name Microsoft.Personalization", L"SYS\\desk.cpl#0", 51},
+    {L"スクリーン セーバーの設定", L"desk.cpl,screensaver,@screensaver", L"SYS\\desk.cpl#0", 51},
+    {L"パフォーマンスの情報とツール", L"/name Microsoft.PerformanceInformationAndTools", L"SYS\\PerfCenterCPL.dll#0",
+     51},
+    {L"フォント", L"%windir%\\fonts", L"SYS\\main.cpl#9", 0, 50},
+    {L"自動更新", L"SYS\\wuaucpl.cpl", L"", 0, 50},
+    {L"ディスク デフラグ", L"SYS\\dfrg.msc", L"SYS\\shell32.dll#80", 0, 50},
+    {L"バックアップ", L"SYS\\ntbackup.exe", L"", 0, 50},
+    {L"ユーザー アカウント", L"SYS\\nusrmgr.cpl", L"", 0, 50},
+    {L"ディスク クリーンアップ", L"SYS\\cleanmgr.exe"},
+    {L"インターネット オプション", L"SYS\\inetcpl.cpl"},
+    {L"プログラムの追加と削除", L"SYS\\appwiz.cpl"},
+    {L"ハードウェアの追加", L"SYS\\hdwwiz.cpl"},
+    {L"マウス", L"SYS\\main.cpl"},
+    {L"キーボード", L"SYS\\main.cpl @1", L"SYS\\main.cpl#7"},
+    {L"ユーザー補助のオプション", L"SYS\\access.cpl"},
+    {L"地域と言語のオプション", L"SYS\\intl.cpl"},
+    {L"サウンドとオーディオ デバイス", L"SYS\\mmsys.cpl"},
+    {L"ゲーム コントローラ", L"SYS\\joy.cpl"},
+    {L"セキュリティ センター", L"SYS\\Wscui.cpl", L"", 0, 60},
+    {L"アクション センター", L"SYS\\Wscui.cpl", L"SYS\\ActionCenter.dll#0", 61},
+    {L"画面", L"SYS\\desk.cpl"},
+    {L"ネットワーク接続", L"SYS\\ncpa.cpl"},
+    {L"Windows ファイアウォール", L"SYS\\Firewall.cpl", L"", 0, 60},
+    {L"Windows ファイアウォール", L"SYS\\Firewall.cpl", L"SYS\\FirewallControlPanel.dll#0", 61},
+    {L"電源オプション", L"SYS\\powercfg.cpl"},
+    {L"スキャナとカメラ", L"SCANNERCAMERA", L"SYS\\sti_ci.dll#0"},
+    {L"システムのプロパティ", L"SYS\\sysdm.cpl"},
+    {L"日付と時刻", L"SYS\\timedate.cpl"},
+    {L"デバイスマネージャ", L"SYS\\DEVMGMT.MSC", L"SYS\\shell32.dll#15"},
+    {L"タスクマネージャ", L"SYS\\taskmgr.exe"},
+    {L"システムの復元", L"SYS\\restore\\rstrui.exe"},
+    {L"レジストリエディタ", L"WIN\\regedit.exe"},
+    {L"ネットワーク セットアップ ウィザード", L"SYS\\NetSetup.cpl", L"SYS\\shell32.dll#150"},
+    {L"ワイヤレス ネットワーク セットアップ ウィザード", L"SYS\\NetSetup.cpl @0,WNSW", L"SYS\\xpsp2res.dll#59"},
+    {L"システム情報", L"C:\\Program Files\\Common Files\\Microsoft Shared\\MSInfo\\msinfo32.exe"},
 };
 // Files that rows depend on without showing their icons.
 constexpr const wchar_t* kFilesAlone[] = {L"SYS\\wuapp.exe", L"SYS\\dfrg.msc", L"SYS\\DEVMGMT.MSC",
                                           L"SYS\\NetSetup.cpl"};
 
 std::wstring IconFile(const Expected& row) {
-    const std::wstring icon = row.icon;
+    const std::wstring icon = *row.icon ? row.icon : row.path;
     return icon.substr(0, icon.find(L'#'));
 }
 int IconIndex(const Expected& row) {
-    const std::wstring icon = row.icon;
-    return std::stoi(icon.substr(icon.find(L'#') + 1));
+    const wchar_t* const mark = std::wcschr(row.icon, L'#');
+    return mark ? std::stoi(mark + 1) : 0;
 }
 
 }  // namespace
@@ -281,7 +273,7 @@ TEST_CASE("Rows are opened themselves or through control.exe, with exact paramet
          L"sidebar.exe\" /property"},
         {L"SYS\\DEVMGMT.MSC", L"SYS\\consoles.exe", L"\\DEVMGMT.MSC\""},
         {L"taskschd.msc", L"SYS\\consoles.exe", L"\\taskschd.msc\""},
-        {L"SYS\\main.cpl @1", L"control.exe", L"\" C:\\qorvenix control panel test\\system\\main.cpl @1"},
+        {L"SYS\\main.cpl @1", L"control.exe", L"\" C:\\qorvenix test\\system\\main.cpl @1"},
         {L"/name Microsoft.System", L"control.exe", L"\" /name Microsoft.System"},
         {L"%windir%\\fonts", L"control.exe", L"\" %windir%\\fonts"},
         {L"desk.cpl,screensaver,@screensaver", L"control.exe", L"\" desk.cpl,screensaver,@screensaver"},
