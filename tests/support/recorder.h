@@ -2,6 +2,7 @@
 #pragma once
 
 #include "win/handle.h"
+#include "win/system_library.h"
 #include "win/text.h"
 
 #include <string>
@@ -27,7 +28,8 @@ public:
     Recorder& operator=(const Recorder&) = delete;
     ~Recorder() {
         for (const std::wstring& path : installed_) {
-            for (int turn = 0; turn < 100 && !DeleteFileW(path.c_str()); ++turn) Sleep(50);  // it may still run
+            // It may still run.
+            for (int turn = 0; turn < 100 && win::IsFile(path) && !DeleteFileW(path.c_str()); ++turn) Sleep(50);
             MoveFileW(Aside(path).c_str(), path.c_str());
         }
     }
@@ -47,9 +49,7 @@ public:
 
     // The same for a program of Windows' own.
     bool install_in_system(const std::wstring& name) {
-        wchar_t folder[MAX_PATH] = {};
-        GetSystemDirectoryW(folder, MAX_PATH);
-        return install(std::wstring(folder) + L"\\" + name);
+        return install(win::SystemDirectory() + L"\\" + name);
     }
 
     // `program` is `name` in the folder that 64-bit Windows shows to the product as its system folder.
