@@ -45,7 +45,8 @@ bool OpenWithShell(HWND window, std::wstring_view file, std::wstring_view parame
     record.lpParameters = arguments.c_str();
     record.lpDirectory = folder.c_str();
     record.nShow = SW_SHOW;
-    return Execute(record, kMask) || (GetLastError() == ERROR_INVALID_PARAMETER && Execute(record, kMaskWithoutItemList));
+    return Execute(record, kMask) ||
+           (GetLastError() == ERROR_INVALID_PARAMETER && Execute(record, kMaskWithoutItemList));
 }
 
 }  // namespace programs

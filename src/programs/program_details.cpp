@@ -23,8 +23,7 @@ std::wstring ReadText(HKEY key, const char* name) {
 ProgramDetails ReadProgramDetails(std::wstring_view key_name, std::wstring_view user_sid) {
     const win::RegKey key = OpenUninstallKey(key_name, user_sid);
     if (!key) return {};
-    return {ReadText(key.get(), "HelpLink"), ReadText(key.get(), "URLInfoAbout"),
-            ReadText(key.get(), "HelpTelephone")};
+    return {ReadText(key.get(), "HelpLink"), ReadText(key.get(), "URLInfoAbout"), ReadText(key.get(), "HelpTelephone")};
 }
 
 }  // namespace programs

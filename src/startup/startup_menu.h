@@ -12,6 +12,7 @@ struct StartItem {
     enum Index : int { Copy = 1, Delete = 3, Open = 5, Properties = 10, Refresh = 99 };
 };
 
+// clang-format off
 inline constexpr ui::MenuItem kStartMenu[] = {
     {StartItem::Copy, L"項目コピー(&C)"},
     {2, L"-"},
@@ -21,6 +22,7 @@ inline constexpr ui::MenuItem kStartMenu[] = {
     {98, L"-"},
     {StartItem::Refresh, L"情報の更新(&U)"},
 };
+// clang-format on
 
 // What the menu's items look like. It lives as long as the menu: each step below changes only its own part, so that
 // an item disabled at one opening can still be disabled at the next.

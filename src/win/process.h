@@ -16,7 +16,7 @@ enum class WindowStyle : WORD {
 
 struct StartedProcess {
     Handle process;  // empty when the start failed; GetLastError tells why
-    DWORD id = 0;  // 0 where the system does not tell
+    DWORD id = 0;    // 0 where the system does not tell
 };
 
 // CreateProcessW with a command line as it stands. `application` is the full path of the program to run, so that

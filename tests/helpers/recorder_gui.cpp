@@ -21,9 +21,8 @@ DWORD NumberAfter(const wchar_t* command_line, const wchar_t* option) {
 }
 
 void Record(const std::wstring& line) {
-    const HANDLE file =
-        CreateFileW(L"C:\\record.txt", FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS, 0,
-                    nullptr);
+    const HANDLE file = CreateFileW(L"C:\\record.txt", FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                    OPEN_ALWAYS, 0, nullptr);
     DWORD written = 0;
     WriteFile(file, line.data(), static_cast<DWORD>(line.size() * sizeof(wchar_t)), &written, nullptr);
     CloseHandle(file);

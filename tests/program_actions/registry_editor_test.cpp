@@ -19,7 +19,8 @@ std::string StoredBytes(const TestKey& settings) {
     char bytes[16384] = {};
     DWORD size = sizeof bytes;
     DWORD type = REG_NONE;
-    if (RegQueryValueExA(settings.get(), "LastKey", nullptr, &type, reinterpret_cast<BYTE*>(bytes), &size) != 0) return {};
+    if (RegQueryValueExA(settings.get(), "LastKey", nullptr, &type, reinterpret_cast<BYTE*>(bytes), &size) != 0)
+        return {};
     return type == REG_SZ ? std::string(bytes, size) : std::string();
 }
 
@@ -89,7 +90,8 @@ TEST_CASE("A typed path loses its leading blanks only") {
 
 TEST_CASE("The history holds the fourteen most recent paths, each once") {
     std::vector<std::wstring> history;
-    for (int number = 1; number <= 16; ++number) RememberRegistryPath(L"path " + win::ToText(number), history);
+    for (int number = 1; number <= 16; ++number)
+        RememberRegistryPath(L"path " + win::ToText(number), history);
     REQUIRE(history.size() == 14);
     CHECK(history.front() == L"path 16");
     CHECK(history.back() == L"path 3");

@@ -72,7 +72,8 @@ TEST_CASE("A command names its quoted part or its longest leading part that is a
         if (!each.path.empty()) CHECK(found.arguments == each.arguments);
     }
     std::wstring long_command = program;
-    while (long_command.size() < 8000) long_command += L" word";
+    while (long_command.size() < 8000)
+        long_command += L" word";
     CHECK(FindCommandProgram(long_command).path == program);
     SetCurrentDirectoryW(L"C:\\");
 }
@@ -145,12 +146,13 @@ TEST_CASE("Where a start needs elevation the system asks, and the program is wai
     TestFolder folder(L"elevated program");
     const std::wstring program = folder.own(L"uninst.exe");
     REQUIRE(recorder.install(program));
-    const ImportHook refused("CreateProcessW",
-                             +[](LPCWSTR, LPWSTR, LPSECURITY_ATTRIBUTES, LPSECURITY_ATTRIBUTES, BOOL, DWORD, LPVOID,
-                                 LPCWSTR, LPSTARTUPINFOW, LPPROCESS_INFORMATION) WINAPI -> BOOL {
-                                 SetLastError(740);
-                                 return FALSE;
-                             });
+    const ImportHook refused(
+        "CreateProcessW",
+        +[](LPCWSTR, LPWSTR, LPSECURITY_ATTRIBUTES, LPSECURITY_ATTRIBUTES, BOOL, DWORD, LPVOID, LPCWSTR, LPSTARTUPINFOW,
+            LPPROCESS_INFORMATION) WINAPI -> BOOL {
+            SetLastError(740);
+            return FALSE;
+        });
     REQUIRE(refused);
     TestHost host;
     {
@@ -163,11 +165,12 @@ TEST_CASE("Where a start needs elevation the system asks, and the program is wai
         CHECK(win::EndsWith(starts[0].command_line, L" /S --wait 300"));
         CHECK(starts[0].show == L"2");
     }
-    const ImportHook cancelled("ShellExecuteExW", +[](SHELLEXECUTEINFOW* record) WINAPI -> BOOL {
-        CHECK(record->lpVerb == std::wstring(L"runas"));
-        SetLastError(ERROR_CANCELLED);
-        return FALSE;
-    });
+    const ImportHook cancelled(
+        "ShellExecuteExW", +[](SHELLEXECUTEINFOW* record) WINAPI -> BOOL {
+            CHECK(record->lpVerb == std::wstring(L"runas"));
+            SetLastError(ERROR_CANCELLED);
+            return FALSE;
+        });
     CHECK_FALSE(StartUninstallCommand(program + L" /S", nullptr).process);
     CHECK(recorder.starts_after_a_while().size() == 1);
 }

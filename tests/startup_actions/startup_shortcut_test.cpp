@@ -55,7 +55,8 @@ int CountStartupFiles() {
     WIN32_FIND_DATAW entry = {};
     const win::FindHandle search(FindFirstFileW((GetSpecialFolderPath(CSIDL_STARTUP) + L"\\*.lnk").c_str(), &entry));
     int count = 0;
-    for (BOOL more = search ? TRUE : FALSE; more; more = FindNextFileW(search.get(), &entry)) ++count;
+    for (BOOL more = search ? TRUE : FALSE; more; more = FindNextFileW(search.get(), &entry))
+        ++count;
     return count;
 }
 
@@ -186,7 +187,8 @@ TEST_CASE("Of three dropped files the first counts") {
 }
 
 TEST_CASE("A window takes drops once that is allowed") {
-    const win::Window window(CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr));
+    const win::Window window(
+        CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr));
     REQUIRE(window);
     ui::AllowDrops(window.get());
     CHECK((GetWindowLongW(window.get(), GWL_EXSTYLE) & WS_EX_ACCEPTFILES) != 0);

@@ -1,6 +1,7 @@
 // Copies of the recorder program put in the place of others, and what they noted.
 #pragma once
 
+#include "support/throw_away.h"
 #include "win/handle.h"
 #include "win/system_library.h"
 #include "win/text.h"
@@ -18,6 +19,7 @@ public:
     };
 
     Recorder() {
+        REQUIRE_THROW_AWAY();
         GetDesktopWindow();  // Wine starts its Explorer now, before that may be replaced
         // The program that wrote last may not have closed it yet.
         for (int turn = 0; turn < 100 && !DeleteFileW(kRecord) && GetLastError() != ERROR_FILE_NOT_FOUND; ++turn) {
@@ -29,7 +31,8 @@ public:
     ~Recorder() {
         for (const std::wstring& path : installed_) {
             // It may still run.
-            for (int turn = 0; turn < 100 && win::IsFile(path) && !DeleteFileW(path.c_str()); ++turn) Sleep(50);
+            for (int turn = 0; turn < 100 && win::IsFile(path) && !DeleteFileW(path.c_str()); ++turn)
+                Sleep(50);
             MoveFileW(Aside(path).c_str(), path.c_str());
         }
     }
@@ -48,9 +51,7 @@ public:
     }
 
     // The same for a program of Windows' own.
-    bool install_in_system(const std::wstring& name) {
-        return install(win::SystemDirectory() + L"\\" + name);
-    }
+    bool install_in_system(const std::wstring& name) { return install(win::SystemDirectory() + L"\\" + name); }
 
     // `program` is `name` in the folder that 64-bit Windows shows to the product as its system folder.
     static bool is_in_system(const std::wstring& program, const std::wstring& name) {
@@ -80,8 +81,8 @@ private:
 
     static std::vector<Start> read() {
         std::vector<Start> noted;
-        const win::File file(CreateFileW(kRecord, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                         OPEN_EXISTING, 0, nullptr));
+        const win::File file(
+            CreateFileW(kRecord, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
         if (!file) return noted;
         std::wstring text(GetFileSize(file.get(), nullptr) / sizeof(wchar_t), L'\0');
         DWORD bytes = 0;
@@ -91,8 +92,7 @@ private:
             const std::size_t first = text.find(L'\t', from);
             const std::size_t second = text.find(L'\t', first + 1);
             noted.push_back({win::LowerCase(text.substr(from, first - from)),
-                             text.substr(first + 1, second - first - 1),
-                             text.substr(second + 1, end - second - 1)});
+                             text.substr(first + 1, second - first - 1), text.substr(second + 1, end - second - 1)});
         }
         return noted;
     }

@@ -39,8 +39,7 @@ public:
                        static_cast<DWORD>(bytes.size()));
     }
     // With its terminator.
-    void set_text(std::wstring_view subkey, std::wstring_view name, std::wstring_view text,
-                  DWORD type = REG_SZ) const {
+    void set_text(std::wstring_view subkey, std::wstring_view name, std::wstring_view text, DWORD type = REG_SZ) const {
         const std::wstring terminated(text);
         set_bytes(subkey, name, type,
                   std::as_bytes(std::span<const wchar_t>(terminated.c_str(), terminated.size() + 1)));
