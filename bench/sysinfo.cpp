@@ -94,7 +94,8 @@ void MeasureTicks() {
         }
     });
     const double shown = BestOf(5, [&] {
-        for (int tick = 0; tick < kTicks; ++tick) written += monitor.read()[tools::kMemoryLoad].size();
+        for (int tick = 0; tick < kTicks; ++tick)
+            written += monitor.read()[tools::kMemoryLoad].size();
     });
     std::printf("%d ticks: title %.2f ms, panel %.2f ms more; first reading %.1f ms (%u characters)\n", kTicks, hidden,
                 shown, first, static_cast<unsigned>(written));

@@ -176,7 +176,8 @@ std::wstring GetIPAddress() {
     if (!entry || entry->h_addrtype != AF_INET || !entry->h_addr_list[0]) return {};
     const auto* const bytes = reinterpret_cast<const unsigned char*>(entry->h_addr_list[0]);
     std::wstring address = win::ToText(unsigned{bytes[0]});
-    for (int index = 1; index < 4; ++index) address += L"." + win::ToText(unsigned{bytes[index]});
+    for (int index = 1; index < 4; ++index)
+        address += L"." + win::ToText(unsigned{bytes[index]});
     return address;
 }
 

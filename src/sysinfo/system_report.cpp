@@ -59,7 +59,8 @@ int RoundHalfToEven(int numerator, int denominator) {
 // The square root of a whole number lies never half-way between two, so that only "nearest" is left to decide.
 int NearestRoot(int square) {
     int root = 0;
-    while ((root + 1) * (root + 1) <= square) ++root;
+    while ((root + 1) * (root + 1) <= square)
+        ++root;
     return square - root * root > root ? root + 1 : root;
 }
 

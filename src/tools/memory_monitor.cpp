@@ -11,6 +11,10 @@ namespace tools {
 namespace {
 
 constexpr wchar_t kPercent[] = L" ％";
+// As the labels are designed, until there are figures.
+constexpr wchar_t kNoPercent[] = L"－ ％";
+constexpr wchar_t kNoMegabytes[] = L"－ MB";
+
 constexpr wchar_t kTitleGap[] = L"     ";
 
 constexpr wchar_t kReleaseTitle[] = L"メモリ開放プログラム選択";
@@ -26,14 +30,6 @@ std::wstring UsedOfTotal(DWORDLONG total, DWORDLONG available) {
 
 }  // namespace
 
-const std::array<MemoryFigureCaption, kMemoryFigures> kMemoryFigureCaptions = {{
-    {L"使用率", L"－ ％"},
-    {L"物理メモリ", L"－/－ MB"},
-    {L"仮想メモリ", L"－/－ MB"},
-    {L"ページメモリ", L"－/－ MB"},
-    {L"CPU使用率", L"－ ％"},
-}};
-
 void WriteMemoryTexts(const MEMORYSTATUSEX& status, MemoryTexts& texts) {
     texts[kMemoryLoad] = win::ToText(status.dwMemoryLoad) + kPercent;
     texts[kPhysicalMemory] = UsedOfTotal(status.ullTotalPhys, status.ullAvailPhys);
@@ -41,11 +37,7 @@ void WriteMemoryTexts(const MEMORYSTATUSEX& status, MemoryTexts& texts) {
     texts[kPageFile] = UsedOfTotal(status.ullTotalPageFile, status.ullAvailPageFile);
 }
 
-MemoryMonitor::MemoryMonitor() {
-    for (std::size_t figure = 0; figure < texts_.size(); ++figure) {
-        texts_[figure] = kMemoryFigureCaptions[figure].designed;
-    }
-}
+MemoryMonitor::MemoryMonitor() : texts_{kNoPercent, kNoMegabytes, kNoMegabytes, kNoMegabytes, kNoPercent} {}
 
 const MemoryTexts& MemoryMonitor::read() {
     MEMORYSTATUSEX status = {};

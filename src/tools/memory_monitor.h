@@ -13,12 +13,6 @@ inline constexpr UINT kTickInterval = 500;  // milliseconds
 // The panel's labels, in the order of lblMem.
 enum MemoryFigure { kMemoryLoad, kPhysicalMemory, kVirtualMemory, kPageFile, kProcessorLoad, kMemoryFigures };
 
-struct MemoryFigureCaption {
-    const wchar_t* name;      // stands before the figure
-    const wchar_t* designed;  // the figure until there is one
-};
-extern const std::array<MemoryFigureCaption, kMemoryFigures> kMemoryFigureCaptions;
-
 using MemoryTexts = std::array<std::wstring, kMemoryFigures>;
 
 // Writes the first four figures. Megabytes are cut, never rounded: 2047.99 MB is 2047.
@@ -41,10 +35,6 @@ private:
 
 // The window's title at `time`: the product name, five blanks, date and time.
 std::wstring TitleText(const SYSTEMTIME& time);
-
-inline constexpr wchar_t kReleaseChooseTip[] = L"メモリ開放プログラムの選択";
-inline constexpr wchar_t kReleaseRunTip[] = L"指定したメモリ開放プログラムを実行します";
-inline constexpr wchar_t kReleasePathTip[] = L"メモリ開放プログラムのパスを入力してください";
 
 // Asks for the memory-release program; empty when cancelled.
 std::wstring ChooseMemoryRelease(HWND owner);

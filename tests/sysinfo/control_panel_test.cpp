@@ -37,7 +37,8 @@ public:
     Machine& operator=(const Machine&) = delete;
     ~Machine() {
         for (const auto& [path, family] : planted_) {
-            for (int turn = 0; turn < 100 && !DeleteFileW(path.c_str()); ++turn) Sleep(50);  // it may still run
+            for (int turn = 0; turn < 100 && !DeleteFileW(path.c_str()); ++turn)
+                Sleep(50);  // it may still run
         }
     }
 
@@ -179,9 +180,12 @@ int IconIndex(const Expected& row) {
 TEST_CASE("The catalogue's rows, paths and icons for each version of Windows") {
     Machine machine;
     std::map<std::wstring, int> icons;
-    for (const Expected& row : kExpected) icons[IconFile(row)] = std::max(icons[IconFile(row)], IconIndex(row) + 1);
-    for (const auto& [file, count] : icons) machine.plant(file, count);
-    for (const wchar_t* file : kFilesAlone) machine.plant_empty(file);
+    for (const Expected& row : kExpected)
+        icons[IconFile(row)] = std::max(icons[IconFile(row)], IconIndex(row) + 1);
+    for (const auto& [file, count] : icons)
+        machine.plant(file, count);
+    for (const wchar_t* file : kFilesAlone)
+        machine.plant_empty(file);
 
     Panel panel;
     for (const unsigned os_number : {50U, 51U, 60U, 61U}) {
@@ -217,7 +221,8 @@ TEST_CASE("Files and icons that are missing take their rows or only their icons 
     Panel panel;
     const auto names = [&] {
         std::vector<std::wstring> all;
-        for (const auto& row : panel.shown.rows()) all.push_back(row[kItemName]);
+        for (const auto& row : panel.shown.rows())
+            all.push_back(row[kItemName]);
         return all;
     };
     using Names = std::vector<std::wstring>;
@@ -234,7 +239,8 @@ TEST_CASE("Files and icons that are missing take their rows or only their icons 
     machine.plant(L"SYS\\FirewallControlPanel.dll", 1);
     panel.fill(machine, 50);
     CHECK(names() == Names{L"フォルダ オプション", L"フォント", L"マウス", L"キーボード", L"Windows ファイアウォール"});
-    for (int row = 0; row < 5; ++row) CHECK_FALSE(panel.colour(row));
+    for (int row = 0; row < 5; ++row)
+        CHECK_FALSE(panel.colour(row));
     panel.fill(machine, 51);
     CHECK(names() == Names{L"フォルダ オプション", L"フォント", L"マウス", L"キーボード", L"Windows ファイアウォール"});
     CHECK(panel.colour(1) == machine.colour(L"SYS\\shell32.dll", 38));

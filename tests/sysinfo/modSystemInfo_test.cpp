@@ -113,7 +113,8 @@ TEST_CASE("The report under the versions of Windows, line by line") {
     for (const auto& each : cases) {
         const std::vector<std::wstring> lines = Lines(versioned.report(each.version));
         REQUIRE(lines.size() == 19);
-        for (const int empty : {0, 2, 6, 9, 13, 15}) CHECK(lines[static_cast<std::size_t>(empty)] == L"");
+        for (const int empty : {0, 2, 6, 9, 13, 15})
+            CHECK(lines[static_cast<std::size_t>(empty)] == L"");
         CHECK(lines[1] == L"OS\t\t" + each.name);
         CHECK(lines[3] == L"ユーザー名\t" + Environment(L"USERNAME"));
         CHECK(lines[4] == L"コンピュータ名\t" + Environment(L"COMPUTERNAME"));
@@ -128,7 +129,8 @@ TEST_CASE("The report under the versions of Windows, line by line") {
         CHECK(lines[16] == L"[バージョン情報]");
         CHECK(win::BeginsWith(lines[17], L"Internet Explorer\t"));
         CHECK(win::BeginsWith(lines[18], L"ComCtl32.dll\t5.8"));
-        for (const auto& line : {lines[17], lines[18]}) CHECK(EndsWithFourNumbers(line));
+        for (const auto& line : {lines[17], lines[18]})
+            CHECK(EndsWithFourNumbers(line));
         CHECK((GetIPAddress().empty() || EndsWithFourNumbers(lines[5])));
     }
     // Without a folder for it the shell cannot ask for the recycle bin.
@@ -175,6 +177,7 @@ TEST_CASE("In its box the report has margins, and its values one column") {
             from += line.size() + 2;
         }
         CHECK(columns.size() >= 11);
-        for (const int column : columns) CHECK(column == columns[0]);
+        for (const int column : columns)
+            CHECK(column == columns[0]);
     }
 }

@@ -66,10 +66,12 @@ TEST_CASE("Product numbers that share an edition, and no others") {
     using sysinfo::ProductEdition;
     const unsigned shared[][2] = {{1, 28}, {2, 5}, {3, 26}, {4, 27}, {6, 16}};
     std::set<std::wstring> editions;
-    for (unsigned product = 0; product <= 29; ++product) editions.insert(ProductEdition(product));
+    for (unsigned product = 0; product <= 29; ++product)
+        editions.insert(ProductEdition(product));
     CHECK(editions.size() == 30 - std::size(shared));
     CHECK(editions.count({}) == 0);
-    for (const auto& pair : shared) CHECK(ProductEdition(pair[0]) == ProductEdition(pair[1]));
+    for (const auto& pair : shared)
+        CHECK(ProductEdition(pair[0]) == ProductEdition(pair[1]));
     CHECK(ProductEdition(0U) == L"An unknown product");
     CHECK(ProductEdition(2U) == L"Home Basic Edition");
     CHECK(ProductEdition(3U) == L"Home Premium Edition");

@@ -66,8 +66,10 @@ TEST_CASE("Keyboards have names only within the known numbers") {
     CHECK(KeyboardSubtypeName(0) == L"101キーボード");
     CHECK(KeyboardSubtypeName(2) == L"106キーボード");
     CHECK(KeyboardSubtypeName(4) == L"IBM-5576 001キーボード");
-    for (const int type : {-1, 0, 8, 0x7FFFFFFF}) CHECK(KeyboardTypeName(type) == L"");
-    for (const int subtype : {-1, 5, 7, -0x7FFFFFFF - 1}) CHECK(KeyboardSubtypeName(subtype) == L"");
+    for (const int type : {-1, 0, 8, 0x7FFFFFFF})
+        CHECK(KeyboardTypeName(type) == L"");
+    for (const int subtype : {-1, 5, 7, -0x7FFFFFFF - 1})
+        CHECK(KeyboardSubtypeName(subtype) == L"");
 }
 
 TEST_CASE("The recycle bin's summary counts beyond 32 bits") {
@@ -87,5 +89,6 @@ TEST_CASE("Tab stops line up as many values as the fixed tabs allow") {
     const LabelExtent three[] = {{60, 2}, {60, 1}, {30, 2}, {100, 1}};
     CHECK(BestTabDistance(three, 4) > 60);
     CHECK(BestTabDistance(three, 4) <= 100);
-    for (const int character_width : {0, 6}) CHECK(BestTabDistance({}, character_width) == 32);
+    for (const int character_width : {0, 6})
+        CHECK(BestTabDistance({}, character_width) == 32);
 }

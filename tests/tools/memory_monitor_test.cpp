@@ -89,7 +89,8 @@ TEST_CASE("Without a usable pdh.dll the load keeps its designed caption") {
     const StandIn pdh(L"pdh.dll", folder.make_file(L"pdh.dll", "no library"));
     REQUIRE(pdh.placed());
     MemoryMonitor monitor;
-    for (int turn = 0; turn < 3; ++turn) CHECK(monitor.read()[kProcessorLoad] == L"－ ％");
+    for (int turn = 0; turn < 3; ++turn)
+        CHECK(monitor.read()[kProcessorLoad] == L"－ ％");
 }
 
 TEST_CASE("The title is the product, five blanks and the time") {
@@ -119,13 +120,16 @@ TEST_CASE("An hour of ticks holds on to nothing") {
     SYSTEMTIME time = {};
     std::size_t written = 0;
     const auto tick = [&] {
-        for (const std::wstring& text : monitor.read()) written += text.size();
+        for (const std::wstring& text : monitor.read())
+            written += text.size();
         GetLocalTime(&time);
         written += TitleText(time).size();
     };
-    for (int turn = 0; turn < 200; ++turn) tick();
+    for (int turn = 0; turn < 200; ++turn)
+        tick();
     const Counters before = CountOwn();
-    for (int turn = 0; turn < 7200; ++turn) tick();
+    for (int turn = 0; turn < 7200; ++turn)
+        tick();
     const Counters after = CountOwn();
     CHECK(written > 0);
     CHECK(after.handles == before.handles);

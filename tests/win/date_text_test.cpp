@@ -21,5 +21,6 @@ TEST_CASE("A date names its era from the era's first day on") {
         {{1868, 1, 6, 25, 1, 2, 3, 0}, L"1868(明治1)/01/25 (土) 01:02:03"},
         {{1601, 1, 1, 1, 0, 0, 0, 0}, L"1601(西暦1601)/01/01 (月) 00:00:00"},
     };
-    for (const auto& each : cases) CHECK(win::DateTimeWithEra(each.time) == each.text);
+    for (const auto& each : cases)
+        CHECK(win::DateTimeWithEra(each.time) == each.text);
 }
