@@ -1,4 +1,5 @@
-// The controls of frmMain, in the order in which the Tab key walks them.
+// The controls of frmMain, in the order in which the Tab key walks them. A label stands directly in front of what it
+// names, where screen readers look for it.
 #pragma once
 
 #include <cstddef>
@@ -17,8 +18,8 @@ enum class Control {
     lvProcess,
     lvRestore,
     Label1_0,
-    Label1_2,
     txtComment,
+    Label1_2,
     Label1_1,
     Label1_3,
     Label1_6,
@@ -27,8 +28,8 @@ enum class Control {
     cmdMenu_1,
     lblReport,
     txtSys,
-    lblMemory,
     lineMemory,
+    lblMemory,
     lblMemCaption_0,
     lblMem_0,
     lblMemCaption_1,
@@ -39,13 +40,13 @@ enum class Control {
     lblMem_3,
     lblMemCaption_4,
     lblMem_4,
-    lblRelease,
     lineRelease,
+    lblRelease,
     txtMemPath,
     cmdSys_1,
     cmdSys_0,
-    Label1_50,
     lineRegistry,
+    Label1_50,
     cb,
     st,
     Count

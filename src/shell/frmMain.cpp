@@ -81,14 +81,17 @@ void frmMain::Form_Load(std::wstring_view argument) {
     load_view_options();
     replace_window_procedure();
     activity_.request(Activity::Request::Rescan);
+    if (closed_) return;
+    const int show_command = restore_window();
+    restore_column_widths();
     read_font_option();
     arrange();
-    restore_window();
-    restore_column_widths();
     if (!win::HasSystemRestore(os_)) remove_tab(Tab::Restore);
     if (argument.size() == 1 && argument[0] >= L'2' && argument[0] <= L'6') select_tab(argument[0] - L'1');
+    if (closed_) return;
     focus_view();
     start_monitor();
+    ShowWindow(window_, show_command);
 }
 
 void frmMain::Form_Activate() {

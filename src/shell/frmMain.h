@@ -90,7 +90,7 @@ private:
     // ---- settings: frmMain_settings.cpp
     void load_view_options();
     void save_view_options() const;
-    void restore_window();
+    int restore_window();  // returns how the window is to be shown
     void save_window() const;
     void restore_column_widths() const;
     void save_column_widths() const;

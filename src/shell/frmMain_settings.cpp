@@ -56,13 +56,11 @@ void frmMain::save_view_options() const {
     write_check("SysCom", scan_options_.show_system_components);
 }
 
-void frmMain::restore_window() {
+int frmMain::restore_window() {
     // The stored state is applied as it is: a program closed while minimised starts minimised.
     const int state = settings_.number("WinState", kNormal);
-    if (state == kMinimised || state == kMaximised) {
-        ShowWindow(window_, state == kMinimised ? SW_SHOWMINIMIZED : SW_SHOWMAXIMIZED);
-        return;
-    }
+    if (state == kMinimised) return SW_SHOWMINIMIZED;
+    if (state == kMaximised) return SW_SHOWMAXIMIZED;
     const auto pixels = [this](const char* key, int missing, int least) {
         return std::clamp(PixelsFromTwips(settings_.number(key, missing), dpi_), least, kFarthest);
     };
@@ -73,7 +71,7 @@ void frmMain::restore_window() {
     place.bottom = place.top + pixels("H", kDefaultHeight, 1);
     KeepOnMonitor(place);
     MoveWindow(window_, place.left, place.top, place.right - place.left, place.bottom - place.top, FALSE);
-    ShowWindow(window_, SW_SHOWNORMAL);
+    return SW_SHOWNORMAL;
 }
 
 void frmMain::save_window() const {

@@ -42,7 +42,8 @@ struct SettingsFile {
 
 class Driven {
 public:
-    explicit Driven(const wchar_t* argument = L"") : form(std::make_unique<frmMain>(GetModuleHandleW(nullptr))) {
+    explicit Driven(const wchar_t* argument = L"")
+        : form(std::make_unique<frmMain>(GetModuleHandleW(nullptr))) {
         REQUIRE(form->open(argument));
         form->pump();
     }
@@ -83,6 +84,7 @@ public:
     }
     bool open() const { return form->window() && IsWindow(form->window()); }
 
+    const win::ComApartment apartment;
     std::unique_ptr<frmMain> form;
 };
 
