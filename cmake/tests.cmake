@@ -51,3 +51,17 @@ foreach(source IN LISTS sources)
   endif()
   target_link_libraries(${name} PRIVATE test_flags)
 endforeach()
+
+# Installers of the two common kinds; the tests install what they bring and find it in the lists.
+find_program(MAKENSIS makensis REQUIRED NO_CMAKE_FIND_ROOT_PATH)
+find_program(WIXL wixl REQUIRED NO_CMAKE_FIND_ROOT_PATH)
+set(packages ${CMAKE_SOURCE_DIR}/tests/packages)
+add_custom_command(OUTPUT ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/sample_nsis.exe
+  COMMAND ${MAKENSIS} -V2 -DOUTPUT=${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/sample_nsis.exe ${packages}/sample.nsi
+  DEPENDS ${packages}/sample.nsi VERBATIM)
+add_custom_command(OUTPUT ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/sample.msi
+  COMMAND ${WIXL} -o ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/sample.msi ${packages}/sample.wxs
+  DEPENDS ${packages}/sample.wxs WORKING_DIRECTORY ${packages} VERBATIM)
+add_custom_target(sample_packages ALL
+  DEPENDS ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/sample_nsis.exe ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/sample.msi)
+add_dependencies(test_programs sample_packages)

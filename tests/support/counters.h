@@ -36,11 +36,21 @@ inline long Handles() {
     const ULONG count = *reinterpret_cast<const ULONG*>(buffer.data());
     const auto* entries = reinterpret_cast<const Entry*>(buffer.data() + sizeof count);
     long own = 0;
-    for (ULONG index = 0; index < count; ++index) own += entries[index].process == GetCurrentProcessId();
+    for (ULONG index = 0; index < count; ++index)
+        own += entries[index].process == GetCurrentProcessId();
     return own;
 }
 
-// The process's table of GDI objects, at 0x94 of the process environment block.
+// The address of the process's table of GDI objects: 0x94 of the process environment block, or, for a 32-bit process
+// of a 64-bit prefix, 0xF8 of the 64-bit block, which the 64-bit thread block leads to.
+inline DWORD GdiTable() {
+    const auto at = [](DWORD address) { return *reinterpret_cast<const DWORD*>(address); };
+    DWORD thread = 0;
+    __asm__("movl %%fs:0x18, %0" : "=r"(thread));
+    const DWORD wide_thread = at(thread + 0xF70);
+    return wide_thread ? at(at(wide_thread + 0x60) + 0xF8) : at(at(thread + 0x30) + 0x94);
+}
+
 inline long GdiObjects() {
     struct Entry {
         std::uint64_t object;
@@ -51,10 +61,10 @@ inline long GdiObjects() {
         std::uint64_t user;
     };
     constexpr int kTableLength = 0x4000;
-    const DWORD block = __readfsdword(0x30);
-    const auto* table = *reinterpret_cast<const Entry* const*>(block + 0x94);
+    const auto* table = reinterpret_cast<const Entry*>(GdiTable());
     long used = 0;
-    for (int index = 0; table && index < kTableLength; ++index) used += table[index].type != 0;
+    for (int index = 0; table && index < kTableLength; ++index)
+        used += table[index].type != 0;
     return used;
 }
 
@@ -77,6 +87,4 @@ inline long PrivateKilobytes() {
 
 }  // namespace counters
 
-inline Counters CountOwn() {
-    return {counters::Handles(), counters::GdiObjects(), counters::PrivateKilobytes()};
-}
+inline Counters CountOwn() { return {counters::Handles(), counters::GdiObjects(), counters::PrivateKilobytes()}; }

@@ -1,0 +1,29 @@
+; A small program as many Japanese authors package theirs. makensis -DOUTPUT=FILE sample.nsi
+Unicode true
+!define NAME "小さなメモ帳"
+!define KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\SampleNotes"
+Name "${NAME}"
+OutFile "${OUTPUT}"
+InstallDir "$PROGRAMFILES\SampleNotes"
+RequestExecutionLevel admin
+
+Section
+    SetOutPath "$INSTDIR"
+    File "sample.nsi"
+    WriteUninstaller "$INSTDIR\uninstall.exe"
+    WriteRegStr HKLM "${KEY}" "DisplayName" "${NAME}"
+    WriteRegStr HKLM "${KEY}" "Publisher" "見本工房"
+    WriteRegStr HKLM "${KEY}" "InstallDate" "20100401"
+    WriteRegStr HKLM "${KEY}" "InstallLocation" "$INSTDIR"
+    WriteRegStr HKLM "${KEY}" "DisplayIcon" '"$INSTDIR\uninstall.exe",0'
+    ; With _?= the uninstaller works where it lies; without, it hands over to a copy of itself and ends.
+    WriteRegStr HKLM "${KEY}" "UninstallString" '"$INSTDIR\uninstall.exe" /S _?=$INSTDIR'
+    WriteRegDWORD HKLM "${KEY}" "EstimatedSize" 1536
+SectionEnd
+
+Section Uninstall
+    DeleteRegKey HKLM "${KEY}"
+    Delete "$INSTDIR\sample.nsi"
+    Delete "$INSTDIR\uninstall.exe"
+    RMDir "$INSTDIR"
+SectionEnd
