@@ -13,7 +13,7 @@ namespace programs {
 
 // Written in front of a registry key's path, without a separator, and read back by position: the only link between a
 // shown entry and its hive.
-inline constexpr std::wstring_view kAllUsersTag = L"(全ユーザー)";     // HKEY_LOCAL_MACHINE
+inline constexpr std::wstring_view kAllUsersTag = L"(全ユーザー)";   // HKEY_LOCAL_MACHINE
 inline constexpr std::wstring_view kOneUserTag = L"(個別ユーザー)";  // HKEY_CURRENT_USER
 
 inline constexpr std::wstring_view kKeyOpenError = L"キーオープンエラー";
@@ -37,9 +37,7 @@ std::vector<std::wstring> EnumerateSubkeyNames(HKEY root, std::wstring_view key_
 std::wstring GetFileVersionText(std::wstring_view path);
 
 // The upper 16 bits as a signed number, the lower 16 bits as an unsigned one.
-constexpr std::int32_t HighWord(std::uint32_t value) {
-    return static_cast<std::int32_t>(value & 0xFFFF0000U) / 65536;
-}
+constexpr std::int32_t HighWord(std::uint32_t value) { return static_cast<std::int32_t>(value & 0xFFFF0000U) / 65536; }
 constexpr std::int32_t LowWord(std::uint32_t value) { return static_cast<std::int32_t>(value & 0xFFFFU); }
 
 constexpr std::int32_t MakeLong(std::uint32_t high, std::uint32_t low) {

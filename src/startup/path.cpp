@@ -58,9 +58,7 @@ std::wstring ParentFolder(std::wstring_view path) {
     return at == path.npos ? std::wstring() : std::wstring(path.substr(0, at));
 }
 
-std::wstring FileNamePart(std::wstring_view path) {
-    return std::wstring(path.substr(path.rfind(L'\\') + 1));
-}
+std::wstring FileNamePart(std::wstring_view path) { return std::wstring(path.substr(path.rfind(L'\\') + 1)); }
 
 std::wstring BaseNamePart(std::wstring_view path) {
     std::wstring name = FileNamePart(path);

@@ -50,18 +50,20 @@ TEST_CASE("subkey names come whole, in the registry's order, as many as there ar
     const TestKey key(HKEY_CURRENT_USER, kPath);
     CHECK(EnumerateSubkeyNames(HKEY_CURRENT_USER, kPath).empty());
     const std::wstring longest(255, L'キ');
-    for (const auto& name : {std::wstring(L"b"), std::wstring(L"A"), std::wstring(L" "), longest}) key.make(name);
+    for (const auto& name : {std::wstring(L"b"), std::wstring(L"A"), std::wstring(L" "), longest})
+        key.make(name);
     const std::vector<std::wstring> expected = {L" ", L"A", L"b", longest};
     CHECK(EnumerateSubkeyNames(HKEY_CURRENT_USER, std::wstring(kPath) + L"\\") == expected);
-    for (int number = 0; number < 1200; ++number) key.make(L"c" + std::to_wstring(number));
+    for (int number = 0; number < 1200; ++number)
+        key.make(L"c" + std::to_wstring(number));
     CHECK(EnumerateSubkeyNames(HKEY_CURRENT_USER, kPath).size() == expected.size() + 1200);
     CHECK(EnumerateSubkeyNames(HKEY_CURRENT_USER, L"Software\\QorvenixTest\\none").empty());
 }
 
 TEST_CASE("a key of the 64-bit view stays invisible") {
     win::RegKey key;
-    if (RegCreateKeyExW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\QorvenixWide", 0, nullptr, 0,
-                        KEY_ALL_ACCESS | KEY_WOW64_64KEY, nullptr, key.put(), nullptr) != ERROR_SUCCESS) {
+    if (RegCreateKeyExW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\QorvenixWide", 0, nullptr, 0, KEY_ALL_ACCESS | KEY_WOW64_64KEY,
+                        nullptr, key.put(), nullptr) != ERROR_SUCCESS) {
         return;
     }
     BOOL wide = FALSE;

@@ -3,6 +3,8 @@
 #include "programs/current_user.h"
 #include "programs/modReg.h"
 
+#include "support/native_names.h"
+
 #include <algorithm>
 #include <map>
 #include <string>
@@ -44,45 +46,92 @@ const std::vector<Seed>& Seeds() {
          {{L"EstimatedSize", 1536}},
          Shown::Programs,
          {L"電卓〜①髙", L"株式会社", L"1.50MB", L"20110203", L"C:\\Program Files\\電卓\\", L"00001.50"}},
-        {L"a02", with({{L"DisplayName", L"zero"}}), {{L"EstimatedSize", 0}}, Shown::Programs,
+        {L"a02",
+         with({{L"DisplayName", L"zero"}}),
+         {{L"EstimatedSize", 0}},
+         Shown::Programs,
          {L"zero", L"", L"0.00MB", L"", L"", L"00000.00"}},
-        {L"a03", with({{L"DisplayName", L"half"}}), {{L"EstimatedSize", 128}}, Shown::Programs,
+        {L"a03",
+         with({{L"DisplayName", L"half"}}),
+         {{L"EstimatedSize", 128}},
+         Shown::Programs,
          {L"half", L"", L"0.13MB", L"", L"", L"00000.13"}},
-        {L"a04", with({{L"DisplayName", L"six digits"}}), {{L"EstimatedSize", 102400000}}, Shown::Programs,
+        {L"a04",
+         with({{L"DisplayName", L"six digits"}}),
+         {{L"EstimatedSize", 102400000}},
+         Shown::Programs,
          {L"six digits", L"", L"100000.00MB", L"", L"", L"100000.00"}},
-        {L"a05", with({{L"DisplayName", L"greatest"}}), {{L"EstimatedSize", 0xFFFFFFFF}}, Shown::Programs,
+        {L"a05",
+         with({{L"DisplayName", L"greatest"}}),
+         {{L"EstimatedSize", 0xFFFFFFFF}},
+         Shown::Programs,
          {L"greatest", L"", L"4194304.00MB", L"", L"", L"4194304.00"}},
         {L"a06", with({}), {}, Shown::Programs, {L"", L"", L"", L"", L"", L""}},
         {L"a07", {{L"DisplayName", L"no command"}}, {}, Shown::Nowhere, {}},
         {L"a08", {{L"DisplayName", L"empty command"}, {L"UninstallString", L""}}, {}, Shown::Nowhere, {}},
-        {L"a09", {{L"DisplayName", L"long command"}, {L"UninstallString", std::wstring(256, L'c')}}, {},
-         Shown::Nowhere, {}},
+        {L"a09",
+         {{L"DisplayName", L"long command"}, {L"UninstallString", std::wstring(256, L'c')}},
+         {},
+         Shown::Nowhere,
+         {}},
         {L"a10", with({{L"DisplayName", whole}}), {}, Shown::Programs, {whole, L"", L"", L"", L"", L""}},
         {L"a11", with({{L"DisplayName", whole + L"長"}}), {}, Shown::Programs, {L"", L"", L"", L"", L"", L""}},
         {L"a12", with({{L"DisplayName", L"component"}}), {{L"SystemComponent", 1}}, Shown::Nowhere, {}},
-        {L"a13", with({{L"DisplayName", L"no component"}}), {{L"SystemComponent", 0}}, Shown::Programs,
+        {L"a13",
+         with({{L"DisplayName", L"no component"}}),
+         {{L"SystemComponent", 0}},
+         Shown::Programs,
          {L"no component", L"", L"", L"", L"", L""}},
-        {L"a14", with({{L"DisplayName", L"ab"}, {L"Publisher", L"longer than the date"}, {L"InstallDate", L"1"}}),
-         {}, Shown::Programs, {L"ab", L"longer than the date", L"", L"1", L"", L""}},
-        {L"a15", with({{L"DisplayName", L"tab\tand\nline"}}), {}, Shown::Programs,
+        {L"a14",
+         with({{L"DisplayName", L"ab"}, {L"Publisher", L"longer than the date"}, {L"InstallDate", L"1"}}),
+         {},
+         Shown::Programs,
+         {L"ab", L"longer than the date", L"", L"1", L"", L""}},
+        {L"a15",
+         with({{L"DisplayName", L"tab\tand\nline"}}),
+         {},
+         Shown::Programs,
          {L"tab\tand\nline", L"", L"", L"", L"", L""}},
-        {L"a16", with({{L"DisplayName", std::wstring(L"cut\0off", 7)}}), {}, Shown::Programs,
+        {L"a16",
+         with({{L"DisplayName", std::wstring(L"cut\0off", 7)}}),
+         {},
+         Shown::Programs,
          {L"cut", L"", L"", L"", L"", L""}},
-        {L"a17", with({{L"DisplayName", L"\xD800 lone \xDC00"}}), {}, Shown::Programs,
+        {L"a17",
+         with({{L"DisplayName", L"\xD800 lone \xDC00"}}),
+         {},
+         Shown::Programs,
          {L"\xD800 lone \xDC00", L"", L"", L"", L"", L""}},
-        {L"KB111111", with({{L"DisplayName", L"by its key"}, {L"Publisher", kMicrosoft}}), {}, Shown::Updates,
+        {L"KB111111",
+         with({{L"DisplayName", L"by its key"}, {L"Publisher", kMicrosoft}}),
+         {},
+         Shown::Updates,
          {L"by its key", kMicrosoft, L"", L"", L"", L""}},
-        {L"kb222222", with({{L"DisplayName", L"lower-case key"}, {L"Publisher", kMicrosoft}}), {}, Shown::Programs,
+        {L"kb222222",
+         with({{L"DisplayName", L"lower-case key"}, {L"Publisher", kMicrosoft}}),
+         {},
+         Shown::Programs,
          {L"lower-case key", kMicrosoft, L"", L"", L"", L""}},
-        {L"KB333333", with({{L"DisplayName", L"other publisher"}, {L"Publisher", L"microsoft"}}), {},
-         Shown::Programs, {L"other publisher", L"microsoft", L"", L"", L"", L""}},
-        {L"KB444444", with({{L"DisplayName", L"no publisher (KB444444)"}}), {}, Shown::Programs,
+        {L"KB333333",
+         with({{L"DisplayName", L"other publisher"}, {L"Publisher", L"microsoft"}}),
+         {},
+         Shown::Programs,
+         {L"other publisher", L"microsoft", L"", L"", L"", L""}},
+        {L"KB444444",
+         with({{L"DisplayName", L"no publisher (KB444444)"}}),
+         {},
+         Shown::Programs,
          {L"no publisher (KB444444)", L"", L"", L"", L"", L""}},
-        {L"kb555555", with({{L"DisplayName", L"Hotfix (kB555555)"}, {L"Publisher", L"The Microsofties"}}),
-         {{L"EstimatedSize", 1}}, Shown::Updates,
+        {L"kb555555",
+         with({{L"DisplayName", L"Hotfix (kB555555)"}, {L"Publisher", L"The Microsofties"}}),
+         {{L"EstimatedSize", 1}},
+         Shown::Updates,
          {L"Hotfix (kB555555)", L"The Microsofties", L"0.00MB", L"", L"", L"00000.00"}},
-        {L"x KB666666", with({{L"DisplayName", L"not at the start"}, {L"Publisher", kMicrosoft}}), {},
-         Shown::Programs, {L"not at the start", kMicrosoft, L"", L"", L"", L""}},
+        {L"x KB666666",
+         with({{L"DisplayName", L"not at the start"}, {L"Publisher", kMicrosoft}}),
+         {},
+         Shown::Programs,
+         {L"not at the start", kMicrosoft, L"", L"", L"", L""}},
         {L"{90120000-0001}",
          with({{L"DisplayName", L"Security Update (KB123456)"}, {L"Publisher", kMicrosoft}}),
          {},
@@ -100,8 +149,10 @@ const std::vector<Seed>& Seeds() {
 void Plant(const TestKey& key, const std::vector<Seed>& seeds) {
     for (const Seed& seed : seeds) {
         key.make(seed.key);
-        for (const auto& [name, text] : seed.texts) key.set_text(seed.key, name, text);
-        for (const auto& [name, number] : seed.numbers) key.set_number(seed.key, name, number);
+        for (const auto& [name, text] : seed.texts)
+            key.set_text(seed.key, name, text);
+        for (const auto& [name, number] : seed.numbers)
+            key.set_number(seed.key, name, number);
     }
 }
 
@@ -152,7 +203,8 @@ TEST_CASE("system components are listed when they are asked for") {
 
 TEST_CASE("a row knows an empty installation folder from a missing one") {
     SeededScan scan;
-    for (const wchar_t* key : {L"1", L"2", L"3"}) scan.machine.set_text(key, L"UninstallString", kCommand);
+    for (const wchar_t* key : {L"1", L"2", L"3"})
+        scan.machine.set_text(key, L"UninstallString", kCommand);
     scan.machine.set_text(L"1", L"InstallLocation", L"");
     scan.machine.set_text(L"2", L"InstallLocation", L"C:\\a");
     scan.run();
@@ -163,7 +215,11 @@ TEST_CASE("a row knows an empty installation folder from a missing one") {
 
 TEST_CASE("a key that vanishes during the scan is left out, and so is one whose name cannot be opened") {
     SeededScan scan;
-    for (const wchar_t* key : {L"a", L"b", L"c"}) scan.machine.set_text(key, L"UninstallString", kCommand);
+    for (const wchar_t* key : {L"a", L"b", L"c"})
+        scan.machine.set_text(key, L"UninstallString", kCommand);
+    const native::Key unreachable(scan.machine.get(), std::wstring(L"b\0x", 3));
+    REQUIRE(native::SetText(unreachable.get(), L"UninstallString", kCommand));
+    REQUIRE(programs::EnumerateSubkeyNames(HKEY_LOCAL_MACHINE, SeededScan::kUninstall).size() == 4);
     scan.host.on_pump = [&] { RegDeleteKeyW(scan.machine.get(), L"b"); };
     scan.run();
     REQUIRE(scan.programs.list.count() == 2);
@@ -215,7 +271,8 @@ TEST_CASE("a bad value costs its own cell and no other") {
     scan.run();
     CHECK(scan.updates.list.count() == 0);
     REQUIRE(static_cast<std::size_t>(scan.programs.list.count()) == expected.size());
-    for (const auto& row : scan.programs.rows()) CHECK(row == expected[row[Column::RegistryKey]]);
+    for (const auto& row : scan.programs.rows())
+        CHECK(row == expected[row[Column::RegistryKey]]);
 }
 
 TEST_CASE("the user's own programs lie below the security identifier of the token") {

@@ -28,14 +28,11 @@ public:
     const std::wstring& path() const { return path_; }
 
     // The path of `name` in the folder. What lies there at the end is deleted.
-    std::wstring own(std::wstring_view name) {
-        return files_.emplace_back(path_ + L"\\" + std::wstring(name));
-    }
+    std::wstring own(std::wstring_view name) { return files_.emplace_back(path_ + L"\\" + std::wstring(name)); }
     std::wstring make_file(std::wstring_view name, std::string_view content = {},
                            DWORD attributes = FILE_ATTRIBUTE_NORMAL) {
         const std::wstring path = own(name);
-        const win::File file(
-            CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, attributes, nullptr));
+        const win::File file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, attributes, nullptr));
         DWORD written = 0;
         WriteFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &written, nullptr);
         return path;

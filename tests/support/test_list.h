@@ -14,12 +14,12 @@ public:
         INITCOMMONCONTROLSEX classes = {sizeof classes, ICC_LISTVIEW_CLASSES};
         InitCommonControlsEx(&classes);
         // Not shown: without a window manager Wine waits two seconds for a window to disappear.
-        frame_.reset(CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPEDWINDOW, 0, 0, 640, 480, nullptr, nullptr,
-                                     nullptr, nullptr));
-        list = ui::ListView(CreateWindowExW(0, WC_LISTVIEWW, L"",
-                                            WS_CHILD | WS_VISIBLE | LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS |
-                                                LVS_SHAREIMAGELISTS,
-                                            0, 0, 620, 440, frame_.get(), nullptr, nullptr, nullptr));
+        frame_.reset(CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPEDWINDOW, 0, 0, 640, 480, nullptr, nullptr, nullptr,
+                                     nullptr));
+        list = ui::ListView(CreateWindowExW(
+            0, WC_LISTVIEWW, L"",
+            WS_CHILD | WS_VISIBLE | LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS | LVS_SHAREIMAGELISTS, 0, 0, 620,
+            440, frame_.get(), nullptr, nullptr, nullptr));
         list.add_columns(columns, 96);
     }
 
@@ -28,7 +28,8 @@ public:
         std::vector<std::vector<std::wstring>> all;
         for (int row = 0; row < list.count(); ++row) {
             auto& cells = all.emplace_back();
-            for (int column = 0; column < list.column_count(); ++column) cells.push_back(list.cell(row, column));
+            for (int column = 0; column < list.column_count(); ++column)
+                cells.push_back(list.cell(row, column));
         }
         return all;
     }

@@ -1,0 +1,146 @@
+// The uninstall scan against a bare loop that makes the same registry calls, its growth with the number of entries,
+// and what a thousand refreshes with icons leave behind.
+#include "programs/uninstall_scan.h"
+#include "programs/file_icon.h"
+#include "programs/modReg.h"
+#include "win/text.h"
+
+#include "../tests/support/counters.h"
+#include "../tests/support/root_override.h"
+#include "../tests/support/test_host.h"
+#include "../tests/support/test_key.h"
+#include "../tests/support/test_list.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace {
+
+constexpr wchar_t kMachine[] = L"Software\\QorvenixBench\\machine";
+constexpr wchar_t kUninstall[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
+
+double Milliseconds() {
+    LARGE_INTEGER frequency = {};
+    LARGE_INTEGER now = {};
+    QueryPerformanceFrequency(&frequency);
+    QueryPerformanceCounter(&now);
+    return static_cast<double>(now.QuadPart) * 1000.0 / static_cast<double>(frequency.QuadPart);
+}
+
+// Fills the Uninstall key with programs as installers write them, every fourth of them an update.
+class Entries {
+public:
+    explicit Entries(int count) {
+        for (int number = 0; number < count; ++number) {
+            const bool update = number % 4 == 0;
+            const std::wstring name = (update ? L"KB" : L"{8A0C6A00-0000-4000-8000-") +
+                                      win::PadZeros(static_cast<unsigned>(number), 12) + (update ? L"" : L"}");
+            key_.set_text(name, L"DisplayName", L"日本語のプログラム " + win::ToText(number));
+            key_.set_text(name, L"Publisher", update ? L"Microsoft Corporation" : L"株式会社プログラム");
+            key_.set_text(name, L"UninstallString", L"MsiExec.exe /X" + name);
+            key_.set_text(name, L"InstallDate", L"20100401");
+            key_.set_text(name, L"InstallLocation", L"C:\\Program Files\\Program " + win::ToText(number));
+            key_.set_text(name, L"DisplayIcon", L"C:\\windows\\regedit.exe,0");
+            key_.set_number(name, L"EstimatedSize", static_cast<DWORD>(number) * 1000);
+        }
+        RegOpenKeyExW(HKEY_CURRENT_USER, kMachine, 0, KEY_ALL_ACCESS, root_.put());
+    }
+    HKEY root() const { return root_.get(); }
+
+private:
+    TestKey key_{HKEY_CURRENT_USER, std::wstring(kMachine) + L"\\" + kUninstall};
+    win::RegKey root_;
+};
+
+// What the scan asks of the registry, and nothing else.
+void BareLoop() {
+    win::RegKey key;
+    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, kUninstall, 0, KEY_ENUMERATE_SUB_KEYS, key.put()) != ERROR_SUCCESS) return;
+    std::vector<std::wstring> names;
+    for (DWORD index = 0;; ++index) {
+        wchar_t name[512];
+        DWORD length = 512;
+        FILETIME written = {};
+        if (RegEnumKeyExW(key.get(), index, name, &length, nullptr, nullptr, nullptr, &written) != ERROR_SUCCESS) break;
+        names.emplace_back(name, length);
+    }
+    for (const std::wstring& name : names) {
+        win::RegKey entry;
+        RegOpenKeyExW(HKEY_LOCAL_MACHINE, (kUninstall + name).c_str(), 0, KEY_QUERY_VALUE, entry.put());
+        for (const wchar_t* value : {L"SystemComponent", L"UninstallString", L"DisplayName", L"Publisher",
+                                     L"EstimatedSize", L"InstallDate", L"InstallLocation"}) {
+            BYTE buffer[512];
+            DWORD bytes = sizeof buffer;
+            DWORD type = 0;
+            RegQueryValueExW(entry.get(), value, nullptr, &type, buffer, &bytes);
+        }
+    }
+}
+
+class Lists {
+public:
+    void scan() { programs::ScanUninstallKeys({programs_.list, updates_.list, icons_.get()}, options, L"", host_); }
+    int count() const { return programs_.list.count() + updates_.list.count(); }
+
+    programs::ScanOptions options;
+
+private:
+    TestList programs_{programs::kColumns};
+    TestList updates_{programs::kColumns};
+    win::ImageList icons_ = programs::CreateSmallIconList();
+    TestHost host_;
+};
+
+// The best of several runs: other programs only ever add to a time.
+template <class Work>
+double BestOf(int runs, Work&& work) {
+    double best = 0;
+    for (int run = 0; run < runs; ++run) {
+        const double start = Milliseconds();
+        work();
+        const double time = Milliseconds() - start;
+        if (run == 0 || time < best) best = time;
+    }
+    return best;
+}
+
+double MeasureFill(int count, int runs) {
+    const Entries entries(count);
+    const RootOverride machine(HKEY_LOCAL_MACHINE, entries.root());
+    Lists lists;
+    lists.scan();
+    const double loop = BestOf(runs, BareLoop);
+    const double fill = BestOf(runs, [&] { lists.scan(); });
+    std::printf("%5d entries: fill %8.1f ms, bare loop %8.1f ms, ratio %.2f (%d rows)\n", count, fill, loop,
+                fill / loop, lists.count());
+    return fill;
+}
+
+void MeasureLeaks(int refreshes) {
+    const Entries entries(8);
+    const RootOverride machine(HKEY_LOCAL_MACHINE, entries.root());
+    Lists lists;
+    lists.options.show_icons = true;
+    for (int warm_up = 0; warm_up < 50; ++warm_up)
+        lists.scan();
+    CountOwn();  // loads a library of its own
+    const Counters before = CountOwn();
+    for (int refresh = 0; refresh < refreshes; ++refresh)
+        lists.scan();
+    const Counters after = CountOwn();
+    std::printf("%d refreshes with icons: handles %ld -> %ld, GDI objects %ld -> %ld, private %ld -> %ld KB\n",
+                refreshes, before.handles, after.handles, before.gdi_objects, after.gdi_objects,
+                before.private_kilobytes, after.private_kilobytes);
+}
+
+}  // namespace
+
+int wmain() {
+    const double hundred = MeasureFill(100, 21);
+    const double thousand = MeasureFill(1000, 21);
+    const double ten_thousand = MeasureFill(10000, 7);
+    MeasureFill(20000, 1);
+    std::printf("1,000 to 100: %.1f, 10,000 to 1,000: %.1f\n", thousand / hundred, ten_thousand / thousand);
+    MeasureLeaks(1000);
+    return 0;
+}

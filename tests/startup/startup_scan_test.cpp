@@ -1,0 +1,318 @@
+#include "startup/startup_scan.h"
+
+#include "startup/path.h"
+#include "startup/shell_files.h"
+
+#include "support/automation_double.h"
+#include "support/native_names.h"
+#include "support/root_override.h"
+#include "support/show.h"
+#include "support/test_folder.h"
+#include "support/test_host.h"
+#include "support/test_key.h"
+#include "support/test_list.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+
+using startup::Column;
+
+namespace {
+
+constexpr wchar_t kShellFolders[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders";
+constexpr wchar_t kMachineRun[] = L"(全ユーザー)SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
+constexpr wchar_t kMachineRunOnce[] = L"(全ユーザー)SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
+constexpr wchar_t kUserRun[] = L"(個別ユーザー)SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
+
+// The scan on registry roots and startup folders of a test's own.
+class SeededStartup {
+public:
+    SeededStartup() {
+        user_folders.set_text(L"", L"Startup", user_folder.path());
+        machine_folders.set_text(L"", L"Common Startup", common_folder.path());
+    }
+
+    void run() { startup::ScanStartup(list.list, host); }
+
+    int image(int row) const {
+        LVITEMW item = {};
+        item.mask = LVIF_IMAGE;
+        item.iItem = row;
+        SendMessageW(list.list.window(), LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+        return item.iImage;
+    }
+    std::vector<std::wstring> column(Column::Index index) const {
+        std::vector<std::wstring> cells;
+        for (const auto& row : list.rows())
+            cells.push_back(row[index]);
+        return cells;
+    }
+
+    win::ComApartment apartment;
+    TestFolder user_folder{L"QorvenixStartup"};
+    TestFolder common_folder{L"QorvenixCommon"};
+    TestFolder programs{L"QorvenixPrograms"};
+    TestKey sandbox{HKEY_CURRENT_USER, L"Software\\QorvenixTest\\startup"};
+    TestKey user_folders{HKEY_CURRENT_USER, sandbox.path() + L"\\user\\" + kShellFolders};
+    TestKey machine_folders{HKEY_CURRENT_USER, sandbox.path() + L"\\machine\\" + kShellFolders};
+    TestKey machine_run{HKEY_CURRENT_USER, sandbox.path() + L"\\machine\\" + startup::kRunKey};
+    TestKey user_run{HKEY_CURRENT_USER, sandbox.path() + L"\\user\\" + startup::kRunKey};
+    TestList list{startup::kColumns};
+    TestHost host;
+
+private:
+    win::RegKey machine_root_ = Open(L"machine");
+    win::RegKey user_root_ = Open(L"user");
+    RootOverride machine_override_{HKEY_LOCAL_MACHINE, machine_root_.get()};
+    RootOverride user_override_{HKEY_CURRENT_USER, user_root_.get()};
+
+    win::RegKey Open(const wchar_t* name) const {
+        win::RegKey key;
+        RegOpenKeyExW(sandbox.get(), name, 0, KEY_ALL_ACCESS, key.put());
+        return key;
+    }
+};
+
+void MakeLink(const std::wstring& link_path, const std::wstring& target) {
+    win::ComPtr<IShellLinkW> link;
+    REQUIRE(
+        SUCCEEDED(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW, link.put_void())));
+    link->SetPath(target.c_str());
+    REQUIRE(SUCCEEDED(link.as<IPersistFile>(IID_IPersistFile)->Save(link_path.c_str(), TRUE)));
+}
+
+// The Japanese shell's details: Wine's own has none. Counts what it is asked.
+class DetailsShell {
+public:
+    int headers_read = 0;
+    int details_read = 0;
+    std::vector<std::wstring> folders;
+
+private:
+    static constexpr int kFirst = 3;
+    static constexpr int kLater = 34;
+
+    static win::ComPtr<doubles::Object> Item(const std::wstring& name) {
+        win::ComPtr<doubles::Object> item = doubles::MakeObject();
+        item->property(L"Name", win::Variant(name));
+        return item;
+    }
+
+    HRESULT details(const doubles::Arguments& arguments, win::Variant& result) {
+        REQUIRE(arguments.size() == 2);
+        const int column = arguments[1]->lVal;
+        if (arguments[0]->vt != VT_DISPATCH || !arguments[0]->pdispVal) {
+            ++headers_read;
+            result = win::Variant(column == kFirst || column == kLater ? L"ファイルの説明" : L"更新日時");
+            return column <= 40 ? S_OK : E_INVALIDARG;
+        }
+        ++details_read;
+        const std::wstring name = win::Object::from(win::Variant(arguments[0]->pdispVal)).get(L"Name").text();
+        result = win::Variant(name + (column == kLater ? L" の説明" : L" の何か"));
+        return S_OK;
+    }
+
+    win::ComPtr<doubles::Object> folder(const std::wstring& path) {
+        folders.push_back(path);
+        win::ComPtr<doubles::Object> made = doubles::MakeObject();
+        made->method(L"GetDetailsOf",
+                     [this](const auto& arguments, auto& result) { return details(arguments, result); })
+            .method(L"ParseName", [path](const doubles::Arguments& arguments, win::Variant& result) {
+                const std::wstring name = arguments[0]->bstrVal;
+                if (PathFileExistsW((path + L"\\" + name).c_str())) result = win::Variant(Item(name).get());
+                return S_OK;
+            });
+        return made;
+    }
+
+    doubles::RegisteredClass registered_{
+        L"Shell.Application", [this] {
+            win::ComPtr<doubles::Object> shell = doubles::MakeObject();
+            shell->method(L"Namespace", [this](const doubles::Arguments& arguments, win::Variant& result) {
+                result = win::Variant(folder(arguments[0]->bstrVal).get());
+                return S_OK;
+            });
+            return shell;
+        }};
+};
+
+// A script host whose shortcuts answer with `target`, or fail.
+doubles::RegisteredClass ScriptHost(HRESULT code, std::wstring target) {
+    return {L"WScript.Shell", [code, target] {
+                win::ComPtr<doubles::Object> host = doubles::MakeObject();
+                host->method(L"CreateShortcut", [code, target](const doubles::Arguments&, win::Variant& result) {
+                    win::ComPtr<doubles::Object> shortcut = doubles::MakeObject();
+                    shortcut->method(L"TargetPath", [code, target](const doubles::Arguments&, win::Variant& path) {
+                        path = win::Variant(target);
+                        return code;
+                    });
+                    result = win::Variant(shortcut.get());
+                    return S_OK;
+                });
+                return host;
+            }};
+}
+
+}  // namespace
+
+TEST_CASE("both folders and the four keys are listed in their order, with targets, places and descriptions") {
+    SeededStartup startup;
+    DetailsShell shell;
+    const std::wstring program = startup.programs.make_file(L"常駐 1.exe");
+    const std::wstring other = startup.programs.make_file(L"other.exe");
+    const std::wstring gone = startup.programs.path() + L"\\gone.exe";
+    const std::wstring user = startup.user_folder.path();
+    const std::wstring common = startup.common_folder.path();
+
+    MakeLink(startup.user_folder.own(L"a.lnk"), program);
+    MakeLink(startup.user_folder.own(L"b.LNK"), gone);
+    const std::wstring batch = startup.user_folder.make_file(L"c.lnk.bat");
+    startup.user_folder.make_file(L"desktop.ini", "", FILE_ATTRIBUTE_HIDDEN);
+    startup.user_folder.make_folder(L"folder.lnk");
+    MakeLink(startup.common_folder.own(L"common.lnk"), other);
+    const std::wstring quoted = L"\"" + program + L"\" /background";
+    startup.machine_run.set_text(L"", L"v1", quoted);
+    startup.machine_run.set_text(L"", L"v2", gone + L" -x", REG_EXPAND_SZ);
+    const TestKey once(HKEY_LOCAL_MACHINE, startup::kRunOnceKey);
+    once.set_text(L"", L"w1", L"%windir%\\a.exe");
+    startup.user_run.set_text(L"", L"v1", quoted);
+
+    const std::vector<std::vector<std::wstring>> expected = {
+        {L"a.lnk", program, user, L"常駐 1.exe の説明"},
+        {L"b.LNK", gone + L"<リンク切れ>", user, L""},
+        {L"c.lnk.bat", batch, user, L""},
+        {L"common.lnk", other, common, L"other.exe の説明"},
+        {L"v1", quoted, kMachineRun, L"常駐 1.exe の説明"},
+        {L"v2", gone + L" -x", kMachineRun, L""},
+        {L"w1", L"%windir%\\a.exe", kMachineRunOnce, L""},
+        {L"v1", quoted, kUserRun, L"常駐 1.exe の説明"},
+    };
+    for (int refresh = 0; refresh < 3; ++refresh) {
+        startup.run();
+        CHECK(startup.list.rows() == expected);
+    }
+    // Once a folder and a fill, both columns of that name once a row.
+    CHECK(shell.folders == std::vector<std::wstring>(3, startup.programs.path()));
+    CHECK(shell.headers_read == 3 * 41);
+    CHECK(shell.details_read == 3 * 4 * 2);
+}
+
+TEST_CASE("a row shows the icon of the file that it starts") {
+    SeededStartup startup;
+    const std::wstring regedit = startup::ResolveCommandPath(L"regedit.exe");
+    startup.machine_run.set_text(L"", L"v1", L"regedit.exe -m");
+    startup.machine_run.set_text(L"", L"v2", L"C:\\gone\\regedit.exe -m");
+    startup.machine_run.set_text(L"", L"v3", L"\"");
+    MakeLink(startup.user_folder.own(L"a.lnk"), regedit);
+    MakeLink(startup.user_folder.own(L"b.lnk"), L"C:\\gone\\regedit.exe");
+    startup.run();
+    const int icon = startup::GetSystemIconIndex(regedit);
+    REQUIRE(icon != 0);
+    CHECK(startup.column(Column::Name) == std::vector<std::wstring>{L"a.lnk", L"b.lnk", L"v1", L"v2", L"v3"});
+    CHECK(startup.image(0) == icon);
+    CHECK(startup.image(1) == 0);
+    CHECK(startup.image(2) == icon);
+    CHECK(startup.image(3) == 0);
+}
+
+TEST_CASE("shortcut files that are none, and shortcuts to themselves") {
+    SeededStartup startup;
+    startup.user_folder.make_file(L"a empty.lnk");
+    startup.user_folder.make_file(L"b random.lnk", std::string(3000, '\xA5') + "L\0\0\0");
+    startup.user_folder.make_file(L"c half.lnk",
+                                  std::string("L\0\0\0\x01\x14\x02\0\0\0\0\0\xC0\0\0\0\0\0\0F\xFF\xFF\xFF\xFF", 24));
+    const std::wstring own = startup.user_folder.own(L"d own.lnk");
+    MakeLink(own, own);
+    MakeLink(own, own);
+    startup.run();
+    CHECK(startup.column(Column::Value) ==
+          std::vector<std::wstring>{L"<リンク切れ>", L"<リンク切れ>", L"<リンク切れ>", own});
+}
+
+TEST_CASE("the script host tells a shortcut's target; where it cannot, the shell does") {
+    SeededStartup startup;
+    const std::wstring link = startup.user_folder.own(L"a.lnk");
+    MakeLink(link, L"C:\\stored.exe");
+    SUBCASE("told") {
+        const auto host = ScriptHost(S_OK, L"C:\\told.exe");
+        CHECK(startup::GetShortcutTarget(link) == L"C:\\told.exe");
+        CHECK(startup::GetShortcutTarget(link + L".exe") == L"");
+    }
+    SUBCASE("told to be empty") {
+        const auto host = ScriptHost(S_OK, L"");
+        CHECK(startup::GetShortcutTarget(link) == L"");
+    }
+    SUBCASE("the object fails") {
+        const auto host = ScriptHost(E_NOTIMPL, L"");
+        CHECK(startup::GetShortcutTarget(link) == L"C:\\stored.exe");
+    }
+    SUBCASE("there is none") {
+        const doubles::RegisteredClass none(L"WScript.Shell", [] { return win::ComPtr<doubles::Object>(); });
+        CHECK(startup::GetShortcutTarget(link) == L"C:\\stored.exe");
+    }
+}
+
+TEST_CASE("values of every type are read as text, and a too long one ends its key") {
+    SeededStartup startup;
+    const TestKey& key = startup.machine_run;
+    const auto bytes = [](std::size_t size) { return std::vector<std::byte>(size, std::byte{0x30}); };
+    key.set_bytes(L"", L"v01", REG_BINARY, bytes(5));
+    key.set_bytes(L"", L"v02", REG_SZ, {});
+    key.set_number(L"", L"v03", 0x00420041);
+    key.set_text(L"", L"v04", std::wstring(L"a\0b", 3), REG_MULTI_SZ);
+    key.set_bytes(L"", L"v05", REG_BINARY, bytes(1024));
+    key.set_text(L"", L"v06", L"\xD800 \xDFFF");
+    key.set_text(L"", L"v07" + std::wstring(252, L'名'), L"long name");
+    key.set_bytes(L"", L"v08", REG_BINARY, bytes(1));
+    key.set_bytes(L"", L"v09", REG_BINARY, bytes(1025));
+    key.set_text(L"", L"v10", L"never seen");
+    REQUIRE(native::SetText(startup.user_run.get(), std::wstring(L"v11\0hidden", 10), L"the next key"));
+    startup.run();
+    CHECK(startup.column(Column::Name).back() == L"v11");
+    CHECK(startup.column(Column::Value) == std::vector<std::wstring>{L"\x3030\x3030", L"", L"AB", L"a",
+                                                                     std::wstring(512, L'\x3030'), L"\xD800 \xDFFF",
+                                                                     L"long name", L"", L"the next key"});
+}
+
+TEST_CASE("missing folders and keys give no rows") {
+    SeededStartup startup;
+    startup.user_folders.set_text(L"", L"Startup", L"C:\\gone");
+    startup.list.list.add_row(L"old");
+    startup.run();
+    CHECK(startup.list.list.count() == 0);
+}
+
+TEST_CASE("a network share that has failed once is not asked again") {
+    wchar_t prefix[MAX_PATH] = {};
+    if (GetEnvironmentVariableW(L"WINEPREFIX", prefix, MAX_PATH) == 0) return;  // shares are made of Wine's folders
+    std::wstring shares = L"\\\\?\\unix" + std::wstring(prefix) + L"\\dosdevices\\unc";
+    std::replace(shares.begin(), shares.end(), L'/', L'\\');
+    CreateDirectoryW(shares.c_str(), nullptr);
+    CreateDirectoryW((shares + L"\\server").c_str(), nullptr);
+    startup::FileProbe probe;
+    const auto make_share = [&](const std::wstring& name) {
+        const std::wstring folder = shares + L"\\server\\" + name;
+        REQUIRE(CreateDirectoryW(folder.c_str(), nullptr));
+        const win::File file(CreateFileW((folder + L"\\a.exe").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                         FILE_ATTRIBUTE_NORMAL, nullptr));
+        REQUIRE(file);
+    };
+    const auto drop_share = [&](const std::wstring& name) {
+        DeleteFileW((shares + L"\\server\\" + name + L"\\a.exe").c_str());
+        RemoveDirectoryW((shares + L"\\server\\" + name).c_str());
+    };
+    make_share(L"good");
+    CHECK_FALSE(probe.exists(L"\\\\server\\late\\a.exe"));
+    make_share(L"late");
+    CHECK_FALSE(probe.exists(L"\\\\Server\\Late\\b\\..\\a.exe"));
+    CHECK_FALSE(probe.reachable(L"\\\\server\\late\\a.exe"));
+    CHECK(startup::FileProbe().exists(L"\\\\server\\late\\a.exe"));
+    // A file that is missing on a share that answers says nothing about the share.
+    CHECK_FALSE(probe.exists(L"\\\\server\\good\\none\\b.exe"));
+    CHECK(probe.exists(L"\\\\server\\good\\a.exe"));
+    CHECK(probe.reachable(L"\\\\server\\good\\b.exe"));
+    CHECK(probe.reachable(L"C:\\gone\\b.exe"));
+    drop_share(L"late");
+    drop_share(L"good");
+}
