@@ -31,10 +31,6 @@ bool IsOpenedScheme(std::wstring_view url) {
                        [&](std::wstring_view scheme) { return win::BeginsWith(lower, scheme); });
 }
 
-bool IsOnOtherComputer(std::wstring_view caption) {
-    return win::BeginsWith(caption, L"\\\\") || win::BeginsWith(caption, L"\"\\\\");
-}
-
 }  // namespace
 
 DetailLink FindDetailLink(std::wstring_view caption) {
@@ -54,7 +50,9 @@ DetailLink FindDetailLink(std::wstring_view caption) {
 }
 
 bool LooksLikeLink(std::wstring_view caption) {
-    return IsOnOtherComputer(caption) || FindDetailLink(caption).kind != LinkKind::None;
+    const bool quoted = win::BeginsWith(caption, L"\"");
+    if (startup::IsOnNetwork(std::wstring(caption.substr(quoted ? 1 : 0)))) return true;
+    return FindDetailLink(caption).kind != LinkKind::None;
 }
 
 void OpenDetailLink(std::wstring_view caption, ui::Host& host) {

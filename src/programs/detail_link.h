@@ -20,8 +20,8 @@ struct DetailLink {
 // else the registry path behind a scope tag.
 DetailLink FindDetailLink(std::wstring_view caption);
 
-// Whether the label is to look like a link. A path on another computer is taken for one without asking that computer,
-// which could take long.
+// Whether the label is to look like a link. A path on the network is taken for one without a look there, which could
+// take long.
 bool LooksLikeLink(std::wstring_view caption);
 
 // A click on the label: opens the URL, shows the file in the Explorer, or opens the registry editor, with a status

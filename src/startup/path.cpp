@@ -76,6 +76,8 @@ std::wstring JoinPath(std::wstring_view first, std::wstring_view second) {
     return win::ReplaceAll(std::wstring(first) + L"\\" + std::wstring(second), L"\\\\", L"\\");
 }
 
+bool IsOnNetwork(const std::wstring& path) { return !NetworkRoot(path).empty(); }
+
 bool FileProbe::exists(const std::wstring& path) {
     const std::wstring root = NetworkRoot(path);
     if (has_failed(root)) return false;

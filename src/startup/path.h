@@ -22,6 +22,9 @@ std::wstring ExtensionPart(std::wstring_view name);
 // Both with a backslash between them, then every doubled backslash made single, leading ones too.
 std::wstring JoinPath(std::wstring_view first, std::wstring_view second);
 
+// A path on a share or on a mapped drive: to look there can take many seconds.
+bool IsOnNetwork(const std::wstring& path);
+
 // Asks whether files exist, for the length of one fill. A network share that has failed once is not asked again: each
 // question to a server that is switched off takes many seconds.
 class FileProbe {

@@ -47,7 +47,10 @@ TEST_CASE("A caption leads to a URL of a harmless scheme, to a file that is ther
         CHECK(link.target == each.target);
         CHECK(LooksLikeLink(each.caption) == (each.kind != LinkKind::None));
     }
-    CHECK(LooksLikeLink(L"\\\\no.such.server\\share\\help.html"));
+    for (const wchar_t* on_network :
+         {L"\\\\no.such.server\\share\\help.html", L"\"\\\\no.such.server\\share\\x.exe\" -x"}) {
+        CHECK(LooksLikeLink(on_network));
+    }
 }
 
 TEST_CASE("A click opens what the caption leads to and says so; nothing else happens") {
