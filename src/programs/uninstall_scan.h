@@ -24,14 +24,10 @@ struct Column {
 
 // Of both lists, in the order of Column.
 inline constexpr ui::Column kColumns[] = {
-    {L"プログラム名", 260},
-    {L"発行元", 150},
-    {L"サイズ", 76},
-    {L"導入日", 76},
-    {L"インストールフォルダ", 200},
-    {L"アンインストール コマンド", 240},
-    {L"レジストリキー", 180},
-    {L"計算用", 0},
+    {L"プログラム名", 260},         {L"発行元", 150},
+    {L"サイズ", 76, LVCFMT_RIGHT},  {L"導入日", 76},
+    {L"インストールフォルダ", 200}, {L"アンインストール コマンド", 240},
+    {L"レジストリキー", 180},       {L"計算用", 0},
 };
 
 // The tag of a row whose InstallLocation exists but is empty; all other rows have 0.

@@ -24,16 +24,18 @@ std::wstring ShortWindowsFolder() {
     return length < kWindowsFolderLength ? win::FromAnsi({folder, length}) : std::wstring();
 }
 
-// "\\\\server\\share\\" or the root of a mapped drive, in lower case; empty for a path that is not on the network.
-std::wstring NetworkRoot(const std::wstring& path) {
-    if (win::BeginsWith(path, L"\\\\")) {
-        const std::size_t server_end = path.find(L'\\', 2);
-        const std::size_t share_end = server_end == path.npos ? path.npos : path.find(L'\\', server_end + 1);
-        return win::LowerCase(path.substr(0, share_end)) + L"\\";
-    }
-    if (path.size() < 3 || path[1] != L':') return {};
-    const std::wstring drive = win::LowerCase(path.substr(0, 2)) + L"\\";
-    return GetDriveTypeW(drive.c_str()) == DRIVE_REMOTE ? drive : std::wstring();
+// "\\server\share\" in lower case; empty for a path that is not on a share.
+std::wstring ShareRoot(const std::wstring& path) {
+    if (!win::BeginsWith(path, L"\\\\")) return {};
+    const std::size_t server_end = path.find(L'\\', 2);
+    const std::size_t share_end = server_end == path.npos ? path.npos : path.find(L'\\', server_end + 1);
+    return win::LowerCase(path.substr(0, share_end)) + L"\\";
+}
+
+// "c:\"; empty for a path without a drive.
+std::wstring DriveRoot(const std::wstring& path) {
+    const std::wstring root = win::LowerCase(path.substr(0, 2)) + L"\\";
+    return root.size() == 3 && root[1] == L':' && root[0] >= L'a' && root[0] <= L'z' ? root : std::wstring();
 }
 
 // A share that refuses a look at its root is there all the same.
@@ -76,10 +78,22 @@ std::wstring JoinPath(std::wstring_view first, std::wstring_view second) {
     return win::ReplaceAll(std::wstring(first) + L"\\" + std::wstring(second), L"\\\\", L"\\");
 }
 
-bool IsOnNetwork(const std::wstring& path) { return !NetworkRoot(path).empty(); }
+bool IsOnNetwork(const std::wstring& path) {
+    return !ShareRoot(path).empty() || GetDriveTypeW(DriveRoot(path).c_str()) == DRIVE_REMOTE;
+}
+
+std::wstring FileProbe::network_root(const std::wstring& path) {
+    const std::wstring drive = DriveRoot(path);
+    if (drive.empty()) return ShareRoot(path);
+    const auto [place, added] = drive_types_.try_emplace(drive);
+    if (added) place->second = GetDriveTypeW(drive.c_str());
+    // A mapping whose server is gone may be no drive at all.
+    const bool remote = place->second == DRIVE_REMOTE || place->second == DRIVE_NO_ROOT_DIR;
+    return remote ? drive : std::wstring();
+}
 
 bool FileProbe::exists(const std::wstring& path) {
-    const std::wstring root = NetworkRoot(path);
+    const std::wstring root = network_root(path);
     if (has_failed(root)) return false;
     if (PathFileExistsW(path.c_str())) return true;
     if (!root.empty() && !ShareAnswers(root)) failed_roots_.insert(root);
@@ -87,7 +101,7 @@ bool FileProbe::exists(const std::wstring& path) {
 }
 
 bool FileProbe::reachable(const std::wstring& path) {
-    const std::wstring root = NetworkRoot(path);
+    const std::wstring root = network_root(path);
     return root.empty() || exists(path) || !has_failed(root);
 }
 

@@ -1,6 +1,9 @@
 // Paths and command lines as text. Only FileProbe and ResolveCommandPath look at the file system.
 #pragma once
 
+#include "win/platform.h"
+
+#include <map>
 #include <set>
 #include <string>
 #include <string_view>
@@ -25,8 +28,8 @@ std::wstring JoinPath(std::wstring_view first, std::wstring_view second);
 // A path on a share or on a mapped drive: to look there can take many seconds.
 bool IsOnNetwork(const std::wstring& path);
 
-// Asks whether files exist, for the length of one fill. A network share that has failed once is not asked again: each
-// question to a server that is switched off takes many seconds.
+// Asks whether files exist, for the length of one fill. A network share or mapped drive that has failed once is not
+// asked again: each question to a server that is switched off takes many seconds.
 class FileProbe {
 public:
     // PathFileExistsW: a file or a folder.
@@ -36,8 +39,11 @@ public:
     bool reachable(const std::wstring& path);
 
 private:
+    // The share or the drive of a path that may be on the network; empty for a path that is not.
+    std::wstring network_root(const std::wstring& path);
     bool has_failed(const std::wstring& root) const { return !root.empty() && failed_roots_.contains(root); }
 
+    std::map<std::wstring, UINT> drive_types_;
     std::set<std::wstring> failed_roots_;
 };
 

@@ -29,7 +29,8 @@ void ListView::add_columns(std::span<const Column> columns, int dpi) const {
     int index = 0;
     for (const Column& column : columns) {
         LVCOLUMNW record = {};
-        record.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
+        record.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM | LVCF_FMT;
+        record.fmt = column.alignment;
         record.pszText = const_cast<wchar_t*>(column.header);
         record.cx = MulDiv(column.width, dpi, 96);
         record.iSubItem = index;

@@ -13,6 +13,7 @@ namespace ui {
 struct Column {
     const wchar_t* header;
     int width;  // pixels at 96 dpi
+    int alignment = LVCFMT_LEFT;
 };
 
 enum class SortOrder { Ascending, Descending };
@@ -49,7 +50,7 @@ public:
 
     // The selected row, -1 for none.
     int selected() const;
-    void select(int row) const;  // selects, focuses and scrolls to the row
+    void select(int row) const;     // selects, focuses and scrolls to the row
     RECT row_place(int row) const;  // in the list's client area
 
     // The first row whose cell equals `text`, -1 for none.

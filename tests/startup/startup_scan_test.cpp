@@ -313,6 +313,8 @@ TEST_CASE("a network share that has failed once is not asked again") {
     CHECK(probe.exists(L"\\\\server\\good\\a.exe"));
     CHECK(probe.reachable(L"\\\\server\\good\\b.exe"));
     CHECK(probe.reachable(L"C:\\gone\\b.exe"));
+    CHECK(probe.reachable(L"::{20D04FE0-3AEA-1069-A2D8-08002B30309D}"));
+    CHECK_FALSE(probe.reachable(L"X:\\no drive"));
     drop_share(L"late");
     drop_share(L"good");
 }
