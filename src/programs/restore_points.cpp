@@ -58,11 +58,12 @@ std::span<const ui::Column> RestoreColumns() { return kColumns; }
 std::optional<std::wstring> RestorePointTime(std::wstring_view creation_time) {
     const std::optional<SYSTEMTIME> utc = ParseTime(creation_time);
     FILETIME packed = {};
-    if (!utc || !SystemTimeToFileTime(&*utc, &packed)) return {};
+    SYSTEMTIME time = {};
+    if (!utc || !SystemTimeToFileTime(&*utc, &packed) || !FileTimeToSystemTime(&packed, &time)) return {};
+    if (time.wDay != utc->wDay) return {};  // Wine takes February 29 of any year
     const std::uint64_t shifted =
         (static_cast<std::uint64_t>(packed.dwHighDateTime) << 32 | packed.dwLowDateTime) + kNineHours;
     packed = {static_cast<DWORD>(shifted), static_cast<DWORD>(shifted >> 32)};
-    SYSTEMTIME time = {};
     if (!FileTimeToSystemTime(&packed, &time)) return {};
     const std::wstring minute = win::PadZeros(time.wMinute, 2);
     return win::PadZeros(time.wYear, 4) + L"/" + win::PadZeros(time.wMonth, 2) + L"/" + win::PadZeros(time.wDay, 2) +

@@ -1,0 +1,243 @@
+#include "programs/restore_points.h"
+
+#include "support/moniker_double.h"
+#include "support/show.h"
+#include "support/stand_in.h"
+#include "support/test_host.h"
+#include "support/test_list.h"
+
+#include <string>
+#include <vector>
+
+using namespace programs;
+
+namespace {
+
+constexpr wchar_t kNamespace[] = L"winmgmts:\\\\.\\root\\default";
+constexpr wchar_t kClass[] = L"winmgmts:\\\\.\\root\\default:Systemrestore";
+constexpr wchar_t kPrompt[] = L"復元ポイントを識別するのに役立つ説明を入力してください。";
+constexpr wchar_t kCreating[] = L"復元ポイント作成中...";
+constexpr wchar_t kCreated[] =
+    L"復元ポイント作成完了。リストを更新してください。表示されるのには数分かかる場合があります";
+
+using Rows = std::vector<std::vector<std::wstring>>;
+
+win::Variant Point(const win::Variant& time, const win::Variant& description, const win::Variant& number) {
+    auto point = doubles::MakeObject();
+    point->property(L"CreationTime", time);
+    point->property(L"Description", description);
+    point->property(L"SequenceNumber", number);
+    return win::Variant(point.get());
+}
+
+// A machine's restore points as the provider gives them, and what was asked of it.
+class Provider {
+public:
+    std::vector<win::Variant> points;
+    HRESULT end = S_FALSE;          // how the enumeration ends
+    HRESULT instances = S_OK;       // of InstancesOf
+    HRESULT creation = S_OK;        // of createrestorepoint
+    bool exists = true;
+    std::vector<std::wstring> calls;
+
+private:
+    win::ComPtr<doubles::Object> bind(const std::wstring& name) {
+        calls.push_back(name);
+        if (!exists) return {};
+        auto object = doubles::MakeObject();
+        object->method(L"InstancesOf", [this](const doubles::Arguments& arguments, win::Variant& result) {
+            calls.push_back(L"InstancesOf " + Text(arguments));
+            auto rows = doubles::MakeObject();
+            rows->collection([this] { return doubles::Members{points, end}; });
+            result = win::Variant(rows.get());
+            return instances;
+        });
+        object->method(L"createrestorepoint", [this](const doubles::Arguments& arguments, win::Variant& result) {
+            calls.push_back(L"createrestorepoint " + Text(arguments));
+            result = win::Variant(5);  // what it returns is nobody's concern
+            return creation;
+        });
+        return object;
+    }
+    static std::wstring Text(const doubles::Arguments& arguments) {
+        std::wstring text;
+        for (VARIANT* argument : arguments) {
+            win::Variant copy;
+            VariantCopy(copy.put(), argument);
+            text += L"[" + copy.text() + L"]";
+        }
+        return text;
+    }
+
+    MonikerDouble moniker_{[this](const std::wstring& name) { return bind(name); }};
+};
+
+std::string Removed() {
+    const win::File file(
+        CreateFileW(L"C:\\removed.txt", GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    char text[256] = {};
+    DWORD bytes = 0;
+    ReadFile(file.get(), text, sizeof text, &bytes, nullptr);
+    return std::string(text, bytes);
+}
+
+}  // namespace
+
+TEST_CASE("Times move nine hours on; the minutes stand twice, the seconds not at all") {
+    const auto shown = [](const wchar_t* time) { return RestorePointTime(time).value_or(L"(none)"); };
+    CHECK(shown(L"20090301150405.000000-000") == L"2009/03/02 00:04:04");
+    CHECK(shown(L"20090301000059") == L"2009/03/01 09:00:00");
+    CHECK(shown(L"20090301145959.999999+540") == L"2009/03/01 23:59:59");
+    CHECK(shown(L"20090131150000.") == L"2009/02/01 00:00:00");  // over the month
+    CHECK(shown(L"20081231153012.") == L"2009/01/01 00:30:30");  // over the year
+    CHECK(shown(L"20080228200700.") == L"2008/02/29 05:07:07");  // onto the leap day
+    CHECK(shown(L"20080229200700.") == L"2008/03/01 05:07:07");
+    CHECK(shown(L"20090228200700.") == L"2009/03/01 05:07:07");
+    CHECK(shown(L"21000228200700.") == L"2100/03/01 05:07:07");  // no leap year
+    for (const wchar_t* broken :
+         {L"", L"2009030115040", L"20091301150405.", L"20090001150405.", L"20090230150405.", L"20090229150405.",
+          L"20090301240405.", L"20090301156005.", L"20090301150460.", L"2009030115040x.", L"-0090301150405.",
+          L"２00903011504.", L"00000000000000.", L"**************.******+***"}) {
+        CAPTURE(std::wstring(broken));
+        CHECK(shown(broken) == L"(none)");
+    }
+}
+
+TEST_CASE("Points are listed in the provider's order, those without a time not at all") {
+    const win::ComApartment apartment;
+    const TestList test(RestoreColumns());
+    Provider provider;
+    provider.points = {Point(win::Variant(L"20090301150405.000000-000"), win::Variant(L"二番"), win::Variant(12)),
+                       Point(doubles::Null(), doubles::Null(), win::Variant(0)),
+                       Point(win::Variant(L"broken"), win::Variant(L"broken"), win::Variant(13)),
+                       Point(win::Variant(L"20080101000000."), win::Variant(L""), win::Variant(L"7")),
+                       Point(win::Variant(L"20080101000000."), doubles::Null(), doubles::Null()),
+                       win::Variant(L"no object")};
+    test.list.add_row(L"a former row");
+    CHECK(ListRestorePoints(test.list));
+    CHECK(test.list.visible());
+    CHECK(test.list.header(0) == L"日時");
+    CHECK(test.list.header(1) == L"説明");
+    CHECK(test.rows() == Rows{{L"2009/03/02 00:04:04", L"二番"}, {L"2008/01/01 09:00:00", L""},
+                              {L"2008/01/01 09:00:00", L""}});
+    CHECK(test.list.tag(0) == 12);
+    CHECK(test.list.tag(1) == 7);
+    CHECK(test.list.tag(2) == 0);
+    CHECK(provider.calls == std::vector<std::wstring>{kNamespace, L"InstancesOf [systemrestore]"});
+
+    provider.points.clear();
+    test.list.show(false);
+    CHECK(ListRestorePoints(test.list));
+    CHECK(test.list.count() == 0);
+    CHECK(test.list.visible());
+}
+
+TEST_CASE("A listing that fails leaves the list hidden, and creation and deletion off") {
+    const win::ComApartment apartment;
+    const TestList test(RestoreColumns());
+    Provider provider;
+    provider.points = {Point(win::Variant(L"20090301150405."), win::Variant(L"one"), win::Variant(1))};
+    const auto fails = [&] {
+        test.list.show(true);
+        CHECK_FALSE(ListRestorePoints(test.list));
+        CHECK_FALSE(test.list.visible());
+        TestHost host;
+        host.typed = L"described";
+        test.list.select(0);
+        CreateRestorePoint(test.list, host);
+        CHECK_FALSE(DeleteRestorePoint(test.list, host));
+        CHECK(host.questions.empty());
+        CHECK(host.statuses.empty());
+    };
+    provider.end = E_FAIL;
+    fails();
+    provider.end = S_FALSE;
+    provider.instances = E_ACCESSDENIED;
+    fails();
+    provider.instances = S_OK;
+    provider.exists = false;
+    fails();
+    CHECK(test.list.count() == 0);
+}
+
+TEST_CASE("A point is created from a description, with the kind and the event of a beginning change") {
+    const win::ComApartment apartment;
+    const TestList test(RestoreColumns());
+    Provider provider;
+    TestHost host;
+    host.status(L"12 個の項目");
+    for (const std::optional<std::wstring>& nothing : {std::optional<std::wstring>(), std::optional(std::wstring())}) {
+        host.typed = nothing;
+        CreateRestorePoint(test.list, host);
+    }
+    CHECK(provider.calls.empty());
+    CHECK(host.statuses.size() == 1);
+    REQUIRE(host.questions.size() == 2);
+    CHECK(host.questions[0].text == kPrompt);
+    CHECK(host.questions[0].title == L"Qorvenix");
+
+    host.typed = L"導入前 \"1\"";
+    CreateRestorePoint(test.list, host);
+    CHECK(provider.calls == std::vector<std::wstring>{kClass, L"createrestorepoint [導入前 \"1\"][0][100]"});
+    CHECK(host.statuses == std::vector<std::wstring>{L"12 個の項目", kCreating, kCreated});
+    CHECK_FALSE(host.pointer_shows_hourglass);
+
+    provider.creation = E_ACCESSDENIED;
+    host.statuses = {L"12 個の項目"};
+    CreateRestorePoint(test.list, host);
+    CHECK(host.statuses == std::vector<std::wstring>{L"12 個の項目", kCreating, L"12 個の項目"});
+    provider.exists = false;
+    CreateRestorePoint(test.list, host);
+    CHECK(host.status_text() == L"12 個の項目");
+    CHECK_FALSE(host.pointer_shows_hourglass);
+}
+
+TEST_CASE("The selected point is deleted by its number after a question") {
+    const win::ComApartment apartment;
+    const StandIn library(L"srclient.dll", StandIn::built(L"srclient_dll.dll"));
+    REQUIRE(library.placed());
+    DeleteFileW(L"C:\\removed.txt");
+    const TestList test(RestoreColumns());
+    Provider provider;
+    provider.points = {Point(win::Variant(L"20090301150405."), win::Variant(L"b"), win::Variant(12)),
+                       Point(win::Variant(L"20090401150405."), win::Variant(L"a"), win::Variant(345))};
+    TestHost host;
+    CHECK_FALSE(DeleteRestorePoint(test.list, host));
+    REQUIRE(ListRestorePoints(test.list));
+    CHECK_FALSE(DeleteRestorePoint(test.list, host));
+    CHECK(host.questions.empty());
+
+    test.list.sort(1, ui::SortOrder::Ascending);
+    test.list.select(0);
+    host.answer = ui::Answer::Cancel;
+    CHECK_FALSE(DeleteRestorePoint(test.list, host));
+    REQUIRE(host.questions.size() == 1);
+    CHECK(host.questions[0].text == L"2009/04/02 00:04:04 の復元ポイントを削除します。\r\nよろしいですか？");
+    CHECK(Removed().empty());
+
+    host.answer = ui::Answer::Ok;
+    host.on_question = [&] { test.list.clear(); };  // the rows may change while the question is open
+    CHECK(DeleteRestorePoint(test.list, host));
+    CHECK(Removed() == "345\n");
+
+    // A point without a number cannot be meant; the list is read again all the same.
+    host.on_question = nullptr;
+    test.list.add_row(L"2009/01/01 00:00:00", 0);
+    test.list.select(0);
+    CHECK(DeleteRestorePoint(test.list, host));
+    CHECK(Removed() == "345\n");
+    CHECK(host.statuses.empty());
+}
+
+TEST_CASE("Wine's own provider has no points and creates none") {
+    const win::ComApartment apartment;
+    const TestList test(RestoreColumns());
+    CHECK(ListRestorePoints(test.list));
+    CHECK(test.list.count() == 0);
+    CHECK(test.list.visible());
+    TestHost host;
+    host.status(L"0 個の項目");
+    host.typed = L"described";
+    CreateRestorePoint(test.list, host);
+    CHECK(host.statuses == std::vector<std::wstring>{L"0 個の項目", kCreating, L"0 個の項目"});
+}
