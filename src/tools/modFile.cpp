@@ -14,7 +14,6 @@ constexpr wchar_t kEmptyBinTitle[] = L"ファイル削除の確認";
 constexpr wchar_t kEmptyBinQuestion[] = L"ごみ箱を空にしますか？\r\n\r\nファイル総数 ";
 
 constexpr wchar_t kAllFiles[] = L"*.*";
-constexpr DWORD kPumpInterval = 30;  // milliseconds between two looks at the window's messages
 
 bool IsDots(std::wstring_view name) { return name == L"." || name == L".."; }
 
@@ -22,12 +21,12 @@ bool IsDots(std::wstring_view name) { return name == L"." || name == L".."; }
 class FolderCleaner {
 public:
     FolderCleaner(const std::wstring& folder, ui::Host& host)
-        : host_(host), links_show_(VolumeMarksLinks(folder)), path_(folder), last_pump_(GetTickCount()) {}
+        : host_(host), pump_(host), links_show_(VolumeMarksLinks(folder)), path_(folder) {}
 
     void run(std::wstring_view pattern) {
         enter(pattern);
         while (!levels_.empty()) {
-            breathe();
+            stopping_ = stopping_ || !pump_();
             if (!found_ || stopping_) {
                 leave();
             } else if (!handle_entry()) {
@@ -61,7 +60,8 @@ private:
         levels_.pop_back();
         host_.hourglass(false);
         if (levels_.empty()) return;
-        if (!stopping_) RemoveDirectoryW(Extended(path_).c_str());
+        const std::wstring folder = Extended(path_);
+        if (lies_here(folder)) RemoveDirectoryW(folder.c_str());
         path_.resize(levels_.back().path_length);
         found_ = !stopping_ && FindNextFileW(levels_.back().find.get(), &entry_) != FALSE;
     }
@@ -80,9 +80,12 @@ private:
         return false;
     }
 
+    // False for a link that looks like what it leads to.
+    bool lies_here(const std::wstring& path) const { return links_show_ || LiesAt(RealPath(path), path); }
+
     void delete_file() const {
         const std::wstring file = Extended(startup::JoinPath(path_, entry_.cFileName));
-        if (!links_show_ && !LiesAt(RealPath(file), file)) return;
+        if (!lies_here(file)) return;
         if (DeleteFileW(file.c_str())) return;
         const DWORD attributes = entry_.dwFileAttributes;
         if (GetLastError() != ERROR_ACCESS_DENIED || (attributes & FILE_ATTRIBUTE_READONLY) == 0) return;
@@ -91,20 +94,14 @@ private:
         if (!DeleteFileW(file.c_str())) SetFileAttributesW(file.c_str(), attributes);
     }
 
-    void breathe() {
-        if (stopping_ || GetTickCount() - last_pump_ < kPumpInterval) return;
-        stopping_ = !host_.pump();
-        last_pump_ = GetTickCount();
-    }
-
     ui::Host& host_;
+    ui::PumpNowAndThen pump_;
     const bool links_show_;
     std::wstring path_;  // of the innermost folder
     std::vector<Level> levels_;
     WIN32_FIND_DATAW entry_ = {};
     bool found_ = false;  // entry_ is the innermost folder's next entry
     bool stopping_ = false;
-    DWORD last_pump_;
 };
 
 }  // namespace

@@ -1,29 +1,38 @@
-// Links made by the host, since Wine makes none.
+// What the host does for a test: links, which Wine cannot make, and many files at once.
 #pragma once
 
-#include "support/throw_away.h"
+#include "throw_away.h"
 
 #include <string>
 
-// Makes a link at `path` ("C:\...") that leads to `target`, a path as the host reads it from there ("../outside").
-// False when no link is there after five seconds.
-inline bool MakeHostLink(const std::wstring& target, const std::wstring& path) {
-    const std::wstring host = throw_away::Variable(L"WINEPREFIX") + L"/dosdevices/c:" + path.substr(2);
-    std::wstring command = L"ln -s \"" + target + L"\" \"" + host + L"\"";
-    for (wchar_t& each : command) {
+// The host's name of a path on drive C:.
+inline std::wstring HostPath(const std::wstring& path) {
+    std::wstring host = throw_away::Variable(L"WINEPREFIX") + L"/dosdevices/c:" + path.substr(2);
+    for (wchar_t& each : host) {
         if (each == L'\\') each = L'/';
     }
+    return host;
+}
+
+// Runs a shell command of the host, which has to bring `sign` into being, a path on drive C:. False when it is not
+// there after that many seconds: such a program has no process handle to wait for.
+inline bool RunOnHost(const std::wstring& shell_command, const std::wstring& sign, int seconds = 5) {
+    std::wstring command = L"sh -c \"" + shell_command + L"\"";
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION started = {};
-    // A program of the host has no process handle: its work tells that it has run.
-    if (!CreateProcessW(L"\\\\?\\unix\\bin\\ln", command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+    if (!CreateProcessW(L"\\\\?\\unix\\bin\\sh", command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
                         &started)) {
         return false;
     }
-    for (int turn = 0; turn < 100; ++turn) {
-        if (GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES) return true;
-        Sleep(50);
+    for (int turn = 0; turn < 50 * seconds; ++turn) {
+        if (GetFileAttributesW(sign.c_str()) != INVALID_FILE_ATTRIBUTES) return true;
+        Sleep(20);
     }
     return false;
+}
+
+// Makes a link at `path` ("C:\...") that leads to `target`, a path as the host reads it from there ("../outside").
+inline bool MakeHostLink(const std::wstring& target, const std::wstring& path) {
+    return RunOnHost(L"ln -s '" + target + L"' '" + HostPath(path) + L"'", path);
 }

@@ -2,7 +2,6 @@
 // to, Documents and Desktop are links into the home folder, Z: is the whole disk and the recycle bin is the host's.
 #pragma once
 
-#include "support/show.h"
 #include "win/handle.h"
 
 #include <string>

@@ -3,6 +3,7 @@
 #include "support/host_link.h"
 #include "support/import_hook.h"
 #include "support/recycle_bin.h"
+#include "support/show.h"
 #include "support/test_host.h"
 #include "tools/modFile.h"
 #include "win/system_library.h"
