@@ -69,7 +69,8 @@ constexpr Way kWays[] = {
          TestHost host;
          host.on_pump = [] {
              MSG message;
-             while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+             while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+                 DispatchMessageW(&message);
          };
          tools::DeleteFolderContents(kFolder, L"*.*", host);
      }},

@@ -21,12 +21,23 @@ void ClearRecentDocuments() { SHAddToRecentDocs(SHARD_PATHA, nullptr); }
 
 bool Run(Cleanup command, ui::Host& host) {
     switch (command) {
-        case Cleanup::RecycleBin: return EmptyRecycleBin(true, {}, 0, host);
-        case Cleanup::TemporaryFiles: DeleteTemporaryFiles(host); break;
-        case Cleanup::RecentDocuments: ClearRecentDocuments(); break;
-        case Cleanup::BrowserCache: DeleteUrlCacheEntries(false, host); break;
-        case Cleanup::Cookies: DeleteUrlCacheEntries(true, host); break;
-        case Cleanup::UrlHistory: ClearUrlHistory(); break;
+        case Cleanup::RecycleBin:
+            return EmptyRecycleBin(true, {}, 0, host);
+        case Cleanup::TemporaryFiles:
+            DeleteTemporaryFiles(host);
+            break;
+        case Cleanup::RecentDocuments:
+            ClearRecentDocuments();
+            break;
+        case Cleanup::BrowserCache:
+            DeleteUrlCacheEntries(false, host);
+            break;
+        case Cleanup::Cookies:
+            DeleteUrlCacheEntries(true, host);
+            break;
+        case Cleanup::UrlHistory:
+            ClearUrlHistory();
+            break;
     }
     return false;
 }

@@ -102,8 +102,8 @@ void DeleteUrlCacheEntries(bool cookies_only, ui::Host& host) {
 
 HRESULT ClearUrlHistory() {
     win::ComPtr<IUrlHistoryStg2> history;
-    const HRESULT created = CoCreateInstance(kUrlHistoryClass, nullptr, CLSCTX_INPROC, kUrlHistoryInterface,
-                                             history.put_void());
+    const HRESULT created =
+        CoCreateInstance(kUrlHistoryClass, nullptr, CLSCTX_INPROC, kUrlHistoryInterface, history.put_void());
     return FAILED(created) ? created : history->ClearHistory();
 }
 

@@ -89,9 +89,7 @@ std::wstring RealPath(const std::wstring& path) {
     return file ? FinalPath(file.get()) : std::wstring();
 }
 
-bool LiesAt(std::wstring_view real, std::wstring_view path) {
-    return real == path || real == WithoutNameEndings(path);
-}
+bool LiesAt(std::wstring_view real, std::wstring_view path) { return real == path || real == WithoutNameEndings(path); }
 
 win::File OpenRealFolder(const std::wstring& path) {
     // Asking to list the folder makes the missing right to share its deletion count.

@@ -69,8 +69,10 @@ RepairItems mnuSet_Click(unsigned os_tenths) { return RepairItemsFor(SendToExist
 
 void mnuSetItem_Click(Repair repair, std::wstring_view caption, ui::Host& host) {
     switch (repair) {
-        case Repair::SendTo: return RepairSendTo(caption, host);
-        case Repair::DownloadLocation: return RepairDownloadLocation(host);
+        case Repair::SendTo:
+            return RepairSendTo(caption, host);
+        case Repair::DownloadLocation:
+            return RepairDownloadLocation(host);
     }
 }
 

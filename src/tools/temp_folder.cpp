@@ -17,19 +17,19 @@ constexpr std::size_t kPrefixLength = 4;     // "\\?\"
 
 // Windows' own folders, programs' and what users keep. A folder that the system does not know is passed over.
 constexpr int kKeptFolders[] = {
-    CSIDL_WINDOWS,          CSIDL_SYSTEM,           CSIDL_SYSTEMX86,
-    CSIDL_PROGRAM_FILES,    CSIDL_PROGRAM_FILESX86, CSIDL_PROGRAM_FILES_COMMON,
-    CSIDL_PROFILE,          CSIDL_DESKTOPDIRECTORY, CSIDL_COMMON_DESKTOPDIRECTORY,
-    CSIDL_PERSONAL,         CSIDL_COMMON_DOCUMENTS, CSIDL_MYPICTURES,
-    CSIDL_MYMUSIC,          CSIDL_MYVIDEO,          CSIDL_FAVORITES,
-    CSIDL_STARTMENU,        CSIDL_APPDATA,          CSIDL_LOCAL_APPDATA,
-    CSIDL_COMMON_APPDATA,   CSIDL_COMMON_STARTMENU, CSIDL_COMMON_PICTURES,
-    CSIDL_COMMON_MUSIC,     CSIDL_COMMON_VIDEO,     CSIDL_FONTS,
+    CSIDL_WINDOWS,        CSIDL_SYSTEM,           CSIDL_SYSTEMX86,
+    CSIDL_PROGRAM_FILES,  CSIDL_PROGRAM_FILESX86, CSIDL_PROGRAM_FILES_COMMON,
+    CSIDL_PROFILE,        CSIDL_DESKTOPDIRECTORY, CSIDL_COMMON_DESKTOPDIRECTORY,
+    CSIDL_PERSONAL,       CSIDL_COMMON_DOCUMENTS, CSIDL_MYPICTURES,
+    CSIDL_MYMUSIC,        CSIDL_MYVIDEO,          CSIDL_FAVORITES,
+    CSIDL_STARTMENU,      CSIDL_APPDATA,          CSIDL_LOCAL_APPDATA,
+    CSIDL_COMMON_APPDATA, CSIDL_COMMON_STARTMENU, CSIDL_COMMON_PICTURES,
+    CSIDL_COMMON_MUSIC,   CSIDL_COMMON_VIDEO,     CSIDL_FONTS,
 };
 
 // Folders that have no number: for a 32-bit program on 64-bit Windows the 64-bit programs' folder, and profiles.
-constexpr const wchar_t* kKeptVariables[] = {L"ProgramFiles", L"ProgramW6432", L"ProgramData", L"PUBLIC",
-                                             L"ALLUSERSPROFILE", L"USERPROFILE", L"SystemRoot"};
+constexpr const wchar_t* kKeptVariables[] = {L"ProgramFiles",    L"ProgramW6432", L"ProgramData", L"PUBLIC",
+                                             L"ALLUSERSPROFILE", L"USERPROFILE",  L"SystemRoot"};
 
 // The variables that GetTempPathW follows, in its order.
 constexpr const wchar_t* kTempVariables[] = {L"TMP", L"TEMP"};
@@ -67,7 +67,8 @@ std::vector<std::wstring> KeptFolders() {
         wchar_t path[MAX_PATH] = {};
         if (SHGetSpecialFolderPathW(nullptr, path, number, FALSE)) folders.emplace_back(path);
     }
-    for (const wchar_t* name : kKeptVariables) folders.push_back(Variable(name));
+    for (const wchar_t* name : kKeptVariables)
+        folders.push_back(Variable(name));
     std::erase_if(folders, [](const std::wstring& folder) { return !HasDrive(folder); });
     return folders;
 }
@@ -106,9 +107,8 @@ std::wstring GetTempFolder() {
 bool MustBeKept(std::wstring_view folder, std::span<const std::wstring> kept) {
     if (folder.size() < kPrefixLength + kDriveRootLength) return true;
     const std::wstring root = win::LowerCase(folder) + L"\\";
-    return std::any_of(kept.begin(), kept.end(), [&root](const std::wstring& path) {
-        return (win::LowerCase(path) + L"\\").starts_with(root);
-    });
+    return std::any_of(kept.begin(), kept.end(),
+                       [&root](const std::wstring& path) { return (win::LowerCase(path) + L"\\").starts_with(root); });
 }
 
 std::optional<std::wstring> FolderToEmpty(std::wstring_view folder) {

@@ -33,9 +33,8 @@ public:
     InputBox(std::wstring_view prompt, std::wstring_view title) : prompt_(prompt), title_(title) {}
 
     std::optional<std::wstring> show(HWND owner) {
-        const INT_PTR button =
-            DialogBoxIndirectParamW(GetModuleHandleW(nullptr), &kTemplate.dialog, owner, &InputBox::procedure,
-                                    reinterpret_cast<LPARAM>(this));
+        const INT_PTR button = DialogBoxIndirectParamW(GetModuleHandleW(nullptr), &kTemplate.dialog, owner,
+                                                       &InputBox::procedure, reinterpret_cast<LPARAM>(this));
         if (button != IDOK) return {};
         return std::move(text_);
     }

@@ -34,9 +34,9 @@ win::Variant Point(const win::Variant& time, const win::Variant& description, co
 class Provider {
 public:
     std::vector<win::Variant> points;
-    HRESULT end = S_FALSE;          // how the enumeration ends
-    HRESULT instances = S_OK;       // of InstancesOf
-    HRESULT creation = S_OK;        // of createrestorepoint
+    HRESULT end = S_FALSE;     // how the enumeration ends
+    HRESULT instances = S_OK;  // of InstancesOf
+    HRESULT creation = S_OK;   // of createrestorepoint
     bool exists = true;
     std::vector<std::wstring> calls;
 
@@ -118,8 +118,8 @@ TEST_CASE("Points are listed in the provider's order, those without a time not a
     CHECK(test.list.visible());
     CHECK(test.list.header(0) == L"日時");
     CHECK(test.list.header(1) == L"説明");
-    CHECK(test.rows() == Rows{{L"2009/03/02 00:04:04", L"二番"}, {L"2008/01/01 09:00:00", L""},
-                              {L"2008/01/01 09:00:00", L""}});
+    CHECK(test.rows() ==
+          Rows{{L"2009/03/02 00:04:04", L"二番"}, {L"2008/01/01 09:00:00", L""}, {L"2008/01/01 09:00:00", L""}});
     CHECK(test.list.tag(0) == 12);
     CHECK(test.list.tag(1) == 7);
     CHECK(test.list.tag(2) == 0);

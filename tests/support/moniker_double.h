@@ -25,7 +25,8 @@ private:
     class Parser final : public doubles::Counted<IParseDisplayName, IID_IParseDisplayName> {
     public:
         explicit Parser(const Bind& bind) : bind_(bind) {}
-        HRESULT STDMETHODCALLTYPE ParseDisplayName(IBindCtx*, LPOLESTR name, ULONG* eaten, IMoniker** moniker) override {
+        HRESULT STDMETHODCALLTYPE ParseDisplayName(IBindCtx*, LPOLESTR name, ULONG* eaten,
+                                                   IMoniker** moniker) override {
             const win::ComPtr<doubles::Object> object = bind_(name);
             *moniker = nullptr;
             if (!object) return E_ACCESSDENIED;

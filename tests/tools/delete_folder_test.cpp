@@ -19,8 +19,7 @@ std::wstring Raw(const std::wstring& path) { return L"\\\\?\\" + path; }
 void MakeFolder(const std::wstring& path) { CreateDirectoryW(Raw(path).c_str(), nullptr); }
 
 void MakeFile(const std::wstring& path, DWORD attributes = FILE_ATTRIBUTE_NORMAL) {
-    const win::File file(
-        CreateFileW(Raw(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, attributes, nullptr));
+    const win::File file(CreateFileW(Raw(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, attributes, nullptr));
     REQUIRE(file);
     DWORD written = 0;
     WriteFile(file.get(), "canary", 6, &written, nullptr);
@@ -40,7 +39,8 @@ std::vector<WIN32_FIND_DATAW> Entries(const std::wstring& folder) {
 
 std::wstring Lines(const std::vector<std::wstring>& texts) {
     std::wstring lines;
-    for (const std::wstring& text : texts) lines += text + L"\n";
+    for (const std::wstring& text : texts)
+        lines += text + L"\n";
     return lines;
 }
 
@@ -54,7 +54,8 @@ std::vector<std::wstring> Tree(const std::wstring& folder) {
             FILE_ATTRIBUTE_DIRECTORY) {
             continue;
         }
-        for (std::wstring& below : Tree(path)) all.push_back(std::move(below));
+        for (std::wstring& below : Tree(path))
+            all.push_back(std::move(below));
     }
     std::sort(all.begin(), all.end());
     return all;
@@ -62,7 +63,8 @@ std::vector<std::wstring> Tree(const std::wstring& folder) {
 
 std::vector<std::wstring> Names(const std::wstring& folder) {
     std::vector<std::wstring> names;
-    for (const WIN32_FIND_DATAW& entry : Entries(folder)) names.emplace_back(entry.cFileName);
+    for (const WIN32_FIND_DATAW& entry : Entries(folder))
+        names.emplace_back(entry.cFileName);
     std::sort(names.begin(), names.end());
     return names;
 }
@@ -82,7 +84,8 @@ public:
         MakeFolder(outside);
         MakeFolder(outside + L"\\folder");
         MakeFolder(outside + L"\\empty");
-        for (const wchar_t* name : {L"\\canary", L"\\folder\\canary", L"\\folder\\another"}) MakeFile(outside + name);
+        for (const wchar_t* name : {L"\\canary", L"\\folder\\canary", L"\\folder\\another"})
+            MakeFile(outside + name);
         canaries_ = Tree(outside);
         REQUIRE(canaries_.size() == 5);
     }
@@ -124,9 +127,8 @@ TEST_CASE("Everything goes but system files and the folders that hold them") {
     MakeFile(place.temp + L"\\keeps\\inner\\system", FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_HIDDEN);
     MakeFile(place.temp + L"\\keeps\\inner\\file");
     place.clean();
-    CHECK(Lines(Tree(place.temp)) ==
-          Lines({place.temp + L"\\keeps 0", place.temp + L"\\keeps\\inner 0",
-                 place.temp + L"\\keeps\\inner\\system 6", place.temp + L"\\system 6"}));
+    CHECK(Lines(Tree(place.temp)) == Lines({place.temp + L"\\keeps 0", place.temp + L"\\keeps\\inner 0",
+                                            place.temp + L"\\keeps\\inner\\system 6", place.temp + L"\\system 6"}));
     CHECK(place.canaries_live());
     CHECK_FALSE(place.host.pointer_shows_hourglass);
 }
@@ -176,11 +178,12 @@ TEST_CASE("Links put in the places of folders while the window breathes do not l
         const std::size_t left = Names(place.temp).size();
         if (swapped || left < 100 || left > 190) return;
         // The next folder is already found, or being emptied, when it becomes a link.
-        swapped = RunOnHost(L"cd '" + HostPath(place.temp) +
-                                L"' && mkdir ../moved && mv folder* ../moved && cd ../moved && for each in *[02468]; do "
-                                L"ln -s ../outside/folder ../temp/$each; done && for each in *[13579]; do "
-                                L"ln -s ../outside/empty ../temp/$each; done && touch ../swapped",
-                            place.temp + L"\\..\\swapped");
+        swapped =
+            RunOnHost(L"cd '" + HostPath(place.temp) +
+                          L"' && mkdir ../moved && mv folder* ../moved && cd ../moved && for each in *[02468]; do "
+                          L"ln -s ../outside/folder ../temp/$each; done && for each in *[13579]; do "
+                          L"ln -s ../outside/empty ../temp/$each; done && touch ../swapped",
+                      place.temp + L"\\..\\swapped");
         CHECK(swapped);
     };
     place.clean();
@@ -192,7 +195,8 @@ TEST_CASE("Links put in the places of folders while the window breathes do not l
 TEST_CASE("Open files stay, vanishing ones do no harm") {
     Place place;
     MakeFile(place.temp + L"\\open");
-    for (int number = 0; number < 600; ++number) MakeFile(place.temp + L"\\file" + win::PadZeros(static_cast<unsigned>(number), 4));
+    for (int number = 0; number < 600; ++number)
+        MakeFile(place.temp + L"\\file" + win::PadZeros(static_cast<unsigned>(number), 4));
     MakeFolder(place.temp + L"\\vanishing");
     const win::File open(CreateFileW((place.temp + L"\\open").c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
                                      OPEN_EXISTING, 0, nullptr));
@@ -215,7 +219,8 @@ TEST_CASE("A close stops the deletion at the next entry, however deep") {
         folder += L"\\folder";
         MakeFolder(folder);
     }
-    for (int number = 0; number < 1000; ++number) MakeFile(folder + L"\\file" + win::ToText(number));
+    for (int number = 0; number < 1000; ++number)
+        MakeFile(folder + L"\\file" + win::ToText(number));
     std::size_t left_at_close = 0;
     place.host.on_pump = [&] {
         CHECK_FALSE(place.host.closing);
@@ -242,7 +247,8 @@ TEST_CASE("Folders go however deep they lie and however long their paths are") {
     }
     CHECK(depth > 300);
     std::wstring wide = place.temp;
-    for (int level = 0; level < 10; ++level) MakeFolder(wide += L"\\" + std::wstring(200, L'w'));
+    for (int level = 0; level < 10; ++level)
+        MakeFolder(wide += L"\\" + std::wstring(200, L'w'));
     MakeFile(wide + L"\\" + std::wstring(200, L'f'));
     place.clean();
     CHECK(Names(place.temp).empty());

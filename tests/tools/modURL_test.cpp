@@ -49,9 +49,9 @@ using FindFirst = decltype(FindFirstUrlCacheEntryA);
 struct Interference {
     FindFirst* find_first = nullptr;
     FindNext* find_next = nullptr;
-    std::vector<std::string> patterns;         // of each first-entry call; "(none)" for a null one
-    bool windows_pattern = false;              // the pattern "0" stands for every entry
-    std::vector<std::string> vanishing;        // small entries deleted between the two calls for one of them
+    std::vector<std::string> patterns;   // of each first-entry call; "(none)" for a null one
+    bool windows_pattern = false;        // the pattern "0" stands for every entry
+    std::vector<std::string> vanishing;  // small entries deleted between the two calls for one of them
 } interference;
 
 HANDLE WINAPI InterferingFindFirst(LPCSTR pattern, INTERNET_CACHE_ENTRY_INFOA* entry, DWORD* size) {
@@ -61,7 +61,8 @@ HANDLE WINAPI InterferingFindFirst(LPCSTR pattern, INTERNET_CACHE_ENTRY_INFOA* e
 
 BOOL WINAPI InterferingFindNext(HANDLE entries, INTERNET_CACHE_ENTRY_INFOA* entry, DWORD* size) {
     if (entry && *size < 1000) {
-        for (const std::string& url : std::exchange(interference.vanishing, {})) RemoveEntry(url);
+        for (const std::string& url : std::exchange(interference.vanishing, {}))
+            RemoveEntry(url);
     }
     return interference.find_next(entries, entry, size);
 }
@@ -95,7 +96,8 @@ TEST_CASE("Normal entries go by kind, entries of any size, and others stay") {
         MakeEntry(unmarked, URLHISTORY_CACHE_ENTRY);
         MakeEntry(unmarked_cookie, kCookieEntry);
         for (int number = 0; number < 50; ++number) {
-            MakeEntry("http://host/page" + std::to_string(number), NORMAL_CACHE_ENTRY, static_cast<std::size_t>(20 + 37 * number % 1000));
+            MakeEntry("http://host/page" + std::to_string(number), NORMAL_CACHE_ENTRY,
+                      static_cast<std::size_t>(20 + 37 * number % 1000));
         }
     };
     TestHost host;
@@ -109,7 +111,8 @@ TEST_CASE("Normal entries go by kind, entries of any size, and others stay") {
     CHECK(Cached(cookie));
     CHECK(Cached(unmarked));
     CHECK(Cached(unmarked_cookie));
-    for (int number = 0; number < 50; ++number) CHECK_FALSE(Cached("http://host/page" + std::to_string(number)));
+    for (int number = 0; number < 50; ++number)
+        CHECK_FALSE(Cached("http://host/page" + std::to_string(number)));
 
     make_all();
     DeleteUrlCacheEntries(true, host);
@@ -122,7 +125,8 @@ TEST_CASE("Normal entries go by kind, entries of any size, and others stay") {
     CHECK(Cached(unmarked_cookie));
 
     DeleteUrlCacheEntries(false, host);
-    for (const std::string& url : {unmarked, unmarked_cookie}) RemoveEntry(url);
+    for (const std::string& url : {unmarked, unmarked_cookie})
+        RemoveEntry(url);
 }
 
 TEST_CASE("The cache is asked with the pattern first, and without one where that finds nothing") {
@@ -173,7 +177,8 @@ TEST_CASE("An entry that vanishes between the two calls or is locked costs no ot
     TestHost host;
     DeleteUrlCacheEntries(false, host);
     CHECK(interference.vanishing.empty());
-    for (int number = 0; number < 40; ++number) CHECK_FALSE(Cached(url(number)));
+    for (int number = 0; number < 40; ++number)
+        CHECK_FALSE(Cached(url(number)));
     UnlockUrlCacheEntryFileA(locked.c_str(), 0);
     RemoveEntry(locked);
 }
@@ -253,8 +258,7 @@ TEST_CASE("The URL history is cleared by one call of its own object") {
     HistoryFactory factory(history);
     constexpr CLSID kClass = {0x3C374A40, 0xBAE4, 0x11CF, {0xBF, 0x7D, 0x00, 0xAA, 0x00, 0x69, 0x46, 0xEE}};
     DWORD cookie = 0;
-    REQUIRE(SUCCEEDED(
-        CoRegisterClassObject(kClass, &factory, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie)));
+    REQUIRE(SUCCEEDED(CoRegisterClassObject(kClass, &factory, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie)));
     CHECK(tools::ClearUrlHistory() == S_OK);
     CHECK(history.calls == std::vector<std::string>{"ClearHistory"});
     history.answer = E_FAIL;

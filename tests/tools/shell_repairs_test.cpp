@@ -51,7 +51,8 @@ std::wstring Run(Repair repair, std::wstring_view caption, ui::Answer answer = u
 TEST_CASE("The captions follow the registry, the second repair the version of Windows") {
     CHECK(RepairItemsFor(true, 51).send_to_caption == std::wstring(kRemove));
     CHECK(RepairItemsFor(false, 51).send_to_caption == std::wstring(kRestore));
-    for (const unsigned version : {0U, 40U, 50U}) CHECK_FALSE(RepairItemsFor(true, version).download_location_enabled);
+    for (const unsigned version : {0U, 40U, 50U})
+        CHECK_FALSE(RepairItemsFor(true, version).download_location_enabled);
     for (const unsigned version : {51U, 52U, 60U, 61U, 62U}) {
         CHECK(RepairItemsFor(false, version).download_location_enabled);
     }

@@ -41,8 +41,9 @@ std::wstring Upper(std::wstring text) {
 
 TEST_CASE("A folder must be kept that is a drive or that equals or contains a kept one") {
     const std::wstring kept[] = {L"\\\\?\\C:\\Windows\\System32", L"\\\\?\\D:\\ユーザー\\太郎"};
-    for (const wchar_t* folder : {L"", L"\\\\?\\", L"\\\\?\\C:", L"\\\\?\\C:\\Windows", L"\\\\?\\c:\\WINDOWS",
-                                  L"\\\\?\\C:\\Windows\\System32", L"\\\\?\\d:\\ユーザー", L"\\\\?\\D:\\ユーザー\\太郎"}) {
+    for (const wchar_t* folder :
+         {L"", L"\\\\?\\", L"\\\\?\\C:", L"\\\\?\\C:\\Windows", L"\\\\?\\c:\\WINDOWS", L"\\\\?\\C:\\Windows\\System32",
+          L"\\\\?\\d:\\ユーザー", L"\\\\?\\D:\\ユーザー\\太郎"}) {
         CAPTURE(std::wstring(folder));
         CHECK(MustBeKept(folder, kept));
     }
@@ -54,10 +55,22 @@ TEST_CASE("A folder must be kept that is a drive or that equals or contains a ke
 }
 
 TEST_CASE("The system's, the programs', the users' and the program's own folders are never emptied") {
-    constexpr const wchar_t* kNoFolders[] = {
-        L"",     L".",  L"Temp",    L"C:",       L"C:Temp",    L"C:\\",
-        L"c:/",  L"\\", L"\\Temp",  L"Q:\\",     L"\\\\server\\share\\temp",
-        L"C:\\no such folder", L"\\\\?\\C:\\users", L"\\\\.\\C:\\users", L"\\\\?\\unix\\tmp", L"C:\\windows\\win.ini"};
+    constexpr const wchar_t* kNoFolders[] = {L"",
+                                             L".",
+                                             L"Temp",
+                                             L"C:",
+                                             L"C:Temp",
+                                             L"C:\\",
+                                             L"c:/",
+                                             L"\\",
+                                             L"\\Temp",
+                                             L"Q:\\",
+                                             L"\\\\server\\share\\temp",
+                                             L"C:\\no such folder",
+                                             L"\\\\?\\C:\\users",
+                                             L"\\\\.\\C:\\users",
+                                             L"\\\\?\\unix\\tmp",
+                                             L"C:\\windows\\win.ini"};
     std::vector<std::wstring> refused(std::begin(kNoFolders), std::end(kNoFolders));
     for (const int number : {CSIDL_WINDOWS, CSIDL_SYSTEM, CSIDL_PROGRAM_FILES, CSIDL_PROFILE, CSIDL_DESKTOPDIRECTORY,
                              CSIDL_PERSONAL, CSIDL_APPDATA, CSIDL_LOCAL_APPDATA, CSIDL_COMMON_APPDATA}) {
@@ -127,8 +140,8 @@ TEST_CASE("The temporary folder is the variables' one, and nothing when they are
     // Relative to the current folder they would all lead to a folder that may be emptied.
     const std::wstring inner = folder.make_folder(L"inner");
     SetCurrentDirectoryW(own.c_str());
-    for (const wchar_t* relative : {L"inner", L".\\inner", L"C:inner", L".", L"C:\\no such folder", L"C:\\",
-                                    L"\\\\server\\share"}) {
+    for (const wchar_t* relative :
+         {L"inner", L".\\inner", L"C:inner", L".", L"C:\\no such folder", L"C:\\", L"\\\\server\\share"}) {
         CAPTURE(std::wstring(relative));
         const TempVariables variables(relative);
         CHECK(TempFolderToEmpty() == std::nullopt);

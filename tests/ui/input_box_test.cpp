@@ -37,7 +37,8 @@ std::optional<std::wstring> Ask(HWND owner, std::wstring_view prompt, std::funct
 }
 
 void Type(HWND dialog, std::wstring_view text) {
-    for (const wchar_t each : text) SendMessageW(GetDlgItem(dialog, kEdit), WM_CHAR, each, 0);
+    for (const wchar_t each : text)
+        SendMessageW(GetDlgItem(dialog, kEdit), WM_CHAR, each, 0);
 }
 
 void Press(WPARAM key) { PostMessageW(GetFocus(), WM_KEYDOWN, key, 0); }
