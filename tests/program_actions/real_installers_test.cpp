@@ -2,27 +2,20 @@
 #include "programs/current_user.h"
 #include "programs/program_actions.h"
 #include "programs/uninstall_scan.h"
-#include "support/stand_in.h"
+#include "support/sample_packages.h"
 #include "support/test_host.h"
 #include "support/test_list.h"
 #include "support/throw_away.h"
-#include "win/process.h"
 #include "win/system_library.h"
 #include "win/text.h"
 
 using namespace programs;
+using packages::kMsiKey;
+using packages::kNsisKey;
 
 namespace {
 
 const std::wstring kUninstall = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
-const std::wstring kNsisKey = L"SampleNotes";
-const std::wstring kMsiKey = L"{5D6C0E1A-7B1B-4F0B-9E57-2B6F3C1D0A11}";
-
-void RunToItsEnd(const std::wstring& program, const std::wstring& command_line) {
-    const win::StartedProcess started = win::StartProcess(program, command_line, win::WindowStyle::Normal);
-    REQUIRE(started.process);
-    REQUIRE(WaitForSingleObject(started.process.get(), 60000) == WAIT_OBJECT_0);
-}
 
 std::wstring StoredCommand(const std::wstring& key) {
     wchar_t command[512] = {};
@@ -62,8 +55,7 @@ TEST_CASE("A program is gone from the list after its own uninstaller has run") {
     Lists lists;
 
     SUBCASE("NSIS, told to stay one process") {
-        const std::wstring setup = StandIn::built(L"sample_nsis.exe");
-        RunToItsEnd(setup, L"\"" + setup + L"\" /S");
+        packages::InstallNsis();
         REQUIRE(win::Contains(StoredCommand(kNsisKey), L"_?="));
         REQUIRE(lists.has(kNsisKey));
         const std::wstring folder = SelectedProgram(lists.programs.list)->install_folder;
@@ -74,8 +66,7 @@ TEST_CASE("A program is gone from the list after its own uninstaller has run") {
         CHECK_FALSE(win::IsFile(folder + L"\\sample.nsi"));
     }
     SUBCASE("NSIS, which hands over to a copy of itself and ends: gone at a later refresh") {
-        const std::wstring setup = StandIn::built(L"sample_nsis.exe");
-        RunToItsEnd(setup, L"\"" + setup + L"\" /S");
+        packages::InstallNsis();
         const std::wstring command = StoredCommand(kNsisKey);
         StoreCommand(kNsisKey, command.substr(0, command.find(L" _?=")));
         REQUIRE(lists.has(kNsisKey));
@@ -85,8 +76,7 @@ TEST_CASE("A program is gone from the list after its own uninstaller has run") {
         CHECK_FALSE(lists.has(kNsisKey));
     }
     SUBCASE("Windows Installer") {
-        RunToItsEnd(win::SystemDirectory() + L"\\msiexec.exe",
-                    L"msiexec.exe /i \"" + StandIn::built(L"sample.msi") + L"\" /qn");
+        packages::InstallMsi();
         // The command that Windows stores asks what to do with the program; nobody would answer here.
         REQUIRE(win::Contains(StoredCommand(kMsiKey), L"MsiExec.exe /"));
         StoreCommand(kMsiKey, L"MsiExec.exe /X" + kMsiKey + L" /qn");

@@ -1,11 +1,10 @@
 #include "programs/current_user.h"
 #include "programs/file_icon.h"
 #include "programs/uninstall_scan.h"
-#include "startup/path.h"
-#include "win/process.h"
 #include "win/system_library.h"
 #include "win/text.h"
 
+#include "support/sample_packages.h"
 #include "support/show.h"
 #include "support/test_host.h"
 #include "support/test_list.h"
@@ -14,23 +13,6 @@
 using programs::Column;
 
 namespace {
-
-const std::wstring kMsiExec = win::SystemDirectory() + L"\\msiexec.exe";
-constexpr wchar_t kProductCode[] = L"{5D6C0E1A-7B1B-4F0B-9E57-2B6F3C1D0A11}";
-
-// The folder of this program, where the packages lie too.
-std::wstring OwnFolder() {
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return startup::ParentFolder(path);
-}
-
-void RunToItsEnd(const std::wstring& program, const std::wstring& command_line) {
-    constexpr DWORD kPatience = 60000;
-    const win::StartedProcess started = win::StartProcess(program, command_line, win::WindowStyle::Normal);
-    REQUIRE(started.process);
-    REQUIRE(WaitForSingleObject(started.process.get(), kPatience) == WAIT_OBJECT_0);
-}
 
 std::wstring Today() {
     SYSTEMTIME now = {};
@@ -49,33 +31,31 @@ TEST_CASE("what installers bring is in the list until it is uninstalled") {
     const win::ImageList icons = programs::CreateSmallIconList();
     const programs::ScanOptions options = {true, false};
     TestHost host;
-    const auto row_of = [&](const wchar_t* key) {
+    const auto row_of = [&](const std::wstring& key) {
         programs::ScanUninstallKeys({list.list, updates.list, icons.get()}, options, programs::CurrentUserSid(), host);
         const int row = list.list.find(Column::RegistryKey, key);
         return row < 0 ? std::vector<std::wstring>() : list.rows()[static_cast<std::size_t>(row)];
     };
 
     SUBCASE("NSIS") {
-        const std::wstring setup = OwnFolder() + L"\\sample_nsis.exe";
-        CHECK(row_of(L"SampleNotes").empty());
-        RunToItsEnd(setup, L"\"" + setup + L"\" /S");
-        const auto row = row_of(L"SampleNotes");
+        CHECK(row_of(packages::kNsisKey).empty());
+        packages::InstallNsis();
+        const auto row = row_of(packages::kNsisKey);
         REQUIRE(!row.empty());
         const std::wstring folder = row[Column::InstallFolder];
         const std::wstring uninstaller = folder + L"\\uninstall.exe";
         REQUIRE(win::IsFile(uninstaller));
         CHECK(row == std::vector<std::wstring>{L"小さなメモ帳", L"見本工房", L"1.50MB", L"20100401", folder,
-                                               L"\"" + uninstaller + L"\" /S _?=" + folder, L"SampleNotes",
+                                               L"\"" + uninstaller + L"\" /S _?=" + folder, packages::kNsisKey,
                                                L"00001.50"});
         CHECK(ImageList_GetImageCount(icons.get()) == list.list.count());
-        RunToItsEnd(uninstaller, row[Column::UninstallCommand]);
-        CHECK(row_of(L"SampleNotes").empty());
+        packages::RunToItsEnd(uninstaller, row[Column::UninstallCommand]);
+        CHECK(row_of(packages::kNsisKey).empty());
     }
     SUBCASE("Windows Installer") {
-        const std::wstring package = L"\"" + OwnFolder() + L"\\sample.msi\"";
-        CHECK(row_of(kProductCode).empty());
-        RunToItsEnd(kMsiExec, L"msiexec.exe /i " + package + L" /qn");
-        auto row = row_of(kProductCode);
+        CHECK(row_of(packages::kMsiKey).empty());
+        packages::InstallMsi();
+        auto row = row_of(packages::kMsiKey);
         REQUIRE(!row.empty());
         // Wine writes no size; Windows the real one.
         CHECK(win::EndsWith(row[Column::Size], L"MB"));
@@ -84,11 +64,10 @@ TEST_CASE("what installers bring is in the list until it is uninstalled") {
         row.erase(row.begin() + Column::Size);
         const std::wstring command = row[Column::UninstallCommand - 1];
         CHECK(row == std::vector<std::wstring>{L"Sample Dictionary", L"Sample Works", Today(),
-                                               L"C:\\Program Files\\SampleDictionary\\", command, kProductCode});
-        CHECK((command == L"MsiExec.exe /I" + std::wstring(kProductCode) ||
-               command == L"MsiExec.exe /X" + std::wstring(kProductCode)));
+                                               L"C:\\Program Files\\SampleDictionary\\", command, packages::kMsiKey});
+        CHECK((command == L"MsiExec.exe /I" + packages::kMsiKey || command == L"MsiExec.exe /X" + packages::kMsiKey));
         CHECK(ImageList_GetImageCount(icons.get()) == list.list.count());
-        RunToItsEnd(kMsiExec, L"msiexec.exe /x " + std::wstring(kProductCode) + L" /qn");
-        CHECK(row_of(kProductCode).empty());
+        packages::RunMsiExec(L"/x " + packages::kMsiKey + L" /qn");
+        CHECK(row_of(packages::kMsiKey).empty());
     }
 }
