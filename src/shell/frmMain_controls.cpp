@@ -173,7 +173,7 @@ int frmMain::strip_height(int width) {
 }
 
 void frmMain::arrange() {
-    if (IsIconic(window_)) return;
+    if (IsIconic(window_) || !control(Control::st)) return;
     RECT client = {};
     RECT status_bar = {};
     GetClientRect(window_, &client);

@@ -11,6 +11,16 @@ constexpr int kFontSlot = 0;
 
 HFONT FontOf(HWND label) { return reinterpret_cast<HFONT>(static_cast<LONG_PTR>(GetWindowLongW(label, kFontSlot))); }
 
+int Brightness(COLORREF colour) { return 3 * GetRValue(colour) + 6 * GetGValue(colour) + GetBValue(colour); }
+
+// The system's colour of links, unless a colour scheme makes it one that cannot be read on the window.
+COLORREF LinkColour() {
+    constexpr int kLeastContrast = 800;  // of 2550
+    const COLORREF link = GetSysColor(COLOR_HOTLIGHT);
+    const int contrast = Brightness(link) - Brightness(GetSysColor(COLOR_BTNFACE));
+    return contrast > -kLeastContrast && contrast < kLeastContrast ? GetSysColor(COLOR_BTNTEXT) : link;
+}
+
 void Paint(HWND label) {
     PAINTSTRUCT paint = {};
     const HDC dc = BeginPaint(label, &paint);
@@ -24,7 +34,7 @@ void Paint(HWND label) {
         look.lfUnderline = link;
         const win::Font font(CreateFontIndirectW(&look));
         const win::Selected selected(dc, font.get());
-        SetTextColor(dc, GetSysColor(link ? COLOR_HOTLIGHT : COLOR_BTNTEXT));
+        SetTextColor(dc, link ? LinkColour() : GetSysColor(COLOR_BTNTEXT));
         SetBkColor(dc, GetSysColor(COLOR_BTNFACE));
         ExtTextOutW(dc, 0, 0, ETO_OPAQUE, &area, L"", 0, nullptr);
         RECT line = {area.left + 1, area.top, area.right - 1, area.bottom};
