@@ -16,7 +16,6 @@
 
 namespace {
 
-constexpr wchar_t kMachine[] = L"Software\\QorvenixBench\\machine";
 constexpr wchar_t kUninstall[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
 
 double Milliseconds() {
@@ -27,14 +26,16 @@ double Milliseconds() {
     return static_cast<double>(now.QuadPart) * 1000.0 / static_cast<double>(frequency.QuadPart);
 }
 
-// Fills the Uninstall key with programs as installers write them, every fourth of them an update.
+// An Uninstall key with programs as installers write them, every fourth of them an update.
 class Entries {
 public:
-    explicit Entries(int count) {
+    explicit Entries(int count)
+        : root_path_(L"Software\\QorvenixBench\\" + win::ToText(count)),
+          key_(HKEY_CURRENT_USER, root_path_ + L"\\" + kUninstall) {
         for (int number = 0; number < count; ++number) {
             const bool update = number % 4 == 0;
-            const std::wstring name = (update ? L"KB" : L"{8A0C6A00-0000-4000-8000-") +
-                                      win::PadZeros(static_cast<unsigned>(number), 12) + (update ? L"" : L"}");
+            const std::wstring digits = win::PadZeros(static_cast<unsigned>(number), 12);
+            const std::wstring name = update ? L"KB" + digits : L"{8A0C6A00-0000-4000-8000-" + digits + L"}";
             key_.set_text(name, L"DisplayName", L"日本語のプログラム " + win::ToText(number));
             key_.set_text(name, L"Publisher", update ? L"Microsoft Corporation" : L"株式会社プログラム");
             key_.set_text(name, L"UninstallString", L"MsiExec.exe /X" + name);
@@ -43,12 +44,13 @@ public:
             key_.set_text(name, L"DisplayIcon", L"C:\\windows\\regedit.exe,0");
             key_.set_number(name, L"EstimatedSize", static_cast<DWORD>(number) * 1000);
         }
-        RegOpenKeyExW(HKEY_CURRENT_USER, kMachine, 0, KEY_ALL_ACCESS, root_.put());
+        RegOpenKeyExW(HKEY_CURRENT_USER, root_path_.c_str(), 0, KEY_ALL_ACCESS, root_.put());
     }
     HKEY root() const { return root_.get(); }
 
 private:
-    TestKey key_{HKEY_CURRENT_USER, std::wstring(kMachine) + L"\\" + kUninstall};
+    std::wstring root_path_;
+    TestKey key_;
     win::RegKey root_;
 };
 
@@ -91,29 +93,54 @@ private:
     TestHost host_;
 };
 
-// The best of several runs: other programs only ever add to a time.
-template <class Work>
-double BestOf(int runs, Work&& work) {
-    double best = 0;
-    for (int run = 0; run < runs; ++run) {
-        const double start = Milliseconds();
-        work();
-        const double time = Milliseconds() - start;
-        if (run == 0 || time < best) best = time;
-    }
-    return best;
-}
+// One number of entries, measured again and again beside the others, because other programs disturb all alike. The
+// best time counts: a disturbance only ever adds.
+class Measurement {
+public:
+    explicit Measurement(int count) : entries_(count), count_(count) {}
 
-double MeasureFill(int count, int runs) {
-    const Entries entries(count);
-    const RootOverride machine(HKEY_LOCAL_MACHINE, entries.root());
-    Lists lists;
-    lists.scan();
-    const double loop = BestOf(runs, BareLoop);
-    const double fill = BestOf(runs, [&] { lists.scan(); });
-    std::printf("%5d entries: fill %8.1f ms, bare loop %8.1f ms, ratio %.2f (%d rows)\n", count, fill, loop,
-                fill / loop, lists.count());
-    return fill;
+    void run() {
+        const RootOverride machine(HKEY_LOCAL_MACHINE, entries_.root());
+        const double start = Milliseconds();
+        BareLoop();
+        const double middle = Milliseconds();
+        lists_.scan();
+        loop_ = std::min(loop_, middle - start);
+        fill_ = std::min(fill_, Milliseconds() - middle);
+    }
+    void print() const {
+        std::printf("%5d entries: fill %8.1f ms, bare loop %8.1f ms, ratio %.2f (%d rows)\n", count_, fill_, loop_,
+                    fill_ / loop_, lists_.count());
+    }
+    double fill() const { return fill_; }
+
+private:
+    Entries entries_;
+    Lists lists_;
+    int count_;
+    double loop_ = 1e9;
+    double fill_ = 1e9;
+};
+
+void MeasureFills() {
+    constexpr int kRounds = 15;
+    Measurement hundred(100);
+    Measurement thousand(1000);
+    Measurement ten_thousand(10000);
+    for (int round = 0; round < kRounds; ++round) {
+        for (int times = 0; times < 10; ++times)
+            hundred.run();
+        for (int times = 0; times < 3; ++times)
+            thousand.run();
+        ten_thousand.run();
+    }
+    for (const Measurement* each : {&hundred, &thousand, &ten_thousand})
+        each->print();
+    std::printf("1,000 to 100: %.1f, 10,000 to 1,000: %.1f\n", thousand.fill() / hundred.fill(),
+                ten_thousand.fill() / thousand.fill());
+    Measurement twenty_thousand(20000);
+    twenty_thousand.run();
+    twenty_thousand.print();
 }
 
 void MeasureLeaks(int refreshes) {
@@ -136,11 +163,7 @@ void MeasureLeaks(int refreshes) {
 }  // namespace
 
 int wmain() {
-    const double hundred = MeasureFill(100, 21);
-    const double thousand = MeasureFill(1000, 21);
-    const double ten_thousand = MeasureFill(10000, 7);
-    MeasureFill(20000, 1);
-    std::printf("1,000 to 100: %.1f, 10,000 to 1,000: %.1f\n", thousand / hundred, ten_thousand / thousand);
+    MeasureFills();
     MeasureLeaks(1000);
     return 0;
 }

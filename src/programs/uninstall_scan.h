@@ -25,7 +25,7 @@ struct Column {
 // Of both lists, in the order of Column.
 inline constexpr ui::Column kColumns[] = {
     {L"プログラム名", 260},         {L"発行元", 150},
-    {L"サイズ", 76, LVCFMT_RIGHT},  {L"導入日", 76},
+    {L"サイズ", 84, LVCFMT_RIGHT},  {L"導入日", 76},
     {L"インストールフォルダ", 200}, {L"アンインストール コマンド", 240},
     {L"レジストリキー", 180},       {L"計算用", 0},
 };

@@ -18,7 +18,7 @@ struct Column {
 };
 
 // In the order of Column.
-inline constexpr ui::Column kColumns[] = {{L"名前", 180}, {L"値", 320}, {L"場所", 320}, {L"説明", 180}};
+inline constexpr ui::Column kColumns[] = {{L"名前", 150}, {L"値", 260}, {L"場所", 200}, {L"説明", 160}};
 
 // Stands directly behind the target of a shortcut that leads nowhere.
 inline constexpr std::wstring_view kBrokenLink = L"<リンク切れ>";
