@@ -5,7 +5,6 @@
 #include "win/text.h"
 
 #include <algorithm>
-#include <iterator>
 #include <span>
 
 namespace services {

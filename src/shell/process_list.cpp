@@ -1,9 +1,7 @@
 #include "shell/process_list.h"
 
 #include "win/automation.h"
-#include "win/text.h"
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
