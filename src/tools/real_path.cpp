@@ -102,6 +102,23 @@ win::File OpenRealFolder(const std::wstring& path) {
     return folder;
 }
 
+bool DeleteRealFile(const std::wstring& path) {
+    using SetInformation = BOOL(WINAPI*)(HANDLE, int, void*, DWORD);
+    constexpr int kDisposition = 4;  // FileDispositionInfo
+    static const auto set_information =
+        win::FindFunction<SetInformation>(GetModuleHandleW(L"kernel32.dll"), "SetFileInformationByHandle");
+    if (!set_information || !FindFinalPathFunction()) return DeleteFileW(path.c_str()) != FALSE;
+    const win::File file(CreateFileW(path.c_str(), DELETE | FILE_READ_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING,
+                                     FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    if (!file) return false;
+    if (!LiesAt(FinalPath(file.get()), path)) {
+        SetLastError(ERROR_CANT_ACCESS_FILE);
+        return false;
+    }
+    BOOLEAN deletes = TRUE;
+    return set_information(file.get(), kDisposition, &deletes, sizeof deletes) != FALSE;
+}
+
 bool IsLink(const WIN32_FIND_DATAW& entry) {
     const DWORD tag = entry.dwReserved0;
     return (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 && (tag == 0 || (tag & kNameSurrogate) != 0);

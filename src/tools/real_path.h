@@ -25,6 +25,10 @@ bool LiesAt(std::wstring_view real, std::wstring_view path);
 // looked at.
 win::File OpenRealFolder(const std::wstring& path);
 
+// Deletes the file that really lies at `path`, an extended path; false with a link's error ERROR_CANT_ACCESS_FILE. The
+// same opened file is looked at and deleted. Before Windows Vista the file is deleted without a look.
+bool DeleteRealFile(const std::wstring& path);
+
 // What FindFirstFileW tells of an entry: a junction, a mount point or a symbolic link, that is, an entry that leads
 // elsewhere. Other files with a reparse tag (deduplicated, kept in a cloud) are ordinary files. Wine marks a link to a
 // folder with the tag 0.
