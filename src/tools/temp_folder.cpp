@@ -40,6 +40,12 @@ std::wstring Variable(const wchar_t* name) {
     return value;
 }
 
+// Empty where the system has no such folder.
+std::wstring SpecialFolder(int number) {
+    wchar_t path[MAX_PATH] = {};
+    return SHGetSpecialFolderPathW(nullptr, path, number, FALSE) ? path : L"";
+}
+
 std::wstring OwnFolder() {
     std::wstring path(MAX_PATH, L'\0');
     for (;;) {
@@ -63,12 +69,11 @@ std::wstring_view WithoutEndingBackslashes(std::wstring_view path) {
 
 std::vector<std::wstring> KeptFolders() {
     std::vector<std::wstring> folders = {win::WindowsDirectory(), win::SystemDirectory(), OwnFolder()};
-    for (const int number : kKeptFolders) {
-        wchar_t path[MAX_PATH] = {};
-        if (SHGetSpecialFolderPathW(nullptr, path, number, FALSE)) folders.emplace_back(path);
-    }
+    for (const int number : kKeptFolders)
+        folders.push_back(SpecialFolder(number));
     for (const wchar_t* name : kKeptVariables)
         folders.push_back(Variable(name));
+    folders.push_back(startup::JoinPath(SpecialFolder(CSIDL_PROFILE), L"Downloads"));  // has no number
     std::erase_if(folders, [](const std::wstring& folder) { return !HasDrive(folder); });
     return folders;
 }
@@ -92,7 +97,7 @@ bool IsPlainFolder(const std::wstring& path) {
 
 // The folder of all profiles, as it really lies; empty where profiles lie in a drive's root.
 std::wstring ProfilesFolder() {
-    const std::wstring folder = startup::ParentFolder(RealPath(Variable(L"USERPROFILE")));
+    const std::wstring folder = startup::ParentFolder(RealPath(SpecialFolder(CSIDL_PROFILE)));
     return folder.size() < kPrefixLength + kDriveRootLength ? std::wstring() : folder;
 }
 
