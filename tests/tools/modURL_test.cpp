@@ -1,5 +1,6 @@
 #include "tools/modURL.h"
 
+#include "support/automation_double.h"
 #include "support/import_hook.h"
 #include "support/show.h"
 #include "support/test_host.h"
@@ -183,89 +184,64 @@ TEST_CASE("An entry that vanishes between the two calls or is locked costs no ot
     RemoveEntry(locked);
 }
 
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
-
 namespace {
 
-// The URL history as it would be on Windows, noting the call.
-class HistoryDouble final : public IUrlHistoryStg2 {
+constexpr IID kHistoryInterface = {0xAFA0DC11, 0xC313, 0x11D0, {0x83, 0x1A, 0x00, 0xC0, 0x4F, 0xD5, 0xAE, 0x38}};
+constexpr CLSID kHistoryClass = {0x3C374A40, 0xBAE4, 0x11CF, {0xBF, 0x7D, 0x00, 0xAA, 0x00, 0x69, 0x46, 0xEE}};
+
+// What was called of the URL history, and what it answers.
+std::vector<std::string> history_calls;
+HRESULT history_answer = S_OK;
+
+HRESULT Note(const char* call) {
+    history_calls.emplace_back(call);
+    return history_answer;
+}
+
+class HistoryDouble final : public doubles::Counted<IUrlHistoryStg2, kHistoryInterface> {
 public:
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
-        constexpr IID kInterface = {0xAFA0DC11, 0xC313, 0x11D0, {0x83, 0x1A, 0x00, 0xC0, 0x4F, 0xD5, 0xAE, 0x38}};
-        const bool known = id == kInterface || id == IID_IUnknown;
-        *object = known ? this : nullptr;
-        if (known) ++references;
-        return known ? S_OK : E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(++references); }
-    ULONG STDMETHODCALLTYPE Release() override { return static_cast<ULONG>(--references); }
-    HRESULT STDMETHODCALLTYPE AddUrl(LPCOLESTR, LPCOLESTR, DWORD) override { return note("AddUrl"); }
-    HRESULT STDMETHODCALLTYPE DeleteUrl(LPCOLESTR, DWORD) override { return note("DeleteUrl"); }
-    HRESULT STDMETHODCALLTYPE QueryUrl(LPCOLESTR, DWORD, LPSTATURL) override { return note("QueryUrl"); }
-    HRESULT STDMETHODCALLTYPE BindToObject(LPCOLESTR, REFIID, void**) override { return note("BindToObject"); }
-    HRESULT STDMETHODCALLTYPE EnumUrls(IEnumSTATURL**) override { return note("EnumUrls"); }
+    HRESULT STDMETHODCALLTYPE AddUrl(LPCOLESTR, LPCOLESTR, DWORD) override { return Note("AddUrl"); }
+    HRESULT STDMETHODCALLTYPE DeleteUrl(LPCOLESTR, DWORD) override { return Note("DeleteUrl"); }
+    HRESULT STDMETHODCALLTYPE QueryUrl(LPCOLESTR, DWORD, LPSTATURL) override { return Note("QueryUrl"); }
+    HRESULT STDMETHODCALLTYPE BindToObject(LPCOLESTR, REFIID, void**) override { return Note("BindToObject"); }
+    HRESULT STDMETHODCALLTYPE EnumUrls(IEnumSTATURL**) override { return Note("EnumUrls"); }
     HRESULT STDMETHODCALLTYPE AddUrlAndNotify(LPCOLESTR, LPCOLESTR, DWORD, WINBOOL, IOleCommandTarget*,
                                               IUnknown*) override {
-        return note("AddUrlAndNotify");
+        return Note("AddUrlAndNotify");
     }
-    HRESULT STDMETHODCALLTYPE ClearHistory() override { return note("ClearHistory"); }
-
-    std::vector<std::string> calls;
-    HRESULT answer = S_OK;
-    long references = 0;
-
-private:
-    HRESULT note(const char* call) {
-        calls.emplace_back(call);
-        return answer;
-    }
+    HRESULT STDMETHODCALLTYPE ClearHistory() override { return Note("ClearHistory"); }
 };
 
-class HistoryFactory final : public IClassFactory {
+class HistoryFactory final : public doubles::Counted<IClassFactory, IID_IClassFactory> {
 public:
-    explicit HistoryFactory(HistoryDouble& history) : history_(history) {}
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
-        const bool known = id == IID_IClassFactory || id == IID_IUnknown;
-        *object = known ? this : nullptr;
-        return known ? S_OK : E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
-    ULONG STDMETHODCALLTYPE Release() override { return 1; }
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID id, void** object) override {
-        if (!refuses) return history_.QueryInterface(id, object);
         *object = nullptr;
-        return E_ACCESSDENIED;
+        return refuses ? E_ACCESSDENIED : win::ComPtr<HistoryDouble>(new HistoryDouble)->QueryInterface(id, object);
     }
     HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
 
     bool refuses = false;
-
-private:
-    HistoryDouble& history_;
 };
 
 }  // namespace
-
-#pragma GCC diagnostic pop
 
 TEST_CASE("The URL history is cleared by one call of its own object") {
     const win::ComApartment apartment;
     // Wine's history exists and refuses.
     CHECK(tools::ClearUrlHistory() == E_NOTIMPL);
 
-    HistoryDouble history;
-    HistoryFactory factory(history);
-    constexpr CLSID kClass = {0x3C374A40, 0xBAE4, 0x11CF, {0xBF, 0x7D, 0x00, 0xAA, 0x00, 0x69, 0x46, 0xEE}};
+    const long alive = doubles::alive;
+    const win::ComPtr<HistoryFactory> factory(new HistoryFactory);
     DWORD cookie = 0;
-    REQUIRE(SUCCEEDED(CoRegisterClassObject(kClass, &factory, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie)));
+    REQUIRE(SUCCEEDED(
+        CoRegisterClassObject(kHistoryClass, factory.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie)));
     CHECK(tools::ClearUrlHistory() == S_OK);
-    CHECK(history.calls == std::vector<std::string>{"ClearHistory"});
-    history.answer = E_FAIL;
+    CHECK(history_calls == std::vector<std::string>{"ClearHistory"});
+    history_answer = E_FAIL;
     CHECK(tools::ClearUrlHistory() == E_FAIL);
-    factory.refuses = true;
+    factory->refuses = true;
     CHECK(tools::ClearUrlHistory() == E_ACCESSDENIED);
-    CHECK(history.calls.size() == 2);
-    CHECK(history.references == 0);
+    CHECK(history_calls.size() == 2);
+    CHECK(doubles::alive == alive + 1);
     CoRevokeClassObject(cookie);
 }
