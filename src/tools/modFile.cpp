@@ -61,7 +61,7 @@ private:
         host_.hourglass(false);
         if (levels_.empty()) return;
         const std::wstring folder = Extended(path_);
-        if (links_show_ || LiesAt(RealPath(folder), folder)) RemoveDirectoryW(folder.c_str());
+        if (lies_here(folder)) RemoveDirectoryW(folder.c_str());
         path_.resize(levels_.back().path_length);
         found_ = !stopping_ && FindNextFileW(levels_.back().find.get(), &entry_) != FALSE;
     }
@@ -82,13 +82,21 @@ private:
 
     void delete_file() const {
         const std::wstring file = Extended(startup::JoinPath(path_, entry_.cFileName));
-        if (links_show_ ? DeleteFileW(file.c_str()) != FALSE : DeleteRealFile(file)) return;
+        if (remove_file(file)) return;
         const DWORD attributes = entry_.dwFileAttributes;
         if (GetLastError() != ERROR_ACCESS_DENIED || (attributes & FILE_ATTRIBUTE_READONLY) == 0) return;
         // Read-only files go too, but Windows deletes none.
+        if (!lies_here(file)) return;
         SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
-        if (!DeleteFileW(file.c_str())) SetFileAttributesW(file.c_str(), attributes);
+        if (!remove_file(file)) SetFileAttributesW(file.c_str(), attributes);
     }
+
+    bool remove_file(const std::wstring& file) const {
+        return links_show_ ? DeleteFileW(file.c_str()) != FALSE : DeleteRealFile(file);
+    }
+
+    // False for a link that looks like what it leads to.
+    bool lies_here(const std::wstring& path) const { return links_show_ || LiesAt(RealPath(path), path); }
 
     ui::Host& host_;
     ui::PumpNowAndThen pump_;

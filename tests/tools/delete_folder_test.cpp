@@ -46,6 +46,9 @@ TEST_CASE("No link leads out, and none is removed") {
     REQUIRE(MakeHostLink(L"../outside/canary", place.temp + L"\\file link"));
     REQUIRE(MakeHostLink(L"../../outside", inner + L"\\nested link"));
     REQUIRE(MakeHostLink(L"../../outside/folder/canary", inner + L"\\nested file link"));
+    const std::wstring read_only = place.outside + L"\\folder\\another";
+    SetFileAttributesW(read_only.c_str(), FILE_ATTRIBUTE_READONLY);
+    REQUIRE(MakeHostLink(L"../../outside/folder/another", inner + L"\\read-only file link"));
     REQUIRE(MakeHostLink(L"..", inner + L"\\parent"));
     REQUIRE(MakeHostLink(L".", place.temp + L"\\itself"));
     REQUIRE(MakeHostLink(L"folder link", place.temp + L"\\link to a link"));
@@ -54,7 +57,9 @@ TEST_CASE("No link leads out, and none is removed") {
     CHECK(place.canaries_live());
     CHECK(Names(place.temp) == std::vector<std::wstring>{L"empty link", L"file link", L"folder link", L"inner",
                                                          L"itself", L"link to a link"});
-    CHECK(Names(inner) == std::vector<std::wstring>{L"nested file link", L"nested link", L"parent"});
+    CHECK((GetFileAttributesW(read_only.c_str()) & FILE_ATTRIBUTE_READONLY) != 0);
+    CHECK(Names(inner) ==
+          std::vector<std::wstring>{L"nested file link", L"nested link", L"parent", L"read-only file link"});
 }
 
 TEST_CASE("A folder that is not where its path says is left alone") {
