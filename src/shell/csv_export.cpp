@@ -6,11 +6,9 @@
 namespace shell {
 namespace {
 
-constexpr wchar_t kUnfinished[] = L".unfinished";
-
-bool Write(const std::wstring& path, std::string_view bytes) {
+bool Write(const wchar_t* path, std::string_view bytes) {
     const win::File file(
-        CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+        CreateFileW(path, GENERIC_WRITE, 0, nullptr, TRUNCATE_EXISTING, 0, nullptr));
     if (!file) return false;
     DWORD written = 0;
     return WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
@@ -48,11 +46,12 @@ std::string CsvOf(const ui::ListView& list) {
 }
 
 bool WriteWholeFile(const std::wstring& path, std::string_view bytes) {
-    const std::wstring unfinished = path + kUnfinished;
-    if (Write(unfinished, bytes) && MoveFileExW(unfinished.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING)) {
-        return true;
-    }
-    DeleteFileW(unfinished.c_str());
+    const std::wstring folder = path.substr(0, path.rfind(L'\\') + 1);
+    wchar_t unfinished[MAX_PATH] = {};
+    // Makes an empty file of a name that nobody has.
+    if (!GetTempFileNameW(folder.c_str(), L"csv", 0, unfinished)) return false;
+    if (Write(unfinished, bytes) && MoveFileExW(unfinished, path.c_str(), MOVEFILE_REPLACE_EXISTING)) return true;
+    DeleteFileW(unfinished);
     return false;
 }
 

@@ -81,14 +81,15 @@ void frmMain::Form_Load(std::wstring_view argument) {
     load_view_options();
     replace_window_procedure();
     activity_.request(Activity::Request::Rescan);
-    if (closed_) return;
+    if (activity_.close_waits()) return;
     const int show_command = restore_window();
     restore_column_widths();
+    settings_restored_ = true;
     read_font_option();
     arrange();
     if (!win::HasSystemRestore(os_)) remove_tab(Tab::Restore);
     if (argument.size() == 1 && argument[0] >= L'2' && argument[0] <= L'6') select_tab(argument[0] - L'1');
-    if (closed_) return;
+    if (activity_.close_waits()) return;
     focus_view();
     start_monitor();
     ShowWindow(window_, show_command);
@@ -97,13 +98,15 @@ void frmMain::Form_Load(std::wstring_view argument) {
 void frmMain::Form_Activate() {
     if (std::exchange(activated_, true)) return;
     pump();
-    if (closed_ || !IsWindow(window_)) return;
     activity_.request(Activity::Request::Catalogue);
 }
 
 bool frmMain::Form_QueryUnload() { return activity_.request_close(); }
 
-void frmMain::close() {
+// Not at once: the close may have been asked for inside a notification of a control, which still lives in it.
+void frmMain::close() { PostMessageW(window_, kCloseMessage, 0, 0); }
+
+void frmMain::close_now() {
     Form_Unload();
     DestroyWindow(window_);
 }

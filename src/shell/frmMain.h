@@ -29,6 +29,9 @@ inline constexpr wchar_t kMainClass[] = L"Qorvenix.frmMain";
 // Posted to the window once the first list is painted.
 inline constexpr UINT kActivateMessage = WM_APP + 1;
 
+// Posted when the window may close.
+inline constexpr UINT kCloseMessage = WM_APP + 2;
+
 // The index of "情報の更新(&U)" in the File menu.
 inline constexpr int kRefreshIndex = 5;
 
@@ -68,6 +71,7 @@ private:
     bool Form_QueryUnload();
     void Form_Unload();
     void close() override;
+    void close_now();
     void replace_window_procedure();
     void restore_window_procedure();
     void show_status();
@@ -113,6 +117,7 @@ private:
     void refresh_shown();
     void list_filled(Control which);
     void focus_view();
+    void give_focus_on();
     void tb_MouseMove(POINT client);
     void tb_MouseLeave();
     DetailKind detail_kind() const;
@@ -141,6 +146,7 @@ private:
     void command(int id, int code);
     bool translate(const MSG& message);
     bool translate_key(const MSG& message);
+    void walk_focus(bool back);
     bool translate_mnemonic(const MSG& message);
     void dispatch(const MSG& message);
     void dispatch_pending();
@@ -229,6 +235,7 @@ private:
     WNDPROC list_procedure_ = nullptr;
     bool closed_ = false;
     bool activated_ = false;
+    bool settings_restored_ = false;  // before that, what the window shows is not the user's
 
     int dpi_ = 96;
     win::OsVersion os_;
@@ -244,6 +251,7 @@ private:
     std::array<SortState, kControlCount> sort_;
     int hovered_tab_ = -1;
     std::wstring clicked_cell_;  // of the program lists: what "項目コピー" copies
+    POINT pointer_ = {-1, -1};   // where it last moved over one of those two lists
     std::wstring pointed_cell_;  // under the pointer, of the startup and service lists
     startup::StartMenuState start_menu_;
     bool focus_view_wanted_ = false;

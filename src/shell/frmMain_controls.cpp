@@ -50,7 +50,10 @@ void frmMain::create_controls() {
     tooltips_.create(window_, dpi_);
     tooltips_.set_font(font_.get());
     for (const ControlRow& row : AllControls()) {
-        if (row.tip) tooltips_.set(control(row.control), row.tip);
+        if (!row.tip) continue;
+        tooltips_.set(control(row.control), row.tip);
+        // The box in a combo box takes the mouse.
+        if (const HWND box = GetWindow(control(row.control), GW_CHILD)) tooltips_.set(box, row.tip);
     }
     apply_fonts();
     for (const Control which :
@@ -169,6 +172,7 @@ int frmMain::strip_height(int width) {
     SendMessageW(strip, TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&page));
     strip_width_ = width;
     strip_height_ = page.top;
+    InvalidateRect(strip, nullptr, TRUE);
     return strip_height_;
 }
 

@@ -55,11 +55,14 @@ void frmMain::cmdSys_Click(int index) {
         tools::RunMemoryRelease(ui::TextOf(txtMemPath));
         return;
     }
+    const Activity::Command command(activity_);
+    if (!command) return;
     const std::wstring chosen = tools::ChooseMemoryRelease(window_);
     if (!chosen.empty()) ui::SetText(txtMemPath, chosen);
 }
 
 void frmMain::cb_Enter() {
+    if (activity_.running()) return;
     const HWND cb = control(Control::cb);
     std::vector<std::wstring> history = ui::ComboItems(cb);
     const std::wstring text = programs::OpenTypedRegistryPath(ui::TextOf(cb), history);

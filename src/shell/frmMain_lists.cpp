@@ -68,6 +68,9 @@ bool frmMain::blocks_column(const NMHEADERW& change) {
 
 // The lists of startup items and services show the cell under the pointer as their tool tip, and copy it.
 void frmMain::list_MouseMove(Control which, POINT client) {
+    // Windows reports a move without a movement whenever something under the pointer appears or disappears.
+    if (client.x == pointer_.x && client.y == pointer_.y) return;
+    pointer_ = client;
     const ui::ListView view = list(which);
     const auto hit = view.hit_test(client);
     remember_cell(view.window(), hit.row < 0 ? std::wstring() : view.cell(hit.row, hit.column));
@@ -123,6 +126,7 @@ void frmMain::list_pressed(Control which, POINT client) {
 }
 
 void frmMain::list_KeyDown(Control which, WORD key) {
+    if (which != RowOf(shown_tab_).view) return;
     if (is_program_list(which)) program_KeyDown(key);
     if (which == Control::lvStartUp && key == VK_DELETE) mnuStartItem_Click(kDeleteStartupIndex);
 }
@@ -182,6 +186,7 @@ void frmMain::pop_up(Control which, POINT screen) {
 }
 
 void frmMain::control_command(Control which, int code) {
+    if (activity_.running()) return;
     switch (which) {
         case Control::cmdMenu_0:
         case Control::cmdMenu_1:
@@ -212,6 +217,7 @@ void frmMain::cmdMenu_Click(int index) {
     const HWND button = control(Element(Control::cmdMenu_0, index));
     const bool had_focus = GetFocus() == button;
     EnableWindow(button, FALSE);
+    if (had_focus) focus_view();  // a disabled control would keep the keys to itself
     switch (shown_tab_) {
         case Tab::Programs:
         case Tab::Updates:
@@ -227,7 +233,6 @@ void frmMain::cmdMenu_Click(int index) {
             break;
     }
     enable_buttons();
-    if (had_focus && ui::IsShown(button)) SetFocus(button);
 }
 
 // While an uninstaller runs no second one can start; on the other tabs the buttons stay usable.

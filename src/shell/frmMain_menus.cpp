@@ -101,6 +101,7 @@ void frmMain::save_shown_list() {
 }
 
 void frmMain::mnuHelpItem_Click(int index) {
+    if (activity_.running()) return;
     const auto open_if_there = [this](const std::wstring& file) {
         if (PathFileExistsW(file.c_str())) programs::OpenWithShell(window_, file, L"", L"");
     };

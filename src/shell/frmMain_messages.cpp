@@ -75,7 +75,9 @@ LRESULT CALLBACK frmMain::StripProcedure(HWND strip, UINT message, WPARAM wide, 
         case WM_LBUTTONDOWN: {
             form->focus_view_wanted_ = true;
             const LRESULT answer = CallWindowProcW(form->strip_procedure_, strip, message, wide, parameter);
-            if (!form->activity_.running()) form->focus_view();
+            if (form->activity_.running()) return answer;
+            form->focus_view_wanted_ = false;
+            form->focus_view();
             return answer;
         }
         default:
@@ -122,7 +124,7 @@ LRESULT frmMain::message(UINT message, WPARAM wide, LPARAM parameter) {
             if (LOWORD(wide) == WA_INACTIVE && IsChild(window_, GetFocus())) last_focus_ = GetFocus();
             break;
         case WM_SETFOCUS:
-            if (last_focus_) SetFocus(last_focus_);
+            give_focus_on();
             return 0;
         case WM_SYSCOLORCHANGE:
             for (const HWND each : controls_) SendMessageW(each, message, wide, parameter);
@@ -142,6 +144,9 @@ LRESULT frmMain::message(UINT message, WPARAM wide, LPARAM parameter) {
             return 0;
         case WM_NCDESTROY:
             window_ = nullptr;
+            return 0;
+        case kCloseMessage:
+            close_now();
             return 0;
         case kActivateMessage:
             Form_Activate();
@@ -293,19 +298,20 @@ bool frmMain::translate(const MSG& message) {
     }
 }
 
-// Dialog handling is asked for the Tab key alone: it would take Enter away from the lists, and let a plain letter
+// No dialog handling: it would take Enter away from the lists, leave the Tab key to the report, and let a plain letter
 // press "削除(&D)".
 bool frmMain::translate_key(const MSG& message) {
     const bool control_key = IsKeyDown(VK_CONTROL);
     const HWND focus = GetFocus();
     switch (message.wParam) {
         case VK_TAB: {
-            if (!control_key) {
-                MSG copy = message;
-                return IsDialogMessageW(window_, &copy) != FALSE;
+            const bool back = IsKeyDown(VK_SHIFT);
+            if (control_key) {
+                focus_view_wanted_ = true;
+                step_tab(back ? -1 : +1, true);
+            } else {
+                walk_focus(back);
             }
-            focus_view_wanted_ = true;
-            step_tab(IsKeyDown(VK_SHIFT) ? -1 : +1, true);
             return true;
         }
         case VK_F5:
@@ -325,6 +331,16 @@ bool frmMain::translate_key(const MSG& message) {
         default:
             return false;
     }
+}
+
+void frmMain::walk_focus(bool back) {
+    HWND present = GetFocus();
+    while (present && GetParent(present) != window_) present = GetParent(present);  // out of the box in cb
+    const HWND next = GetNextDlgTabItem(window_, present, back);
+    if (!next) return;
+    SendMessageW(window_, WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEFOCUS), 0);
+    SetFocus(next);
+    if (next == control(Control::txtMemPath)) SendMessageW(next, EM_SETSEL, 0, -1);
 }
 
 // Alt with a button's letter, as far as the menu bar does not use it.

@@ -106,8 +106,10 @@ void frmMain::save_column_widths() const {
 }
 
 void frmMain::save_everything() const {
-    save_window();
-    save_column_widths();
+    if (settings_restored_) {
+        save_window();
+        save_column_widths();
+    }
     save_view_options();
 }
 

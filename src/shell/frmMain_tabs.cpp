@@ -203,16 +203,27 @@ void frmMain::sort_again(Control which) {
     list(which).show_sort_arrow(sort.column, sort.order);
 }
 
+// What the tab shows; the strip where that could not be filled and is hidden.
 void frmMain::focus_view() {
-    last_focus_ = control(RowOf(shown_tab_).view);
+    const HWND view = control(RowOf(shown_tab_).view);
+    last_focus_ = ui::IsShown(view) ? view : control(Control::tb);
     if (GetActiveWindow() == window_) SetFocus(last_focus_);
+}
+
+// The frame itself has got the focus, where keys would go nowhere.
+void frmMain::give_focus_on() {
+    if (last_focus_ && ui::IsShown(last_focus_) && IsWindowEnabled(last_focus_)) {
+        SetFocus(last_focus_);
+    } else {
+        focus_view();
+    }
 }
 
 // A control that has just been hidden must not keep the focus: keys would go nowhere.
 void frmMain::keep_focus() {
     const HWND focus = GetFocus();
-    if (focus && IsChild(window_, focus) && !IsWindowVisible(focus)) focus_view();
-    if (!focus && last_focus_ && !ui::IsShown(last_focus_)) last_focus_ = control(RowOf(shown_tab_).view);
+    const bool lost = !focus || (IsChild(window_, focus) && !IsWindowVisible(focus));
+    if (lost) focus_view();
 }
 
 DetailKind frmMain::detail_kind() const {

@@ -20,6 +20,8 @@ void SearchSystemFolderOnly() {
 
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, wchar_t* argument, int) {
     SearchSystemFolderOnly();
+    // A path on a drive without a disk fails; Windows need not ask for the disk.
+    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
     const win::ComApartment apartment;
     shell::frmMain form(instance);
     if (!form.open(argument)) return 1;

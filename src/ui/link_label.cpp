@@ -70,6 +70,8 @@ LRESULT CALLBACK Procedure(HWND label, UINT message, WPARAM wide, LPARAM paramet
             InvalidateRect(label, nullptr, FALSE);
             break;
         case WM_SETCURSOR:
+            // The window says first what it shows, an hourglass perhaps.
+            if (SendMessageW(GetParent(label), message, wide, parameter)) return TRUE;
             if (!IsLink(label)) break;
             SetCursor(LoadCursorW(nullptr, IDC_HAND));
             return TRUE;
