@@ -60,10 +60,18 @@ private:
         levels_.pop_back();
         host_.hourglass(false);
         if (levels_.empty()) return;
-        const std::wstring folder = Extended(path_);
-        if (lies_here(folder)) RemoveDirectoryW(folder.c_str());
+        remove_folder(Extended(path_));
         path_.resize(levels_.back().path_length);
         found_ = !stopping_ && FindNextFileW(levels_.back().find.get(), &entry_) != FALSE;
+    }
+
+    // Read-only folders too, which Windows does not remove.
+    void remove_folder(const std::wstring& folder) const {
+        if (!lies_here(folder) || RemoveDirectoryW(folder.c_str()) || GetLastError() != ERROR_ACCESS_DENIED) return;
+        const DWORD attributes = GetFileAttributesW(folder.c_str());
+        if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_READONLY) == 0) return;
+        SetFileAttributesW(folder.c_str(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY});
+        if (!RemoveDirectoryW(folder.c_str())) SetFileAttributesW(folder.c_str(), attributes);
     }
 
     // True when the entry was a folder that is now the innermost one.
@@ -85,8 +93,9 @@ private:
         if (remove_file(file)) return;
         const DWORD attributes = entry_.dwFileAttributes;
         if (GetLastError() != ERROR_ACCESS_DENIED || (attributes & FILE_ATTRIBUTE_READONLY) == 0) return;
-        // Read-only files go too, but Windows deletes none.
-        if (!lies_here(file)) return;
+        // Read-only files go too, but Windows deletes none. A file with more names stays: its attributes are one, and
+        // the other names may lie outside.
+        if (!lies_here(file) || !HasOneName(file)) return;
         SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
         if (!remove_file(file)) SetFileAttributesW(file.c_str(), attributes);
     }

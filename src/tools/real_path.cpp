@@ -119,6 +119,13 @@ bool DeleteRealFile(const std::wstring& path) {
     return set_information(file.get(), kDisposition, &deletes, sizeof deletes) != FALSE;
 }
 
+bool HasOneName(const std::wstring& path) {
+    const win::File file(CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING,
+                                     FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    BY_HANDLE_FILE_INFORMATION information = {};
+    return file && GetFileInformationByHandle(file.get(), &information) && information.nNumberOfLinks == 1;
+}
+
 bool IsLink(const WIN32_FIND_DATAW& entry) {
     const DWORD tag = entry.dwReserved0;
     return (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 && (tag == 0 || (tag & kNameSurrogate) != 0);

@@ -29,6 +29,9 @@ win::File OpenRealFolder(const std::wstring& path);
 // same opened file is looked at and deleted. Before Windows Vista the file is deleted without a look.
 bool DeleteRealFile(const std::wstring& path);
 
+// Whether the file at `path` has no hard links beside this name; false when it cannot be opened.
+bool HasOneName(const std::wstring& path);
+
 // What FindFirstFileW tells of an entry: a junction, a mount point or a symbolic link, that is, an entry that leads
 // elsewhere. Other files with a reparse tag (deduplicated, kept in a cloud) are ordinary files. Wine marks a link to a
 // folder with the tag 0.

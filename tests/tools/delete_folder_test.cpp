@@ -1,6 +1,9 @@
 #include "support/deletion_place.h"
 #include "support/host_link.h"
+#include "support/import_hook.h"
 #include "support/show.h"
+
+#include <set>
 
 using namespace deletion;
 using tools::DeleteFolderContents;
@@ -60,6 +63,51 @@ TEST_CASE("No link leads out, and none is removed") {
     CHECK((GetFileAttributesW(read_only.c_str()) & FILE_ATTRIBUTE_READONLY) != 0);
     CHECK(Names(inner) ==
           std::vector<std::wstring>{L"nested file link", L"nested link", L"parent", L"read-only file link"});
+}
+
+TEST_CASE("A hard link goes, but a read-only one stays: its attribute is the outside file's too") {
+    Place place;
+    const std::wstring canary = place.outside + L"\\canary";
+    const std::wstring another = place.outside + L"\\folder\\another";
+    REQUIRE(CreateHardLinkW((place.temp + L"\\plain").c_str(), canary.c_str(), nullptr));
+    REQUIRE(CreateHardLinkW((place.temp + L"\\read-only").c_str(), another.c_str(), nullptr));
+    SetFileAttributesW(another.c_str(), FILE_ATTRIBUTE_READONLY);
+    place.clean();
+    CHECK(Names(place.temp) == std::vector<std::wstring>{L"read-only"});
+    CHECK((GetFileAttributesW(another.c_str()) & FILE_ATTRIBUTE_READONLY) != 0);
+    CHECK(place.canaries_live());
+}
+
+TEST_CASE("Read-only folders go as well, and stay read-only where they are not empty") {
+    // Wine's folders have no such attribute.
+    static std::set<std::wstring> read_only;
+    static decltype(RemoveDirectoryW)* remove = nullptr;
+    const ImportHook get(
+        "GetFileAttributesW", +[](LPCWSTR path) WINAPI -> DWORD {
+            return FILE_ATTRIBUTE_DIRECTORY | (read_only.contains(path) ? FILE_ATTRIBUTE_READONLY : 0U);
+        });
+    const ImportHook set(
+        "SetFileAttributesW", +[](LPCWSTR path, DWORD attributes) WINAPI -> BOOL {
+            if ((attributes & FILE_ATTRIBUTE_READONLY) == 0) return read_only.erase(path) != 0;
+            return read_only.insert(path).second;
+        });
+    const ImportHook hook(
+        "RemoveDirectoryW", +[](LPCWSTR path) WINAPI -> BOOL {
+            if (!read_only.contains(path)) return remove(path);
+            SetLastError(ERROR_ACCESS_DENIED);
+            return FALSE;
+        });
+    REQUIRE((get && set && hook));
+    remove = hook.original<decltype(RemoveDirectoryW)>();
+    Place place;
+    const std::wstring keeps = place.temp + L"\\keeps";
+    MakeFolder(place.temp + L"\\empty");
+    MakeFolder(keeps);
+    MakeFile(keeps + L"\\system", FILE_ATTRIBUTE_SYSTEM);
+    read_only = {Raw(place.temp + L"\\empty"), Raw(keeps)};
+    place.clean();
+    CHECK(Names(place.temp) == std::vector<std::wstring>{L"keeps"});
+    CHECK(read_only == std::set<std::wstring>{Raw(keeps)});
 }
 
 TEST_CASE("A folder that is not where its path says is left alone") {
