@@ -42,6 +42,7 @@ std::optional<StartupEntry> SelectedStartupEntry(const ui::ListView& list) {
         .value = list.cell(row, Column::Value),
         .location = list.cell(row, Column::Location),
         .description = list.cell(row, Column::Description),
+        .name_goes_on = list.tag(row) == kNameGoesOn,
     };
 }
 
@@ -56,7 +57,7 @@ bool DeleteStartupEntry(const StartupEntry& entry, ui::Host& host) {
         const std::wstring key_path = entry.location.substr(scope->tag.size());
         win::RegKey key;
         if (RegOpenKeyExW(scope->root, key_path.c_str(), 0, KEY_SET_VALUE, key.put()) != ERROR_SUCCESS) return false;
-        RegDeleteValueW(key.get(), entry.name.c_str());
+        if (!entry.name_goes_on) RegDeleteValueW(key.get(), entry.name.c_str());
         return true;
     }
     DeleteFileW(EntryFile(entry).c_str());

@@ -16,6 +16,7 @@ struct StartupEntry {
     std::wstring value;
     std::wstring location;  // a folder, or a scope tag and a registry key
     std::wstring description;
+    bool name_goes_on = false;  // kNameGoesOn
 };
 
 std::optional<StartupEntry> SelectedStartupEntry(const ui::ListView& list);
@@ -27,7 +28,8 @@ bool IsRegistryEntry(std::wstring_view location);
 std::wstring EntryFile(const StartupEntry& entry);
 
 // After a question, deletes the registry value or the file in the startup folder. True when the list is to be
-// refreshed; false after Cancel and where the registry key cannot be written.
+// refreshed; false after Cancel and where the registry key cannot be written. A value whose name goes on behind a NUL
+// stays, and so does the one that has the shown part for its name.
 bool DeleteStartupEntry(const StartupEntry& entry, ui::Host& host);
 
 // Opens the startup folder in the Explorer, or the registry key in the registry editor.

@@ -25,9 +25,9 @@ public:
 
 private:
     void add_file(const std::wstring& folder, const std::wstring& name);
-    void add_value(const std::wstring& name, const std::wstring& command_line, const std::wstring& location);
+    void add_value(std::wstring_view whole_name, const std::wstring& command_line, const std::wstring& location);
     void add_row(const std::wstring& name, const std::wstring& value, const std::wstring& location,
-                 const std::wstring& description, const std::wstring& icon_path);
+                 const std::wstring& description, const std::wstring& icon_path, LPARAM tag = 0);
 
     ui::ListView list_;
     FileProbe probe_;
@@ -69,20 +69,21 @@ void Fill::scan_run_key(HKEY hive, const wchar_t* key_path) {
                           &bytes) != ERROR_SUCCESS) {
             return;
         }
-        add_value(std::wstring(win::CutAtNul(std::wstring_view(name).substr(0, length))),
-                  std::wstring(programs::RegistryText(data, bytes)), location);
+        add_value(std::wstring_view(name).substr(0, length), std::wstring(programs::RegistryText(data, bytes)),
+                  location);
     }
 }
 
-void Fill::add_value(const std::wstring& name, const std::wstring& command_line, const std::wstring& location) {
+void Fill::add_value(std::wstring_view whole_name, const std::wstring& command_line, const std::wstring& location) {
     const std::wstring path = ResolveCommandPath(command_line, probe_);
     const std::wstring description = probe_.exists(path) ? descriptions_.describe(path) : std::wstring();
-    add_row(name, command_line, location, description, path);
+    const std::wstring name(win::CutAtNul(whole_name));
+    add_row(name, command_line, location, description, path, name.size() < whole_name.size() ? kNameGoesOn : 0);
 }
 
 void Fill::add_row(const std::wstring& name, const std::wstring& value, const std::wstring& location,
-                   const std::wstring& description, const std::wstring& icon_path) {
-    const int row = list_.add_row(name, 0, probe_.reachable(icon_path) ? GetSystemIconIndex(icon_path) : 0);
+                   const std::wstring& description, const std::wstring& icon_path, LPARAM tag) {
+    const int row = list_.add_row(name, tag, probe_.reachable(icon_path) ? GetSystemIconIndex(icon_path) : 0);
     list_.set_cell(row, Column::Value, value);
     list_.set_cell(row, Column::Location, location);
     list_.set_cell(row, Column::Description, description);

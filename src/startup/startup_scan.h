@@ -27,6 +27,10 @@ inline constexpr std::wstring_view kBrokenLink = L"<リンク切れ>";
 inline constexpr wchar_t kRunKey[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
 inline constexpr wchar_t kRunOnceKey[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
 
+// The row's tag where the value's real name goes on behind a NUL. Windows' functions take the shown part for the name
+// of another value, or of none.
+inline constexpr LPARAM kNameGoesOn = 1;
+
 // Empties the list and fills it: the user's startup folder, that of all users, Run and RunOnce of the machine, Run and
 // RunOnce of the user. Messages are processed between these six. Row images are indexes into the system's small image
 // list, which the list must already have.

@@ -3,6 +3,7 @@
 #include "startup/modAPI.h"
 #include "startup/shell_files.h"
 #include "startup/startup_scan.h"
+#include "support/native_names.h"
 #include "support/recorder.h"
 #include "support/show.h"
 #include "support/test_folder.h"
@@ -123,6 +124,22 @@ TEST_CASE("An entry is deleted from each of the six places, after a question, an
     CHECK(list.rows.list.count() == 5);
     CHECK(list.has(L"keep me.lnk", kept.folder));
     CHECK(list.has(L"Foo", keys[3].location));
+}
+
+TEST_CASE("Deleting a value whose name goes on behind a NUL spares the value of the shown name") {
+    REQUIRE_THROW_AWAY();
+    const TestKey key(HKEY_CURRENT_USER, kRun);
+    key.set_text(L"", L"Foo", L"foo.exe");
+    REQUIRE(native::SetText(key.get(), std::wstring(L"Foo\0x", 5), L"hidden.exe"));
+    List list;
+    for (const wchar_t* value : {L"hidden.exe", L"foo.exe"}) {
+        list.rows.list.select(list.rows.list.find(Column::Value, value));
+        const auto entry = SelectedStartupEntry(list.rows.list);
+        REQUIRE(entry);
+        CHECK(entry->name == L"Foo");
+        CHECK(DeleteStartupEntry(*entry, list.host));
+        CHECK(ValueExists(key.get(), L"Foo") == entry->name_goes_on);
+    }
 }
 
 TEST_CASE("What vanishes while the question is open is no error; a key that cannot be opened asks for no refresh") {
