@@ -11,7 +11,7 @@ StartedProcess StartProcess(const std::wstring& application, std::wstring comman
     startup.wShowWindow = static_cast<WORD>(style);
     PROCESS_INFORMATION started = {};
     if (!CreateProcessW(application.empty() ? nullptr : application.c_str(), command_line.data(), nullptr, nullptr,
-                        FALSE, 0, nullptr, nullptr, &startup, &started)) {
+                        FALSE, CREATE_DEFAULT_ERROR_MODE, nullptr, nullptr, &startup, &started)) {
         return {};
     }
     Handle thread(started.hThread);

@@ -20,7 +20,8 @@ struct StartedProcess {
 };
 
 // CreateProcessW with a command line as it stands. `application` is the full path of the program to run, so that
-// nothing planted along an unquoted path can run instead; empty leaves the search to Windows.
+// nothing planted along an unquoted path can run instead; empty leaves the search to Windows. This program's error mode
+// (no "There is no disk in the drive") is not passed on.
 StartedProcess StartProcess(const std::wstring& application, std::wstring command_line, WindowStyle style);
 
 // A program of Windows' own ("regedit.exe"), found by FindSystemFile and started with `command_line` as it stands.
