@@ -56,11 +56,12 @@ CommandProgram FindCommandProgram(std::wstring_view command) {
     for (std::size_t end = command.size(); end != command.npos && end > 0; end = command.rfind(L' ', end - 1)) {
         const std::wstring name(win::TrimBlanks(command.substr(0, end)));
         const std::wstring_view rest = command.substr(end);
+        const bool full = IsFullPath(name);
         // Nobody means the file "C:\Program" or "C:\Program.exe" by "C:\Program Files" or a path into it.
-        if (IsFullPath(name) && PathIsDirectoryW(name.c_str())) return {};
-        if (!HasExtension(name) && ContinuesPath(rest)) continue;
-        std::wstring path = FindProgram(name);
+        const bool is_part = full && !HasExtension(name) && ContinuesPath(rest);
+        std::wstring path = is_part ? std::wstring() : FindProgram(name);
         if (!path.empty()) return {std::move(path), std::wstring(win::TrimLeadingBlanks(rest))};
+        if (full && PathIsDirectoryW(name.c_str())) return {};
     }
     return {};
 }

@@ -20,6 +20,9 @@ TEST_CASE("A command names its quoted part or its longest leading part that is a
     const std::wstring document = folder.make_file(L"My App\\read me.txt");
     const std::wstring planted = folder.make_file(L"My.exe");
     SetCurrentDirectoryW(base.c_str());
+    folder.make_folder(L"setup");
+    const std::wstring setup = folder.make_file(L"setup.exe");
+    const std::wstring run_dll = win::SystemDirectory() + L"\\rundll32.exe";
     const std::wstring installer = win::SystemDirectory() + L"\\msiexec.exe";
 
     const struct {
@@ -42,6 +45,9 @@ TEST_CASE("A command names its quoted part or its longest leading part that is a
         {L"msiexec.exe /X{A-B}", installer, L"/X{A-B}"},
         {L"msiexec /X{A-B}", installer, L"/X{A-B}"},
         {L"\"msiexec\" /X{A-B}", installer, L"/X{A-B}"},
+        {L"rundll32 a.dll,Install %SystemRoot%\\x.inf", run_dll, L"a.dll,Install %SystemRoot%\\x.inf"},
+        {base + L"\\setup /u", setup, L"/u"},
+        {base + L"\\setup files\\gone", L"", L""},
         // A path that leads on behind the blank, or to a folder, is no command for the file before the blank.
         {base + L"\\My App\\gone.exe /S", L"", L""},
         {base + L"\\My App\\gone /S", L"", L""},
@@ -148,8 +154,9 @@ TEST_CASE("Where a start needs elevation the system asks, and the program is wai
     REQUIRE(recorder.install(program));
     const ImportHook refused(
         "CreateProcessW",
-        +[](LPCWSTR, LPWSTR, LPSECURITY_ATTRIBUTES, LPSECURITY_ATTRIBUTES, BOOL, DWORD, LPVOID, LPCWSTR, LPSTARTUPINFOW,
-            LPPROCESS_INFORMATION) WINAPI -> BOOL {
+        +[](LPCWSTR, LPWSTR, LPSECURITY_ATTRIBUTES, LPSECURITY_ATTRIBUTES, BOOL, DWORD flags, LPVOID, LPCWSTR,
+            LPSTARTUPINFOW, LPPROCESS_INFORMATION) WINAPI -> BOOL {
+            CHECK((flags & CREATE_DEFAULT_ERROR_MODE) != 0);
             SetLastError(740);
             return FALSE;
         });
