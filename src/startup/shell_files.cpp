@@ -24,6 +24,29 @@ std::wstring TargetByShellLink(const std::wstring& file) {
     return target;
 }
 
+std::wstring StoredTarget(const std::wstring& file) {
+    const win::Object shortcut = win::Object::create(L"WScript.Shell").get_object(L"CreateShortcut", file);
+    win::Variant target;
+    if (FAILED(shortcut.invoke(L"TargetPath", {}, &target))) return TargetByShellLink(file);
+    // The script host takes paths through the ANSI code page; "?" stands for what that lacks and is in no path.
+    const std::wstring exact = win::Contains(target.text(), L"?") ? TargetByShellLink(file) : std::wstring();
+    return exact.empty() ? target.text() : exact;
+}
+
+// On 64-bit Windows the shell may tell a 32-bit program "C:\Program Files (x86)\..." where the shortcut says
+// "C:\Program Files\...".
+std::wstring WhereProgramsLie(const std::wstring& target) {
+    wchar_t native[MAX_PATH] = {};
+    if (!GetEnvironmentVariableW(L"ProgramW6432", native, MAX_PATH)) return target;
+    for (const int csidl : {CSIDL_PROGRAM_FILES, CSIDL_PROGRAM_FILESX86}) {
+        const std::wstring folder = GetSpecialFolderPath(csidl);
+        if (folder.empty() || !win::BeginsWith(win::LowerCase(target), win::LowerCase(folder) + L"\\")) continue;
+        const std::wstring native_target = native + target.substr(folder.size());
+        if (!PathFileExistsW(target.c_str()) && PathFileExistsW(native_target.c_str())) return native_target;
+    }
+    return target;
+}
+
 }  // namespace
 
 std::wstring GetSpecialFolderPath(int csidl) {
@@ -34,10 +57,7 @@ std::wstring GetSpecialFolderPath(int csidl) {
 
 std::wstring GetShortcutTarget(const std::wstring& file) {
     if (!win::EndsWith(win::LowerCase(file), L".lnk")) return {};
-    const win::Object shortcut = win::Object::create(L"WScript.Shell").get_object(L"CreateShortcut", file);
-    win::Variant target;
-    if (SUCCEEDED(shortcut.invoke(L"TargetPath", {}, &target))) return target.text();
-    return TargetByShellLink(file);
+    return WhereProgramsLie(StoredTarget(file));
 }
 
 int GetSystemIconIndex(const std::wstring& path) {

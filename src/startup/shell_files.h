@@ -13,7 +13,8 @@ namespace startup {
 std::wstring GetSpecialFolderPath(int csidl);
 
 // The target of a ".lnk" file; empty for any other file and for a shortcut without one. WScript.Shell is asked first,
-// IShellLinkW where that cannot tell: a target must not seem gone because scripts are switched off.
+// IShellLinkW where that cannot tell: a target must not seem gone because scripts are switched off. A missing target
+// in the Program Files folder of 32-bit programs is the file in that of 64-bit programs where there is one.
 std::wstring GetShortcutTarget(const std::wstring& file);
 
 // The index of the file's icon in the system's image list; 0, the icon of an unknown file, when the shell has none.

@@ -243,6 +243,21 @@ TEST_CASE("the script host tells a shortcut's target; where it cannot, the shell
         const auto host = ScriptHost(S_OK, L"");
         CHECK(startup::GetShortcutTarget(link) == L"");
     }
+    SUBCASE("told with characters lost") {
+        const auto host = ScriptHost(S_OK, L"C:\\st?red.exe");
+        CHECK(startup::GetShortcutTarget(link) == L"C:\\stored.exe");
+    }
+    SUBCASE("told to lie among the 32-bit programs") {
+        const std::wstring told = startup::GetSpecialFolderPath(CSIDL_PROGRAM_FILES) + L"\\only 64-bit.exe";
+        const auto host = ScriptHost(S_OK, told);
+        wchar_t native[MAX_PATH] = {};
+        GetEnvironmentVariableW(L"ProgramW6432", native, MAX_PATH);
+        SetEnvironmentVariableW(L"ProgramW6432", startup.programs.path().c_str());
+        CHECK(startup::GetShortcutTarget(link) == told);
+        const std::wstring program = startup.programs.make_file(L"only 64-bit.exe");
+        CHECK(startup::GetShortcutTarget(link) == program);
+        SetEnvironmentVariableW(L"ProgramW6432", native);
+    }
     SUBCASE("the object fails") {
         const auto host = ScriptHost(E_NOTIMPL, L"");
         CHECK(startup::GetShortcutTarget(link) == L"C:\\stored.exe");
