@@ -120,11 +120,14 @@ std::optional<std::wstring> FolderToEmpty(std::wstring_view folder) {
     const std::wstring named(WithoutEndingBackslashes(folder));
     if (!HasDrive(named) || !IsPlainFolder(named)) return {};
     const std::wstring real(WithoutEndingBackslashes(RealPath(named)));
-    if (real.size() <= kPrefixLength || !HasDrive(real.substr(kPrefixLength))) return {};
+    if (real.size() <= kPrefixLength) return {};
+    const std::wstring path = real.substr(kPrefixLength);
+    // Before Windows Vista a mapped drive keeps its letter.
+    if (!HasDrive(path) || startup::IsOnNetwork(path)) return {};
     if (MustBeKept(real, WithRealPaths(KeptFolders()))) return {};
     const std::wstring profiles = ProfilesFolder();
     if (!profiles.empty() && win::LowerCase(startup::ParentFolder(real)) == win::LowerCase(profiles)) return {};
-    return real.substr(kPrefixLength);
+    return path;
 }
 
 std::optional<std::wstring> TempFolderToEmpty() {

@@ -17,8 +17,9 @@ std::wstring GetTempFolder();
 bool MustBeKept(std::wstring_view folder, std::span<const std::wstring> kept);
 
 // The real path, without "\\?\", of a folder whose contents may be deleted. Nothing for a folder that is missing, no
-// absolute path with a drive letter, a share, a link, a drive root, or that equals or contains the Windows, system,
-// Program Files or a profile folder, Desktop, Documents and the like, application data or this program's own folder.
+// absolute path with a drive letter, on the network, a link, a drive root, or that equals or contains the Windows,
+// system, Program Files or a profile folder, Desktop, Documents and the like, application data or this program's own
+// folder.
 std::optional<std::wstring> FolderToEmpty(std::wstring_view folder);
 
 // The same for the temporary folder. Windows makes a relative TEMP absolute with the current folder: nothing for that.

@@ -37,6 +37,12 @@ TEST_CASE("Before Windows Vista folders are refused, emptied and left alone as l
         CAPTURE(std::wstring(folder));
         CHECK(tools::FolderToEmpty(folder) == std::nullopt);
     }
+    {
+        const ImportHook mapped(
+            "GetDriveTypeW", +[](LPCWSTR) WINAPI -> UINT { return DRIVE_REMOTE; });
+        REQUIRE(mapped);
+        CHECK(tools::FolderToEmpty(place.temp) == std::nullopt);
+    }
     MakeFile(place.temp + L"\\read-only", FILE_ATTRIBUTE_READONLY);
     MakeFile(place.temp + L"\\system", FILE_ATTRIBUTE_SYSTEM);
     MakeFile(place.temp + L"\\一時ファイル①髙～.tmp");
