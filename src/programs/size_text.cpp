@@ -21,4 +21,8 @@ std::wstring SizeText(std::uint64_t byte_count) {
     return win::ToText(byte_count) + L" Byte";
 }
 
+std::wstring FileTotalText(std::uint64_t file_count, std::uint64_t byte_count) {
+    return L"ファイル総数 " + win::ToText(file_count) + L"個 (" + SizeText(byte_count) + L")";
+}
+
 }  // namespace programs

@@ -1,4 +1,4 @@
-// Byte counts as the program writes them.
+// Numbers of bytes and files as the program writes them.
 #pragma once
 
 #include <cstdint>
@@ -8,5 +8,8 @@ namespace programs {
 
 // "1.00 GB", "1.00 MB", "1.00 KB", "1023 Byte": two decimals rounded half away from zero, "." whatever the locale.
 std::wstring SizeText(std::uint64_t byte_count);
+
+// "ファイル総数 12個 (3.45 MB)".
+std::wstring FileTotalText(std::uint64_t file_count, std::uint64_t byte_count);
 
 }  // namespace programs

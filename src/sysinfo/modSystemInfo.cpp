@@ -1,9 +1,11 @@
 #include "sysinfo/modSystemInfo.h"
 
 #include "programs/modReg.h"
+#include "programs/size_text.h"
 #include "sysinfo/os_name.h"
 #include "sysinfo/system_report.h"
 #include "win/handle.h"
+#include "win/recycle_bin.h"
 #include "win/system_library.h"
 #include "win/text.h"
 
@@ -192,10 +194,8 @@ std::wstring GetKeyboardTypeName() { return KeyboardTypeName(GetKeyboardType(0))
 std::wstring GetKeyboardSubtypeName() { return KeyboardSubtypeName(GetKeyboardType(1)); }
 
 std::wstring GetRecycleBinSummary() {
-    SHQUERYRBINFO bins = {};
-    bins.cbSize = sizeof bins;
-    if (FAILED(SHQueryRecycleBinW(L"", &bins))) return {};
-    return RecycleBinSummary(static_cast<std::uint64_t>(bins.i64NumItems), static_cast<std::uint64_t>(bins.i64Size));
+    const auto bin = win::QueryRecycleBin({});
+    return bin ? programs::FileTotalText(bin->items, bin->bytes) : std::wstring();
 }
 
 }  // namespace sysinfo

@@ -27,7 +27,7 @@ std::wstring GetDisplayInches();
 std::wstring GetKeyboardTypeName();
 std::wstring GetKeyboardSubtypeName();
 
-// What the recycle bins of all drives hold. SHQueryRecycleBinW.
+// What the recycle bins of all drives hold.
 std::wstring GetRecycleBinSummary();
 
 }  // namespace sysinfo

@@ -1,6 +1,5 @@
 #include "sysinfo/system_report.h"
 
-#include "programs/size_text.h"
 #include "win/text.h"
 
 #include <algorithm>
@@ -97,10 +96,6 @@ std::wstring DisplayInches(int width, int height, int dpi_x, int dpi_y) {
 std::wstring KeyboardTypeName(int type) { return NameAt(kKeyboardTypes, type - 1); }
 
 std::wstring KeyboardSubtypeName(int subtype) { return NameAt(kKeyboardSubtypes, subtype); }
-
-std::wstring RecycleBinSummary(std::uint64_t items, std::uint64_t bytes) {
-    return L"ファイル総数 " + win::ToText(items) + L"個 (" + programs::SizeText(bytes) + L")";
-}
 
 int BestTabDistance(std::span<const LabelExtent> labels, int character_width) {
     constexpr int kUsual = 32;  // what an edit control takes by itself

@@ -1,7 +1,6 @@
 // The text of the system report from the facts it tells. Nothing here asks the machine.
 #pragma once
 
-#include <cstdint>
 #include <span>
 #include <string>
 
@@ -45,9 +44,6 @@ std::wstring DisplayInches(int width, int height, int dpi_x, int dpi_y);
 // By the number that GetKeyboardType tells; empty for every other one.
 std::wstring KeyboardTypeName(int type);
 std::wstring KeyboardSubtypeName(int subtype);
-
-// "ファイル総数 12個 (3.45 MB)".
-std::wstring RecycleBinSummary(std::uint64_t items, std::uint64_t bytes);
 
 struct LabelExtent {
     int width;  // pixels

@@ -3,7 +3,7 @@
 #include "programs/size_text.h"
 #include "startup/path.h"
 #include "tools/real_path.h"
-#include "win/text.h"
+#include "win/recycle_bin.h"
 
 #include <vector>
 
@@ -11,7 +11,7 @@ namespace tools {
 namespace {
 
 constexpr wchar_t kEmptyBinTitle[] = L"ファイル削除の確認";
-constexpr wchar_t kEmptyBinQuestion[] = L"ごみ箱を空にしますか？\r\n\r\nファイル総数 ";
+constexpr wchar_t kEmptyBinQuestion[] = L"ごみ箱を空にしますか？\r\n\r\n";
 
 constexpr wchar_t kAllFiles[] = L"*.*";
 
@@ -119,23 +119,14 @@ private:
 
 }  // namespace
 
-std::optional<RecycleBin> QueryRecycleBin(const std::string& root) {
-    SHQUERYRBINFO record = {};
-    static_assert(sizeof record == 20);
-    record.cbSize = sizeof record;
-    if (FAILED(SHQueryRecycleBinA(root.c_str(), &record))) return {};
-    return RecycleBin{static_cast<std::uint64_t>(record.i64Size), static_cast<std::uint64_t>(record.i64NumItems)};
-}
-
-std::uint64_t GetRecycleBinCount() { return QueryRecycleBin({}).value_or(RecycleBin{}).items; }
+std::uint64_t GetRecycleBinCount() { return win::QueryRecycleBin({}).value_or(win::RecycleBin{}).items; }
 
 bool EmptyRecycleBin(bool confirm, const std::string& root, DWORD flags, ui::Host& host) {
     if (confirm) {
         flags = SHERB_NOCONFIRMATION;
-        const std::optional<RecycleBin> bin = QueryRecycleBin(root);
+        const auto bin = win::QueryRecycleBin(root);
         if (!bin || bin->items == 0) return false;
-        const std::wstring question =
-            kEmptyBinQuestion + win::ToText(bin->items) + L"個 (" + programs::SizeText(bin->bytes) + L")";
+        const std::wstring question = kEmptyBinQuestion + programs::FileTotalText(bin->items, bin->bytes);
         if (host.confirm(question, kEmptyBinTitle, MB_ICONQUESTION) != ui::Answer::Ok) return false;
     }
     return SUCCEEDED(SHEmptyRecycleBinA(nullptr, root.c_str(), flags));

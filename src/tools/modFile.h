@@ -4,19 +4,10 @@
 #include "ui/host.h"
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
 namespace tools {
-
-struct RecycleBin {
-    std::uint64_t bytes = 0;
-    std::uint64_t items = 0;
-};
-
-// All recycle bins below `root`, of all drives when it is empty (SHQueryRecycleBinA). Nothing when the query fails.
-std::optional<RecycleBin> QueryRecycleBin(const std::string& root);
 
 // The items in all recycle bins; 0 when the query fails.
 std::uint64_t GetRecycleBinCount();

@@ -16,3 +16,8 @@ TEST_CASE("size texts change their unit exactly at its first byte") {
     CHECK(SizeText(1073741824) == L"1.00 GB");
     CHECK(SizeText(0xFFFFFFFFFFFFFFFF) == L"17179869184.00 GB");
 }
+
+TEST_CASE("file totals count beyond 32 bits") {
+    CHECK(programs::FileTotalText(0, 0) == L"ファイル総数 0個 (0 Byte)");
+    CHECK(programs::FileTotalText(5'000'000'000, 0x200000000) == L"ファイル総数 5000000000個 (8.00 GB)");
+}

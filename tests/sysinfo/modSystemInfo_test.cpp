@@ -1,6 +1,7 @@
 #include "sysinfo/modSystemInfo.h"
 
 #include "programs/modReg.h"
+#include "programs/size_text.h"
 #include "support/recycle_bin.h"
 #include "support/show.h"
 #include "support/test_key.h"
@@ -149,8 +150,8 @@ TEST_CASE("The recycle bin is told as the shell counts it") {
     REQUIRE(SHQueryRecycleBinW(nullptr, &before) == S_OK);
     TestFolder folder(L"for the recycle bin");
     Discard(folder, L"thrown away.txt", 1500);
-    CHECK(GetRecycleBinSummary() == RecycleBinSummary(static_cast<std::uint64_t>(before.i64NumItems) + 1,
-                                                      static_cast<std::uint64_t>(before.i64Size) + 1500));
+    CHECK(GetRecycleBinSummary() == programs::FileTotalText(static_cast<std::uint64_t>(before.i64NumItems) + 1,
+                                                            static_cast<std::uint64_t>(before.i64Size) + 1500));
 }
 
 TEST_CASE("In its box the report has margins, and its values one column") {
