@@ -118,6 +118,7 @@ private:
     void list_filled(Control which);
     void focus_view();
     void give_focus_on();
+    int tab_at(POINT client) const;
     void tb_MouseMove(POINT client);
     void tb_MouseLeave();
     DetailKind detail_kind() const;

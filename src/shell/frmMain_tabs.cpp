@@ -232,10 +232,14 @@ DetailKind frmMain::detail_kind() const {
     return shown_tab_ == Tab::Services ? DetailKind::Comment : DetailKind::Rows;
 }
 
-void frmMain::tb_MouseMove(POINT client) {
+// The tab at a point of the strip, -1 for none.
+int frmMain::tab_at(POINT client) const {
     TCHITTESTINFO hit = {client, 0};
-    const int place = static_cast<int>(
-        SendMessageW(control(Control::tb), TCM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+    return static_cast<int>(SendMessageW(control(Control::tb), TCM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+}
+
+void frmMain::tb_MouseMove(POINT client) {
+    const int place = tab_at(client);
     if (place == hovered_tab_) return;
     hovered_tab_ = place;
     const bool on_tab = place >= 0 && place < static_cast<int>(tabs_.size());
