@@ -73,10 +73,11 @@ LRESULT CALLBACK frmMain::StripProcedure(HWND strip, UINT message, WPARAM wide, 
             form->tb_MouseLeave();
             break;
         case WM_LBUTTONDOWN: {
+            // Looked up first: the rows of a strip in several rows change places with the selection.
+            const int place = form->tab_at({GET_X_LPARAM(parameter), GET_Y_LPARAM(parameter)});
             form->focus_view_wanted_ = true;
             const LRESULT answer = CallWindowProcW(form->strip_procedure_, strip, message, wide, parameter);
             // After a walk by arrow keys Wine reports a click, but leaves the selection where it was.
-            const int place = form->tab_at({GET_X_LPARAM(parameter), GET_Y_LPARAM(parameter)});
             if (place >= 0 && place != SendMessageW(strip, TCM_GETCURSEL, 0, 0)) form->select_tab(place);
             if (form->activity_.running()) return answer;
             form->focus_view_wanted_ = false;

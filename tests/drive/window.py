@@ -38,6 +38,7 @@ def keys_and_focus(window):
     # The Tab key never leaves the window or reaches what is hidden, on any tab.
     for place in range(7):
         window.click_tab(place)
+        assert window.tab() == place
         start, seen = window.focus(), []
         for _ in range(12):
             window.keys("Tab")
@@ -118,6 +119,7 @@ def resolutions(session):
         with session.start() as window:
             for place in range(7):
                 window.click_tab(place)
+                assert window.tab() == place
                 check_layout(window)
                 window.picture(f"small-{dpi}{font}-{place + 1}")
     session.set_dpi(96)
