@@ -13,6 +13,7 @@
 //   click ID X Y [right]    a mouse button on a control, in its own pixels
 //   wait                    until the window answers
 //   close                   as the title bar does
+//   end HANDLE              the same for another window
 //   serve                   reads commands from standard input; each answer ends with a line "ok" or "failed"
 #include "win/handle.h"
 
@@ -324,6 +325,8 @@ bool Wait(const Words&) {
     return SendMessageTimeoutW(MainWindow(), WM_NULL, 0, 0, SMTO_NORMAL, 30000, &answer) != 0;
 }
 
+bool End(const Words& words) { return words.size() > 1 && PostMessageW(WindowOf(words[1]), WM_CLOSE, 0, 0) != 0; }
+
 bool Close(const Words&) { return PostMessageW(MainWindow(), WM_CLOSE, 0, 0) != 0; }
 
 // ---- the commands by name ---------------------------------------------------------------------------------------
@@ -333,9 +336,9 @@ bool Run(const Words& words) {
         const wchar_t* name;
         bool (*run)(const Words&);
     } kCommands[] = {
-        {L"windows", Windows}, {L"tree", Tree},   {L"list", List},       {L"tabs", Tabs},
-        {L"status", Status},   {L"text", Text},   {L"type", Type},       {L"click", Click},
-        {L"wait", Wait},       {L"close", Close}, {L"command", Command},
+        {L"windows", Windows}, {L"tree", Tree},   {L"list", List}, {L"tabs", Tabs},
+        {L"status", Status},   {L"text", Text},   {L"type", Type}, {L"click", Click},
+        {L"wait", Wait},       {L"close", Close}, {L"end", End},   {L"command", Command},
     };
     for (const auto& command : kCommands) {
         if (!words.empty() && words[0] == command.name) return command.run(words);
