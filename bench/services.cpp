@@ -5,9 +5,9 @@
 #include "../tests/support/wmi_double.h"
 
 #include "services/service_list.h"
+#include "timing.h"
 #include "win/text.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <iterator>
 
@@ -19,38 +19,17 @@ constexpr int kRounds = 15;
 constexpr const wchar_t* kProperties[] = {L"Caption",  L"State",       L"StartMode",  L"Description",
                                           L"PathName", L"AcceptPause", L"AcceptStop", L"Name"};
 
-double Milliseconds() {
-    LARGE_INTEGER frequency = {};
-    LARGE_INTEGER now = {};
-    QueryPerformanceFrequency(&frequency);
-    QueryPerformanceCounter(&now);
-    return 1000.0 * static_cast<double>(now.QuadPart) / static_cast<double>(frequency.QuadPart);
-}
-
 doubles::Members MakeRows() {
     doubles::Members members;
     for (int index = 0; index < kRows; ++index) {
         const std::wstring number = win::ToText(index);
-        members.values.emplace_back(MakeService({L"Service number " + number, L"Running", L"Manual",
-                                                 L"サービスの説明です。" + std::wstring(80, L'説') + L"。",
-                                                 L"C:\\WINDOWS\\system32\\svchost.exe -k " + number, false, true,
-                                                 L"service" + number})
-                                        .get());
+        members.values.emplace_back(
+            MakeService({L"Service number " + number, L"Running", L"Manual",
+                         L"サービスの説明です。" + std::wstring(80, L'説') + L"。",
+                         L"C:\\WINDOWS\\system32\\svchost.exe -k " + number, false, true, L"service" + number})
+                .get());
     }
     return members;
-}
-
-// One late-bound property read as a script engine makes it.
-win::Variant Read(IDispatch* object, const wchar_t* name) {
-    LPOLESTR names[] = {const_cast<LPOLESTR>(name)};
-    DISPID id = 0;
-    win::Variant value;
-    DISPPARAMS none = {};
-    if (SUCCEEDED(object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id))) {
-        object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD | DISPATCH_PROPERTYGET, &none, value.put(),
-                       nullptr, nullptr);
-    }
-    return value;
 }
 
 // Everything that has to be asked of WMI, and with a list everything that has to be told to it.
@@ -62,7 +41,7 @@ void BareLoop(const ui::ListView* list) {
     int row = 0;
     rows.for_each([&](const win::Object& object) {
         for (int column = 0; column < static_cast<int>(std::size(kProperties)); ++column) {
-            win::Variant value = Read(object.get(), kProperties[column]);
+            win::Variant value = object.get(kProperties[column]);
             if (!list) continue;
             if (value.get().vt == VT_BOOL) value = win::Variant(value.text());
             LVITEMW item = {};
@@ -78,36 +57,19 @@ void BareLoop(const ui::ListView* list) {
     if (list) SendMessageW(window, WM_SETREDRAW, TRUE, 0);
 }
 
-template <class Work>
-double Once(Work&& work) {
-    const double start = Milliseconds();
-    work();
-    return Milliseconds() - start;
-}
-
-double Median(std::vector<double> times) {
-    std::ranges::nth_element(times, times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2));
-    return times[times.size() / 2];
-}
-
 void Compare(const char* what) {
     const TestList window(services::kServiceColumns);
     TestHost host;
-    std::vector<double> reads;
-    std::vector<double> loops;
-    std::vector<double> fills;
+    double read = 1e9, loop = 1e9, fill = 1e9;
     for (int round = 0; round < kRounds; ++round) {
         window.list.show(false);
-        reads.push_back(Once([] { BareLoop(nullptr); }));
-        loops.push_back(Once([&] { BareLoop(&window.list); }));
+        read = std::min(read, Once([] { BareLoop(nullptr); }));
+        loop = std::min(loop, Once([&] { BareLoop(&window.list); }));
         window.list.show(false);
-        fills.push_back(Once([&] { services::FillServiceList(window.list, host); }));
+        fill = std::min(fill, Once([&] { services::FillServiceList(window.list, host); }));
     }
-    const double read = Median(reads);
-    const double loop = Median(loops);
-    const double fill = Median(fills);
-    std::printf("%s, %d rows: read %.1f ms, read and inserted %.1f ms, fill %.1f ms\n", what, window.list.count(),
-                read, loop, fill);
+    std::printf("%s, %d rows: read %.1f ms, read and inserted %.1f ms, fill %.1f ms\n", what, window.list.count(), read,
+                loop, fill);
     std::printf("fill / reading loop %.2f, fill / reading and inserting loop %.2f\n", fill / read, fill / loop);
 }
 

@@ -7,34 +7,13 @@
 #include "win/system_library.h"
 
 #include "../tests/support/test_list.h"
+#include "timing.h"
 
-#include <algorithm>
 #include <cstdio>
 
 namespace {
 
 constexpr unsigned kWindows7 = 61;
-
-double Milliseconds() {
-    LARGE_INTEGER frequency = {};
-    LARGE_INTEGER now = {};
-    QueryPerformanceFrequency(&frequency);
-    QueryPerformanceCounter(&now);
-    return static_cast<double>(now.QuadPart) * 1000.0 / static_cast<double>(frequency.QuadPart);
-}
-
-// The best of several runs: other programs only ever add to a time.
-template <class Work>
-double BestOf(int runs, Work&& work) {
-    double best = 0;
-    for (int run = 0; run < runs; ++run) {
-        const double start = Milliseconds();
-        work();
-        const double time = Milliseconds() - start;
-        if (run == 0 || time < best) best = time;
-    }
-    return best;
-}
 
 // What a fill asks of Windows, and rows of empty cells.
 void BareCatalogue(const TestList& shown, HIMAGELIST images, const sysinfo::ControlPanelFolders& folders) {

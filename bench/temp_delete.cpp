@@ -5,6 +5,7 @@
 #include "../tests/support/import_hook.h"
 #include "../tests/support/test_host.h"
 
+#include "timing.h"
 #include "tools/modFile.h"
 #include "tools/real_path.h"
 #include "win/text.h"
@@ -17,14 +18,6 @@ namespace {
 
 constexpr wchar_t kFolder[] = L"C:\\bench temp";
 constexpr int kRounds = 5;
-
-double Milliseconds() {
-    LARGE_INTEGER frequency = {};
-    LARGE_INTEGER now = {};
-    QueryPerformanceFrequency(&frequency);
-    QueryPerformanceCounter(&now);
-    return 1000.0 * static_cast<double>(now.QuadPart) / static_cast<double>(frequency.QuadPart);
-}
 
 // The host makes them: Wine looks through the whole folder for each new name.
 bool MakeFiles(int count) {
@@ -105,23 +98,19 @@ int wmain(int count, wchar_t** arguments) {
     }
     const int files = count > 1 ? win::ToInteger(arguments[1]) : 100000;
     if (!CreateDirectoryW(kFolder, nullptr)) return 1;
-    double best[std::size(kWays)] = {};
-    double times[std::size(kWays)][kRounds] = {};
+    // Wine's two processes may or may not find themselves on one processor: the best times compare like with like.
+    double best[std::size(kWays)] = {1e9, 1e9, 1e9, 1e9};
     for (int round = 0; round < kRounds; ++round) {
         for (std::size_t way = 0; way < std::size(kWays); ++way) {
             if (!MakeFiles(files)) return 1;
             const Counters before = CountOwn();
-            const double start = Milliseconds();
-            kWays[way].run();
-            times[way][round] = Milliseconds() - start;
+            const double time = Once(kWays[way].run);
+            best[way] = std::min(best[way], time);
             const Counters after = CountOwn();
-            std::printf("%-38s %8.0f ms   handles %+ld   private memory %+ld KB\n", kWays[way].name, times[way][round],
+            std::printf("%-38s %8.0f ms   handles %+ld   private memory %+ld KB\n", kWays[way].name, time,
                         after.handles - before.handles, after.private_kilobytes - before.private_kilobytes);
         }
     }
-    // Wine's two processes may or may not find themselves on one processor: the best times compare like with like.
-    for (std::size_t way = 0; way < std::size(kWays); ++way)
-        best[way] = *std::min_element(times[way], times[way] + kRounds);
     std::printf("\nbest of %d rounds with %d files\n", kRounds, files);
     std::printf("DeleteFolderContents : bare loop, links shown      %.2f\n", best[1] / best[0]);
     std::printf("DeleteFolderContents : bare loop, links not shown  %.2f\n", best[3] / best[2]);

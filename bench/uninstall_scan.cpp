@@ -1,30 +1,20 @@
-// The uninstall scan against a bare loop that makes the same registry calls, its growth with the number of entries,
-// and what a thousand refreshes with icons leave behind.
+// The uninstall scan against a bare loop that makes the same registry calls, and its growth with the number of entries.
 #include "programs/uninstall_scan.h"
 #include "programs/file_icon.h"
 #include "programs/modReg.h"
 #include "win/text.h"
 
-#include "../tests/support/counters.h"
 #include "../tests/support/root_override.h"
 #include "../tests/support/test_host.h"
 #include "../tests/support/test_key.h"
 #include "../tests/support/test_list.h"
+#include "timing.h"
 
-#include <algorithm>
 #include <cstdio>
 
 namespace {
 
 constexpr wchar_t kUninstall[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
-
-double Milliseconds() {
-    LARGE_INTEGER frequency = {};
-    LARGE_INTEGER now = {};
-    QueryPerformanceFrequency(&frequency);
-    QueryPerformanceCounter(&now);
-    return static_cast<double>(now.QuadPart) * 1000.0 / static_cast<double>(frequency.QuadPart);
-}
 
 // An Uninstall key with programs as installers write them, every fourth of them an update.
 class Entries {
@@ -79,20 +69,6 @@ void BareLoop() {
     }
 }
 
-class Lists {
-public:
-    void scan() { programs::ScanUninstallKeys({programs_.list, updates_.list, icons_.get()}, options, L"", host_); }
-    int count() const { return programs_.list.count() + updates_.list.count(); }
-
-    programs::ScanOptions options;
-
-private:
-    TestList programs_{programs::kColumns};
-    TestList updates_{programs::kColumns};
-    win::ImageList icons_ = programs::CreateSmallIconList();
-    TestHost host_;
-};
-
 // One number of entries, measured again and again beside the others, because other programs disturb all alike. The
 // best time counts: a disturbance only ever adds.
 class Measurement {
@@ -101,28 +77,31 @@ public:
 
     void run() {
         const RootOverride machine(HKEY_LOCAL_MACHINE, entries_.root());
-        const double start = Milliseconds();
-        BareLoop();
-        const double middle = Milliseconds();
-        lists_.scan();
-        loop_ = std::min(loop_, middle - start);
-        fill_ = std::min(fill_, Milliseconds() - middle);
+        loop_ = std::min(loop_, Once(&BareLoop));
+        fill_ = std::min(fill_, Once([this] {
+                             programs::ScanUninstallKeys({programs_.list, updates_.list, icons_.get()}, {}, L"", host_);
+                         }));
     }
     void print() const {
         std::printf("%5d entries: fill %8.1f ms, bare loop %8.1f ms, ratio %.2f (%d rows)\n", count_, fill_, loop_,
-                    fill_ / loop_, lists_.count());
+                    fill_ / loop_, programs_.list.count() + updates_.list.count());
     }
     double fill() const { return fill_; }
 
 private:
     Entries entries_;
-    Lists lists_;
+    TestList programs_{programs::kColumns};
+    TestList updates_{programs::kColumns};
+    win::ImageList icons_ = programs::CreateSmallIconList();
+    TestHost host_;
     int count_;
     double loop_ = 1e9;
     double fill_ = 1e9;
 };
 
-void MeasureFills() {
+}  // namespace
+
+int wmain() {
     constexpr int kRounds = 15;
     Measurement hundred(100);
     Measurement thousand(1000);
@@ -141,29 +120,5 @@ void MeasureFills() {
     Measurement twenty_thousand(20000);
     twenty_thousand.run();
     twenty_thousand.print();
-}
-
-void MeasureLeaks(int refreshes) {
-    const Entries entries(8);
-    const RootOverride machine(HKEY_LOCAL_MACHINE, entries.root());
-    Lists lists;
-    lists.options.show_icons = true;
-    for (int warm_up = 0; warm_up < 50; ++warm_up)
-        lists.scan();
-    CountOwn();  // loads a library of its own
-    const Counters before = CountOwn();
-    for (int refresh = 0; refresh < refreshes; ++refresh)
-        lists.scan();
-    const Counters after = CountOwn();
-    std::printf("%d refreshes with icons: handles %ld -> %ld, GDI objects %ld -> %ld, private %ld -> %ld KB\n",
-                refreshes, before.handles, after.handles, before.gdi_objects, after.gdi_objects,
-                before.private_kilobytes, after.private_kilobytes);
-}
-
-}  // namespace
-
-int wmain() {
-    MeasureFills();
-    MeasureLeaks(1000);
     return 0;
 }

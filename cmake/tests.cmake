@@ -64,5 +64,4 @@ add_custom_command(OUTPUT ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/sample.msi
   DEPENDS ${packages}/sample.wxs WORKING_DIRECTORY ${packages} VERBATIM)
 add_custom_target(sample_packages ALL
   DEPENDS ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/sample_nsis.exe ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/sample.msi)
-add_dependencies(test_programs sample_packages)
 add_dependencies(test_program_actions sample_packages)

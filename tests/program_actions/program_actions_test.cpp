@@ -18,6 +18,17 @@ namespace {
 
 const std::wstring kUninstall = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
 
+// A program in an Uninstall key of its own; a null folder is not stored.
+struct Entry : TestKey {
+    Entry(HKEY root, const std::wstring& path, const wchar_t* name, const std::wstring& command = L"gone.exe",
+          const wchar_t* folder = nullptr)
+        : TestKey(root, path) {
+        set_text(L"", L"DisplayName", name);
+        set_text(L"", L"UninstallString", command);
+        if (folder) set_text(L"", L"InstallLocation", folder);
+    }
+};
+
 // Both lists, filled from the real keys.
 struct Lists {
     Lists() { scan(); }
@@ -41,10 +52,8 @@ TEST_CASE("An uninstall runs the stored command and asks for a scan when the pro
     TestFolder folder(L"an installed program");
     const std::wstring program = folder.own(L"uninst.exe");
     REQUIRE(recorder.install(program));
-    const TestKey key(HKEY_LOCAL_MACHINE, kUninstall + L"Actions Test");
-    key.set_text(L"", L"DisplayName", L"動作テスト");
-    key.set_text(L"", L"UninstallString", program + L" --wait 200 /S");
-    key.set_text(L"", L"InstallLocation", folder.path());
+    const Entry entry(HKEY_LOCAL_MACHINE, kUninstall + L"Actions Test", L"動作テスト", program + L" --wait 200 /S",
+                      folder.path().c_str());
 
     Lists lists;
     CHECK_FALSE(SelectedProgram(lists.programs.list));
@@ -70,19 +79,11 @@ TEST_CASE("An uninstall runs the stored command and asks for a scan when the pro
 
 TEST_CASE("A forced uninstall asks, and removes the machine-wide key and nothing else") {
     const std::wstring sid = CurrentUserSid();
-    const TestKey machine(HKEY_LOCAL_MACHINE, kUninstall + L"Forced Test");
-    machine.set_text(L"", L"DisplayName", L"強制");
-    machine.set_text(L"", L"UninstallString", L"gone.exe");
-    const TestKey parent(HKEY_LOCAL_MACHINE, kUninstall + L"Forced Parent");
-    parent.set_text(L"", L"DisplayName", L"親");
-    parent.set_text(L"", L"UninstallString", L"gone.exe");
+    const Entry machine(HKEY_LOCAL_MACHINE, kUninstall + L"Forced Test", L"強制");
+    const Entry parent(HKEY_LOCAL_MACHINE, kUninstall + L"Forced Parent", L"親");
     parent.make(L"child");
-    const TestKey user(HKEY_USERS, sid + L"\\" + kUninstall + L"Forced User");
-    user.set_text(L"", L"DisplayName", L"個人");
-    user.set_text(L"", L"UninstallString", L"gone.exe");
-    const TestKey neighbour(HKEY_LOCAL_MACHINE, kUninstall + L"Forced Test\x2122");
-    neighbour.set_text(L"", L"DisplayName", L"隣");
-    neighbour.set_text(L"", L"UninstallString", L"gone.exe");
+    const Entry user(HKEY_USERS, sid + L"\\" + kUninstall + L"Forced User", L"個人");
+    const Entry neighbour(HKEY_LOCAL_MACHINE, kUninstall + L"Forced Test\x2122", L"隣");
     Lists lists;
     const auto force = [&](const std::wstring& name) {
         const auto row = lists.select(name);
@@ -126,40 +127,11 @@ TEST_CASE("A forced uninstall asks, and removes the machine-wide key and nothing
     CHECK(KeyExists(HKEY_LOCAL_MACHINE, kUninstall));
 }
 
-TEST_CASE("Without any machine-wide Uninstall key the user's own key is removed") {
-    const std::wstring sid = CurrentUserSid();
-    const TestKey user(HKEY_USERS, sid + L"\\" + kUninstall + L"Forced User");
-    const std::wstring machine = kUninstall.substr(0, kUninstall.size() - 1);
-    const std::wstring aside = machine + L" aside";
-    const TestKey copy(HKEY_LOCAL_MACHINE, aside);
-    {
-        win::RegKey original;
-        REQUIRE(RegOpenKeyExW(HKEY_LOCAL_MACHINE, machine.c_str(), 0, KEY_READ, original.put()) == ERROR_SUCCESS);
-        REQUIRE(SHCopyKeyW(original.get(), L"", copy.get(), 0) == ERROR_SUCCESS);
-    }
-    SHDeleteKeyW(HKEY_LOCAL_MACHINE, machine.c_str());
-    TestHost host;
-    ProgramRow row;
-    row.key_name = L"Forced User";
-    CHECK(ForcedUninstall(row, sid, host));
-    CHECK_FALSE(KeyExists(HKEY_USERS, user.path()));
-    CHECK_FALSE(ForcedUninstall(row, L"no such user", host));
-
-    win::RegKey again;
-    RegCreateKeyExW(HKEY_LOCAL_MACHINE, machine.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, again.put(), nullptr);
-    SHCopyKeyW(copy.get(), L"", again.get(), 0);
-}
-
 TEST_CASE("The install folder opens in the Explorer; an empty one ends the line at the opening quote") {
     Recorder recorder;
     REQUIRE(recorder.install_in_system(L"explorer.exe"));
-    const TestKey key(HKEY_LOCAL_MACHINE, kUninstall + L"Folder Test");
-    key.set_text(L"", L"DisplayName", L"空のフォルダ");
-    key.set_text(L"", L"UninstallString", L"gone.exe");
-    key.set_text(L"", L"InstallLocation", L"");
-    const TestKey without(HKEY_LOCAL_MACHINE, kUninstall + L"Folder Test 2");
-    without.set_text(L"", L"DisplayName", L"フォルダなし");
-    without.set_text(L"", L"UninstallString", L"gone.exe");
+    const Entry with_empty(HKEY_LOCAL_MACHINE, kUninstall + L"Folder Test", L"空のフォルダ", L"gone.exe", L"");
+    const Entry without(HKEY_LOCAL_MACHINE, kUninstall + L"Folder Test 2", L"フォルダなし");
     Lists lists;
     const auto empty = lists.select(L"空のフォルダ");
     const auto none = lists.select(L"フォルダなし");

@@ -2,7 +2,7 @@
 
 #include "win/system_library.h"
 
-#include "support/counters.h"
+#include "support/leaks.h"
 
 using programs::Column;
 
@@ -31,36 +31,24 @@ std::vector<std::uint32_t> IconOf(const std::wstring& path) {
     return Pixels(images.get(), 0);
 }
 
-int ImageOf(const ui::ListView& list, int row) {
-    LVITEMW item = {};
-    item.mask = LVIF_IMAGE;
-    item.iItem = row;
-    SendMessageW(list.window(), LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
-    return item.iImage;
-}
-
 HIMAGELIST ImagesOf(const ui::ListView& list) {
     return reinterpret_cast<HIMAGELIST>(SendMessageW(list.window(), LVM_GETIMAGELIST, LVSIL_SMALL, 0));
 }
 
 void Plant(const SeededScan& scan) {
-    const auto add = [&](const wchar_t* key, const std::wstring& command) {
+    const auto add = [&](const wchar_t* key, const std::wstring& command, const wchar_t* icon) {
         scan.machine.set_text(key, L"UninstallString", command);
+        if (icon) scan.machine.set_text(key, L"DisplayIcon", icon);
     };
-    add(L"1 none", L"C:\\gone.exe");
-    add(L"2 quoted", L"C:\\gone.exe");
-    scan.machine.set_text(L"2 quoted", L"DisplayIcon", L"\"" + kRegedit + L"\",0");
-    add(L"3 msi", L"MsiExec.exe /X{90120000-0015-0411-0000-0000000FF1CE}");
-    add(L"4 command", L"\"" + kRegedit + L"\" /uninstall");
-    add(L"5 empty", kRegedit);
-    scan.machine.set_text(L"5 empty", L"DisplayIcon", L"");
-    add(L"6 quote", kRegedit);
-    scan.machine.set_text(L"6 quote", L"DisplayIcon", L"\"");
-    add(L"7 plain", L"C:\\gone.exe");
-    scan.machine.set_text(L"7 plain", L"DisplayIcon", kMsiExec + L",-3,x");
-    add(L"KB1", L"C:\\gone.exe");
+    add(L"1 none", L"C:\\gone.exe", nullptr);
+    add(L"2 quoted", L"C:\\gone.exe", (L"\"" + kRegedit + L"\",0").c_str());
+    add(L"3 msi", L"MsiExec.exe /X{90120000-0015-0411-0000-0000000FF1CE}", nullptr);
+    add(L"4 command", L"\"" + kRegedit + L"\" /uninstall", nullptr);
+    add(L"5 empty", kRegedit, L"");
+    add(L"6 quote", kRegedit, L"\"");
+    add(L"7 plain", L"C:\\gone.exe", (kMsiExec + L",-3,x").c_str());
+    add(L"KB1", L"C:\\gone.exe", kRegedit.c_str());
     scan.machine.set_text(L"KB1", L"Publisher", L"Microsoft");
-    scan.machine.set_text(L"KB1", L"DisplayIcon", kRegedit);
 }
 
 }  // namespace
@@ -70,7 +58,7 @@ TEST_CASE("rows show the icon of the file that their entry names") {
     Plant(scan);
     scan.run();
     CHECK(ImagesOf(scan.programs.list) == nullptr);
-    CHECK(ImageOf(scan.programs.list, 1) == ui::ListView::kNoImage);
+    CHECK(scan.programs.image(1) == ui::ListView::kNoImage);
 
     scan.options.show_icons = true;
     const auto regedit = IconOf(kRegedit);
@@ -81,16 +69,14 @@ TEST_CASE("rows show the icon of the file that their entry names") {
         REQUIRE(ImageList_GetImageCount(scan.icons.get()) == 5);
         CHECK(ImagesOf(scan.programs.list) == scan.icons.get());
         CHECK(ImagesOf(scan.updates.list) == scan.icons.get());
-        const auto shows = [&](const ui::ListView& list, int row) {
-            return Pixels(scan.icons.get(), ImageOf(list, row));
-        };
+        const auto shows = [&](const TestList& list, int row) { return Pixels(scan.icons.get(), list.image(row)); };
         for (const int row : {0, 4, 5})
-            CHECK(ImageOf(scan.programs.list, row) == ui::ListView::kNoImage);
+            CHECK(scan.programs.image(row) == ui::ListView::kNoImage);
         for (const int row : {1, 3})
-            CHECK((shows(scan.programs.list, row) == regedit));
+            CHECK((shows(scan.programs, row) == regedit));
         for (const int row : {2, 6})
-            CHECK((shows(scan.programs.list, row) == installer));
-        CHECK((shows(scan.updates.list, 0) == regedit));
+            CHECK((shows(scan.programs, row) == installer));
+        CHECK((shows(scan.updates, 0) == regedit));
     }
 
     scan.options.show_icons = false;
@@ -99,33 +85,10 @@ TEST_CASE("rows show the icon of the file that their entry names") {
     CHECK(ImageList_GetImageCount(scan.icons.get()) == 0);
 }
 
-TEST_CASE("the lists get the images with the first icon, not before") {
-    SeededScan scan;
-    scan.options.show_icons = true;
-    scan.machine.set_text(L"1 none", L"UninstallString", L"C:\\gone.exe");
-    scan.run();
-    CHECK(ImagesOf(scan.programs.list) == nullptr);
-    scan.machine.set_text(L"2 one", L"UninstallString", kRegedit);
-    scan.run();
-    CHECK(ImagesOf(scan.programs.list) == scan.icons.get());
-    CHECK(ImagesOf(scan.updates.list) == scan.icons.get());
-    CHECK(ImageOf(scan.programs.list, 1) == 0);
-}
-
 TEST_CASE("refreshes with icons keep no handle, no GDI object and no memory") {
     SeededScan scan;
     Plant(scan);
     scan.options.show_icons = true;
-    for (int warm_up = 0; warm_up < 20; ++warm_up)
-        scan.run();
-    const Counters before = CountOwn();
-    REQUIRE(before.handles > 0);
-    REQUIRE(before.gdi_objects > 0);
-    REQUIRE(before.private_kilobytes > 0);
-    for (int refresh = 0; refresh < 100; ++refresh)
-        scan.run();
-    const Counters after = CountOwn();
-    CHECK(after.handles == before.handles);
-    CHECK(after.gdi_objects == before.gdi_objects);
-    CHECK(after.private_kilobytes <= before.private_kilobytes + 64);
+    CheckHoldsOnToNothing(20, 100, 64, [&] { scan.run(); });
+    REQUIRE(CountOwn().gdi_objects > 0);
 }

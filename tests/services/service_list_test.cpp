@@ -1,7 +1,7 @@
 #include "services/service_list.h"
 
 #include "service_row_double.h"
-#include "support/counters.h"
+#include "support/leaks.h"
 #include "support/show.h"
 #include "support/test_host.h"
 #include "support/test_list.h"
@@ -137,17 +137,9 @@ TEST_CASE_FIXTURE(Fixture, "a close ends the fill early") {
 TEST_CASE_FIXTURE(Fixture, "a thousand refreshes leave nothing behind") {
     const ServiceRow row = {L"service", L"Running", L"Auto", std::wstring(200, L'説'), L"C:\\s.exe", true, true, L"s"};
     const WmiDouble wmi([&](const std::wstring&) { return Rows(std::vector<ServiceRow>(20, row)); });
-    for (int round = 0; round < 100; ++round) services::FillServiceList(window.list, host);
     const long objects = doubles::alive;
-    const Counters before = CountOwn();
-    REQUIRE(before.handles > 0);
-    REQUIRE(before.private_kilobytes > 0);
-    for (int round = 0; round < 1000; ++round) services::FillServiceList(window.list, host);
-    const Counters after = CountOwn();
+    CheckHoldsOnToNothing(100, 1000, 255, [&] { services::FillServiceList(window.list, host); });
     CHECK(doubles::alive == objects);
-    CHECK(after.handles == before.handles);
-    CHECK(after.gdi_objects == before.gdi_objects);
-    CHECK(after.private_kilobytes < before.private_kilobytes + 256);
 }
 
 TEST_CASE("a description is shown with one sentence a line") {

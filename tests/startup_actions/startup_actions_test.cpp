@@ -74,36 +74,31 @@ TEST_CASE("An entry is deleted from each of the six places, after a question, an
     const StartupFile own(CSIDL_STARTUP, L"delete me.lnk");
     const StartupFile common(CSIDL_COMMON_STARTUP, L"delete me.lnk");
     const StartupFile kept(CSIDL_STARTUP, L"keep me.lnk");
-    const struct {
-        const TestKey& key;
-        std::wstring location;
-    } keys[] = {
-        {machine_run, std::wstring(L"(全ユーザー)") + kRun},
-        {machine_once, std::wstring(L"(全ユーザー)") + kRunOnce},
-        {user_run, std::wstring(L"(個別ユーザー)") + kRun},
-        {user_once, std::wstring(L"(個別ユーザー)") + kRunOnce},
-    };
+    const std::pair<const TestKey&, std::wstring> keys[] = {{machine_run, std::wstring(L"(全ユーザー)") + kRun},
+                                                            {machine_once, std::wstring(L"(全ユーザー)") + kRunOnce},
+                                                            {user_run, std::wstring(L"(個別ユーザー)") + kRun},
+                                                            {user_once, std::wstring(L"(個別ユーザー)") + kRunOnce}};
     // The second name differs from the first only outside the system's code page.
     for (const auto& each : keys) {
-        each.key.set_text(L"", L"Foo", L"foo.exe");
-        each.key.set_text(L"", L"Foo\x2122", L"other.exe");
+        each.first.set_text(L"", L"Foo", L"foo.exe");
+        each.first.set_text(L"", L"Foo\x2122", L"other.exe");
     }
     List list;
     REQUIRE(list.rows.list.count() == 11);
 
     for (std::size_t place = 0; place < std::size(keys); ++place) {
         CAPTURE(place);
-        const auto entry = list.select(L"Foo\x2122", keys[place].location);
+        const auto entry = list.select(L"Foo\x2122", keys[place].second);
         REQUIRE(entry);
         CHECK(entry->value == L"other.exe");
         list.host.answer = ui::Answer::Cancel;
         CHECK_FALSE(DeleteStartupEntry(*entry, list.host));
-        CHECK(ValueExists(keys[place].key.get(), L"Foo\x2122"));
+        CHECK(ValueExists(keys[place].first.get(), L"Foo\x2122"));
         list.host.answer = ui::Answer::Ok;
         CHECK(DeleteStartupEntry(*entry, list.host));
         for (std::size_t other = 0; other < std::size(keys); ++other) {
-            CHECK(ValueExists(keys[other].key.get(), L"Foo"));
-            CHECK(ValueExists(keys[other].key.get(), L"Foo\x2122") == (other > place));
+            CHECK(ValueExists(keys[other].first.get(), L"Foo"));
+            CHECK(ValueExists(keys[other].first.get(), L"Foo\x2122") == (other > place));
         }
     }
     CHECK(list.host.questions.back().text == L"「Foo\x2122」を削除します。\r\nよろしいですか？");
@@ -123,7 +118,7 @@ TEST_CASE("An entry is deleted from each of the six places, after a question, an
     list.scan();
     CHECK(list.rows.list.count() == 5);
     CHECK(list.has(L"keep me.lnk", kept.folder));
-    CHECK(list.has(L"Foo", keys[3].location));
+    CHECK(list.has(L"Foo", keys[3].second));
 }
 
 TEST_CASE("Deleting a value whose name goes on behind a NUL spares the value of the shown name") {
@@ -171,11 +166,11 @@ TEST_CASE("The location opens in the Explorer or in the registry editor") {
         CHECK(LastKey() == "");
 
         OpenStartupLocation(L"(全ユーザー)SOFTWARE\\Run");
-        CHECK(LastKey() == "\x83\x52\x83\x93\x83\x73\x83\x85\x81\x5b\x83\x5e\\HKEY_LOCAL_MACHINE\\SOFTWARE\\Run");
+        CHECK(win::EndsWith(win::FromAnsi(LastKey()), L"\\HKEY_LOCAL_MACHINE\\SOFTWARE\\Run"));
         OpenStartupLocation(L"(個別ユーザー)SOFTWARE\\Run");
-        CHECK(LastKey() == "\x83\x52\x83\x93\x83\x73\x83\x85\x81\x5b\x83\x5e\\HKEY_CURRENT_USER\\SOFTWARE\\Run");
+        CHECK(win::EndsWith(win::FromAnsi(LastKey()), L"\\HKEY_CURRENT_USER\\SOFTWARE\\Run"));
         OpenStartupLocation(L"no folder");
-        CHECK(LastKey() == "\x83\x52\x83\x93\x83\x73\x83\x85\x81\x5b\x83\x5e\\HKEY_CURRENT_USER\\SOFTWARE\\Run");
+        CHECK(win::EndsWith(win::FromAnsi(LastKey()), L"\\HKEY_CURRENT_USER\\SOFTWARE\\Run"));
     }
     OpenStartupLocation(L"(個別ユーザー)SOFTWARE\\Run");
     const auto starts = recorder.starts(5);

@@ -108,72 +108,11 @@ WPARAM MakeDrop(const std::wstring& names) {
 
 }  // namespace
 
-TEST_CASE("A shortcut in the startup folder, made by the script host") {
+TEST_CASE("A shortcut in the startup folder, made by the script host, or by the shell where scripts are switched off") {
     const win::ComApartment apartment;
     CheckShortcuts();
-}
-
-TEST_CASE("The same shortcut where scripts are switched off") {
-    const win::ComApartment apartment;
     const doubles::RegisteredClass no_scripts(L"WScript.Shell", [] { return win::ComPtr<doubles::Object>(); });
     CheckShortcuts();
-}
-
-TEST_CASE("The script host's own words decide, as long as it can make the shortcut") {
-    const win::ComApartment apartment;
-    TestFolder folder(L"another startup folder");
-    std::vector<std::wstring> calls;
-    HRESULT target_result = S_OK;
-    const auto text = [](const VARIANT* argument) { return std::wstring(argument->bstrVal); };
-    const auto note = [&](std::wstring name, const HRESULT& result) {
-        return [&, name](const doubles::Arguments& given, win::Variant&) {
-            win::Variant value;
-            VariantCopy(value.put(), given[0]);
-            calls.push_back(name + L" " + value.text());
-            return result;
-        };
-    };
-    const HRESULT done = S_OK;
-    auto link = doubles::MakeObject();
-    link->method(L"TargetPath", note(L"TargetPath", target_result))
-        .method(L"WorkingDirectory", note(L"WorkingDirectory", done))
-        .method(L"WindowStyle", note(L"WindowStyle", done))
-        .method(L"Save", [&](const doubles::Arguments&, win::Variant&) {
-            calls.push_back(L"Save");
-            return S_OK;
-        });
-    auto script_host = doubles::MakeObject();
-    script_host
-        ->method(L"SpecialFolders",
-                 [&](const doubles::Arguments& given, win::Variant& result) {
-                     calls.push_back(L"SpecialFolders " + text(given[0]));
-                     result = win::Variant(folder.path());
-                     return S_OK;
-                 })
-        .method(L"CreateShortcut",
-                [&](const doubles::Arguments& given, win::Variant& result) {
-                    calls.push_back(L"CreateShortcut " + text(given[0]));
-                    result = win::Variant(link.get());
-                    return S_OK;
-                })
-        .method(L"ExpandEnvironmentStrings", [&](const doubles::Arguments& given, win::Variant& result) {
-            result = win::Variant(L"expanded " + text(given[0]));
-            return S_OK;
-        });
-    const doubles::RegisteredClass scripts(L"WScript.Shell", [&] { return script_host; });
-
-    TestHost host;
-    CreateStartupShortcut(L"C:\\folder\\program.exe", host);
-    CHECK(calls == std::vector<std::wstring>{L"SpecialFolders Startup",
-                                             L"CreateShortcut " + folder.path() + L"\\program.lnk",
-                                             L"TargetPath expanded C:\\folder\\program.exe",
-                                             L"WorkingDirectory C:\\folder", L"WindowStyle 4", L"Save"});
-    const std::wstring made = folder.own(L"program.lnk");
-    CHECK_FALSE(win::IsFile(made));
-    // It refuses a target outside the system's code page: the shell makes the link in the same place.
-    target_result = E_INVALIDARG;
-    CreateStartupShortcut(L"C:\\folder\\program.exe", host);
-    CHECK(win::IsFile(made));
 }
 
 TEST_CASE("Of three dropped files the first counts") {
@@ -184,12 +123,4 @@ TEST_CASE("Of three dropped files the first counts") {
     CHECK(CountStartupFiles() == 1);
     CHECK(TakeLink(L"first.lnk"));
     CHECK(ui::TakeFirstDroppedFile(MakeDrop(std::wstring(1, L'\0'))) == std::wstring());
-}
-
-TEST_CASE("A window takes drops once that is allowed") {
-    const win::Window window(
-        CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr));
-    REQUIRE(window);
-    ui::AllowDrops(window.get());
-    CHECK((GetWindowLongW(window.get(), GWL_EXSTYLE) & WS_EX_ACCEPTFILES) != 0);
 }

@@ -60,7 +60,8 @@ public:
 
     HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* out, ULONG* fetched) override {
         ULONG done = 0;
-        while (done < count && next_ < members_.values.size()) CopyTo(&out[done++], members_.values[next_++]);
+        while (done < count && next_ < members_.values.size())
+            CopyTo(&out[done++], members_.values[next_++]);
         if (fetched) *fetched = done;
         return done == count ? S_OK : members_.end;
     }
@@ -118,7 +119,8 @@ public:
         if (!puts && flags != (DISPATCH_METHOD | DISPATCH_PROPERTYGET)) return E_NOTIMPL;
         const DISPPARAMS given = std::exchange(*parameters, DISPPARAMS());
         Arguments arguments;
-        for (UINT index = given.cArgs; index > 0; --index) arguments.push_back(&given.rgvarg[index - 1]);
+        for (UINT index = given.cArgs; index > 0; --index)
+            arguments.push_back(&given.rgvarg[index - 1]);
         win::Variant answer;
         if (id == DISPID_NEWENUM && members_of_collection_) {
             VARIANT* members = answer.put();
@@ -153,19 +155,30 @@ inline win::Variant Null() {
     return variant;
 }
 
-// Makes the objects of the class `prog_id` in this process while it lives; a null object fails the creation.
-class RegisteredClass {
+// Gives out a factory for the class `prog_id` in this process while it lives.
+class Registration {
 public:
-    using Make = std::function<win::ComPtr<Object>()>;
-
-    RegisteredClass(const wchar_t* prog_id, Make make) : factory_(new Factory(std::move(make))) {
+    Registration(const wchar_t* prog_id, win::ComPtr<IClassFactory> factory) : factory_(std::move(factory)) {
         CLSID id = {};
         if (FAILED(CLSIDFromProgID(prog_id, &id))) return;
         CoRegisterClassObject(id, factory_.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie_);
     }
-    RegisteredClass(const RegisteredClass&) = delete;
-    RegisteredClass& operator=(const RegisteredClass&) = delete;
-    ~RegisteredClass() { CoRevokeClassObject(cookie_); }
+    Registration(const Registration&) = delete;
+    Registration& operator=(const Registration&) = delete;
+    ~Registration() { CoRevokeClassObject(cookie_); }
+
+private:
+    win::ComPtr<IClassFactory> factory_;
+    DWORD cookie_ = 0;
+};
+
+// Makes the objects of the class `prog_id`; a null object fails the creation.
+class RegisteredClass {
+public:
+    using Make = std::function<win::ComPtr<Object>()>;
+
+    RegisteredClass(const wchar_t* prog_id, Make make)
+        : registration_(prog_id, win::ComPtr<IClassFactory>(new Factory(std::move(make)))) {}
 
 private:
     class Factory final : public Counted<IClassFactory, IID_IClassFactory> {
@@ -182,8 +195,7 @@ private:
         Make make_;
     };
 
-    win::ComPtr<Factory> factory_;
-    DWORD cookie_ = 0;
+    Registration registration_;
 };
 
 }  // namespace doubles

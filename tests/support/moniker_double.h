@@ -12,14 +12,8 @@ public:
     // Gives the object that a whole name stands for; a null one fails the binding.
     using Bind = std::function<win::ComPtr<doubles::Object>(const std::wstring& name)>;
 
-    explicit MonikerDouble(Bind bind) : factory_(new Factory(std::move(bind))) {
-        CLSID id = {};
-        if (FAILED(CLSIDFromProgID(L"winmgmts", &id))) return;
-        CoRegisterClassObject(id, factory_.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie_);
-    }
-    MonikerDouble(const MonikerDouble&) = delete;
-    MonikerDouble& operator=(const MonikerDouble&) = delete;
-    ~MonikerDouble() { CoRevokeClassObject(cookie_); }
+    explicit MonikerDouble(Bind bind)
+        : registration_(L"winmgmts", win::ComPtr<IClassFactory>(new Factory(std::move(bind)))) {}
 
 private:
     class Parser final : public doubles::Counted<IParseDisplayName, IID_IParseDisplayName> {
@@ -55,6 +49,5 @@ private:
         Bind bind_;
     };
 
-    win::ComPtr<Factory> factory_;
-    DWORD cookie_ = 0;
+    doubles::Registration registration_;
 };

@@ -1,6 +1,7 @@
 // Copies of the recorder program put in the place of others, and what they noted.
 #pragma once
 
+#include "support/stand_in.h"
 #include "support/throw_away.h"
 #include "win/handle.h"
 #include "win/system_library.h"
@@ -39,13 +40,8 @@ public:
 
     // Makes `path` a copy of the recorder. False when that cannot be.
     bool install(const std::wstring& path) {
-        wchar_t own[MAX_PATH] = {};
-        GetModuleFileNameW(nullptr, own, MAX_PATH);
-        std::wstring source = own;
-        source.resize(source.rfind(L'\\') + 1);
-        source += L"recorder_gui.exe";
         MoveFileW(path.c_str(), Aside(path).c_str());
-        if (!CopyFileW(source.c_str(), path.c_str(), TRUE)) return false;
+        if (!CopyFileW(StandIn::built(L"recorder_gui.exe").c_str(), path.c_str(), TRUE)) return false;
         installed_.push_back(path);
         return true;
     }

@@ -28,14 +28,8 @@ public:
     // An empty `subkey` is the key itself.
     void set_bytes(std::wstring_view subkey, std::wstring_view name, DWORD type,
                    std::span<const std::byte> bytes) const {
-        win::RegKey below;
-        HKEY target = key_.get();
-        if (!subkey.empty()) {
-            RegCreateKeyExW(key_.get(), std::wstring(subkey).c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
-                            below.put(), nullptr);
-            target = below.get();
-        }
-        RegSetValueExW(target, std::wstring(name).c_str(), 0, type, reinterpret_cast<const BYTE*>(bytes.data()),
+        const win::RegKey target = open(subkey);
+        RegSetValueExW(target.get(), std::wstring(name).c_str(), 0, type, reinterpret_cast<const BYTE*>(bytes.data()),
                        static_cast<DWORD>(bytes.size()));
     }
     // With its terminator.
@@ -50,18 +44,19 @@ public:
     // The bytes stored, 0 for a value that is not there.
     std::size_t size_of(std::wstring_view subkey, std::wstring_view name) const {
         DWORD bytes = 0;
-        win::RegKey below;
-        RegOpenKeyExW(key_.get(), std::wstring(subkey).c_str(), 0, KEY_QUERY_VALUE, below.put());
-        RegQueryValueExW(below.get(), std::wstring(name).c_str(), nullptr, nullptr, nullptr, &bytes);
+        RegQueryValueExW(open(subkey).get(), std::wstring(name).c_str(), nullptr, nullptr, nullptr, &bytes);
         return bytes;
     }
-    void make(std::wstring_view subkey) const {
-        win::RegKey below;
-        RegCreateKeyExW(key_.get(), std::wstring(subkey).c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, below.put(),
-                        nullptr);
-    }
+    void make(std::wstring_view subkey) const { open(subkey); }
 
 private:
+    win::RegKey open(std::wstring_view subkey) const {
+        win::RegKey key;
+        RegCreateKeyExW(key_.get(), std::wstring(subkey).c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, key.put(),
+                        nullptr);
+        return key;
+    }
+
     HKEY root_;
     std::wstring path_;
     win::RegKey key_;

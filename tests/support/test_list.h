@@ -34,6 +34,15 @@ public:
         return all;
     }
 
+    // The number of a row's image.
+    int image(int row) const {
+        LVITEMW item = {};
+        item.mask = LVIF_IMAGE;
+        item.iItem = row;
+        SendMessageW(list.window(), LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+        return item.iImage;
+    }
+
     HWND frame() const { return frame_.get(); }
 
     ui::ListView list;

@@ -142,18 +142,6 @@ TEST_CASE("The report under the versions of Windows, line by line") {
     CHECK(win::EndsWith(BuildSystemReport(L"C:\\missing"), L"\r\nComCtl32.dll\t"));
 }
 
-TEST_CASE("The recycle bin is told as the shell counts it") {
-    REQUIRE_THROW_AWAY();
-    MakeDataFolder();
-    SHQUERYRBINFO before = {};
-    before.cbSize = sizeof before;
-    REQUIRE(SHQueryRecycleBinW(nullptr, &before) == S_OK);
-    TestFolder folder(L"for the recycle bin");
-    Discard(folder, L"thrown away.txt", 1500);
-    CHECK(GetRecycleBinSummary() == programs::FileTotalText(static_cast<std::uint64_t>(before.i64NumItems) + 1,
-                                                            static_cast<std::uint64_t>(before.i64Size) + 1500));
-}
-
 TEST_CASE("In its box the report has margins, and its values one column") {
     for (const int pixels : {12, 15, 18, 24}) {
         CAPTURE(pixels);

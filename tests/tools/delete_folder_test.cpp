@@ -10,28 +10,19 @@ using tools::DeleteFolderContents;
 
 TEST_CASE("Everything goes but system files and the folders that hold them") {
     Place place;
-    MakeFile(place.temp + L"\\plain.txt");
-    MakeFile(place.temp + L"\\no extension");
-    MakeFile(place.temp + L"\\hidden", FILE_ATTRIBUTE_HIDDEN);
+    for (const wchar_t* name : {L"dot folder.", L"empty", L"full", L"full\\inner", L"keeps", L"keeps\\inner"})
+        MakeFolder(place.temp + L"\\" + name);
+    for (const wchar_t* name :
+         {L"plain.txt", L"no extension", L"一時ファイル①髙～.tmp", L"...name", L"dot at the end.", L"blank at the end ",
+          L"dot folder.\\file", L"full\\inner\\file", L"full\\file", L"keeps\\file", L"keeps\\inner\\file"}) {
+        MakeFile(place.temp + L"\\" + name);
+    }
+    constexpr DWORD kHidden = FILE_ATTRIBUTE_HIDDEN;
+    MakeFile(place.temp + L"\\hidden", kHidden);
     MakeFile(place.temp + L"\\read-only", FILE_ATTRIBUTE_READONLY);
-    MakeFile(place.temp + L"\\hidden and read-only", FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN);
+    MakeFile(place.temp + L"\\hidden and read-only", FILE_ATTRIBUTE_READONLY | kHidden);
     MakeFile(place.temp + L"\\system", FILE_ATTRIBUTE_SYSTEM);
-    MakeFile(place.temp + L"\\一時ファイル①髙～.tmp");
-    MakeFile(place.temp + L"\\...name");
-    MakeFile(place.temp + L"\\dot at the end.");
-    MakeFile(place.temp + L"\\blank at the end ");
-    MakeFolder(place.temp + L"\\dot folder.");
-    MakeFile(place.temp + L"\\dot folder.\\file");
-    MakeFolder(place.temp + L"\\empty");
-    MakeFolder(place.temp + L"\\full");
-    MakeFolder(place.temp + L"\\full\\inner");
-    MakeFile(place.temp + L"\\full\\inner\\file");
-    MakeFile(place.temp + L"\\full\\file");
-    MakeFolder(place.temp + L"\\keeps");
-    MakeFolder(place.temp + L"\\keeps\\inner");
-    MakeFile(place.temp + L"\\keeps\\file");
-    MakeFile(place.temp + L"\\keeps\\inner\\system", FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_HIDDEN);
-    MakeFile(place.temp + L"\\keeps\\inner\\file");
+    MakeFile(place.temp + L"\\keeps\\inner\\system", FILE_ATTRIBUTE_SYSTEM | kHidden);
     place.clean();
     CHECK(Lines(Tree(place.temp)) == Lines({place.temp + L"\\keeps 0", place.temp + L"\\keeps\\inner 0",
                                             place.temp + L"\\keeps\\inner\\system 6", place.temp + L"\\system 6"}));

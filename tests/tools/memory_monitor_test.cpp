@@ -1,6 +1,6 @@
 #include "tools/memory_monitor.h"
 
-#include "support/counters.h"
+#include "support/leaks.h"
 #include "support/recorder.h"
 #include "support/show.h"
 #include "support/stand_in.h"
@@ -84,19 +84,6 @@ TEST_CASE("The processors' load comes from a localised counter, opened once and 
     CHECK(win::FromAnsi(Calls()) == L"open\n\\プロセッサ(_Total)\\% 処理時間\nclose\n");
 }
 
-TEST_CASE("Without a usable pdh.dll the load keeps its designed caption") {
-    TestFolder folder(L"no counters");
-    const StandIn pdh(L"pdh.dll", folder.make_file(L"pdh.dll", "no library"));
-    REQUIRE(pdh.placed());
-    MemoryMonitor monitor;
-    for (int turn = 0; turn < 3; ++turn)
-        CHECK(monitor.read()[kProcessorLoad] == L"－ ％");
-}
-
-TEST_CASE("The title is the product, five blanks and the time") {
-    CHECK(TitleText({2026, 11, 6, 21, 10, 4, 9, 0}) == L"Qorvenix     2026(令和8)/11/21 (土) 10:04:09");
-}
-
 TEST_CASE("The memory-release program is started quoted and minimised, or nothing happens") {
     TestFolder folder(L"メモリ 開放");
     const std::wstring program = folder.own(L"release it.exe");
@@ -125,14 +112,6 @@ TEST_CASE("An hour of ticks holds on to nothing") {
         GetLocalTime(&time);
         written += TitleText(time).size();
     };
-    for (int turn = 0; turn < 200; ++turn)
-        tick();
-    const Counters before = CountOwn();
-    for (int turn = 0; turn < 7200; ++turn)
-        tick();
-    const Counters after = CountOwn();
+    CheckHoldsOnToNothing(200, 7200, 256, tick);
     CHECK(written > 0);
-    CHECK(after.handles == before.handles);
-    CHECK(after.gdi_objects == before.gdi_objects);
-    CHECK(after.private_kilobytes <= before.private_kilobytes + 256);
 }

@@ -7,14 +7,13 @@
 using namespace tools;
 
 TEST_CASE("Links are told from other entries by attribute and tag") {
-    struct Entry {
+    constexpr DWORD kFolderLink = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
+    constexpr DWORD kFile = FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_REPARSE_POINT;
+    constexpr struct {
         DWORD attributes;
         DWORD tag;
         bool link;
-    };
-    constexpr DWORD kFolderLink = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
-    constexpr DWORD kFile = FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_REPARSE_POINT;
-    constexpr Entry kEntries[] = {
+    } kEntries[] = {
         {kFolderLink, 0xA0000003, true},                // junction or mount point
         {kFolderLink, 0xA000000C, true},                // symbolic link
         {kFile, 0xA000000C, true},                      //
@@ -22,11 +21,10 @@ TEST_CASE("Links are told from other entries by attribute and tag") {
         {kFile, 0x80000013, false},                     // deduplicated
         {kFile, 0x9000001A, false},                     // kept in a cloud
         {kFolderLink, 0x9000701A, false},               //
-        {FILE_ATTRIBUTE_DIRECTORY, 0, false},           //
         {FILE_ATTRIBUTE_DIRECTORY, 0xA0000003, false},  // without the attribute the tag means nothing
         {FILE_ATTRIBUTE_NORMAL, 0, false},
     };
-    for (const Entry& each : kEntries) {
+    for (const auto& each : kEntries) {
         CAPTURE(each.tag);
         WIN32_FIND_DATAW entry = {};
         entry.dwFileAttributes = each.attributes;
@@ -38,7 +36,6 @@ TEST_CASE("Links are told from other entries by attribute and tag") {
 TEST_CASE("A real path is the same path, but for dots and blanks at the end of names under Wine") {
     CHECK(LiesAt(L"\\\\?\\C:\\a\\b", L"\\\\?\\C:\\a\\b"));
     CHECK(LiesAt(L"\\\\?\\C:\\a\\b", L"\\\\?\\C:\\a. .\\b "));
-    CHECK(LiesAt(L"\\\\?\\C:\\a.\\b", L"\\\\?\\C:\\a.\\b"));
     CHECK_FALSE(LiesAt(L"\\\\?\\C:\\a\\c", L"\\\\?\\C:\\a\\b"));
     CHECK_FALSE(LiesAt(L"\\\\?\\C:\\a", L"\\\\?\\C:\\a\\b"));
     CHECK_FALSE(LiesAt(L"\\\\?\\C:\\a\\b.", L"\\\\?\\C:\\a\\b"));

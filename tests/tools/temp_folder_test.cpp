@@ -4,7 +4,6 @@
 #include "support/show.h"
 #include "support/test_folder.h"
 
-#include <iterator>
 #include <vector>
 
 using namespace tools;
@@ -55,23 +54,12 @@ TEST_CASE("A folder must be kept that is a drive or that equals or contains a ke
 }
 
 TEST_CASE("The system's, the programs', the users' and the program's own folders are never emptied") {
-    constexpr const wchar_t* kNoFolders[] = {L"",
-                                             L".",
-                                             L"Temp",
-                                             L"C:",
-                                             L"C:Temp",
-                                             L"C:\\",
-                                             L"c:/",
-                                             L"\\",
-                                             L"\\Temp",
-                                             L"Q:\\",
-                                             L"\\\\server\\share\\temp",
-                                             L"C:\\no such folder",
-                                             L"\\\\?\\C:\\users",
-                                             L"\\\\.\\C:\\users",
-                                             L"\\\\?\\unix\\tmp",
-                                             L"C:\\windows\\win.ini"};
-    std::vector<std::wstring> refused(std::begin(kNoFolders), std::end(kNoFolders));
+    std::vector<std::wstring> refused;
+    for (const wchar_t* none : {L"", L".", L"Temp", L"C:", L"C:Temp", L"C:\\", L"c:/", L"\\", L"\\Temp", L"Q:\\",
+                                L"\\\\server\\share\\temp", L"C:\\no such folder", L"\\\\?\\C:\\users",
+                                L"\\\\.\\C:\\users", L"\\\\?\\unix\\tmp", L"C:\\windows\\win.ini"}) {
+        refused.emplace_back(none);
+    }
     for (const int number : {CSIDL_WINDOWS, CSIDL_SYSTEM, CSIDL_PROGRAM_FILES, CSIDL_PROFILE, CSIDL_DESKTOPDIRECTORY,
                              CSIDL_PERSONAL, CSIDL_APPDATA, CSIDL_LOCAL_APPDATA, CSIDL_COMMON_APPDATA}) {
         const std::wstring folder = SpecialFolder(number);

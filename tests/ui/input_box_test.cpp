@@ -2,6 +2,7 @@
 
 #include "support/show.h"
 #include "ui/host.h"
+#include "win/handle.h"
 
 #include <functional>
 #include <string>
@@ -43,46 +44,38 @@ void Type(HWND dialog, std::wstring_view text) {
 
 void Press(WPARAM key) { PostMessageW(GetFocus(), WM_KEYDOWN, key, 0); }
 
-RECT AreaOf(HWND child) {
-    RECT area = {};
-    GetWindowRect(child, &area);
-    MapWindowPoints(nullptr, GetParent(child), reinterpret_cast<POINT*>(&area), 2);
-    return area;
-}
-
-// The prompt is wholly shown, nothing overlaps, everything lies inside.
+// Nothing overlaps, everything lies inside.
 void CheckLayout(HWND dialog) {
     std::vector<RECT> areas;
     RECT client = {};
     GetClientRect(dialog, &client);
+    InflateRect(&client, -1, -1);
     for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-        const RECT area = AreaOf(child);
-        CHECK(area.left > 0);
-        CHECK(area.top > 0);
-        CHECK(area.right < client.right);
-        CHECK(area.bottom < client.bottom);
-        for (const RECT& other : areas) {
-            RECT common = {};
+        RECT area = {};
+        GetWindowRect(child, &area);
+        MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&area), 2);
+        RECT common = {};
+        UnionRect(&common, &client, &area);
+        CHECK(EqualRect(&common, &client));
+        for (const RECT& other : areas)
             CHECK_FALSE(IntersectRect(&common, &area, &other));
-        }
         areas.push_back(area);
     }
     REQUIRE(areas.size() == 4);
+    // The prompt is wholly shown, in the font of messages.
     const HWND prompt = GetWindow(dialog, GW_CHILD);
-    const auto font = reinterpret_cast<HFONT>(SendMessageW(prompt, WM_GETFONT, 0, 0));
     NONCLIENTMETRICSW metrics = {};
     metrics.cbSize = sizeof metrics;
     SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    const auto font = reinterpret_cast<HFONT>(SendMessageW(prompt, WM_GETFONT, 0, 0));
     LOGFONTW look = {};
     GetObjectW(font, sizeof look, &look);
     CHECK(look.lfHeight == metrics.lfMessageFont.lfHeight);
     CHECK(std::wstring(look.lfFaceName) == metrics.lfMessageFont.lfFaceName);
     RECT needed = {0, 0, areas[0].right - areas[0].left, 0};
-    const HDC dc = GetDC(prompt);
-    const HGDIOBJ old = SelectObject(dc, font);
-    DrawTextW(dc, TextOf(prompt).c_str(), -1, &needed, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
-    SelectObject(dc, old);
-    ReleaseDC(prompt, dc);
+    const win::WindowDc dc(prompt);
+    const win::Selected selected(dc.get(), font);
+    DrawTextW(dc.get(), TextOf(prompt).c_str(), -1, &needed, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
     CHECK(needed.bottom <= areas[0].bottom - areas[0].top);
     CHECK(needed.right <= areas[0].right - areas[0].left);
 }
