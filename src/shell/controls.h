@@ -70,6 +70,9 @@ enum class Kind { TabStrip, ListView, Label, Link, TextBox, CommandButton, Combo
 // The area that a control belongs to.
 enum class Area { Window, List, Detail, Information };
 
+// Controls that the first view does not need are made after it is painted.
+enum class Moment { AtOnce, Later };
+
 struct ControlRow {
     Control control;
     Kind kind;
@@ -80,6 +83,8 @@ struct ControlRow {
 };
 
 std::span<const ControlRow> AllControls();
+
+Moment MomentOf(const ControlRow& row);
 
 // Whether the option "Font" reaches the control.
 bool TakesConfiguredFont(Kind kind);

@@ -63,7 +63,7 @@ bool frmMain::open(std::wstring_view argument) {
                     PixelsFromTwips(kDesignedWidth, dpi_), PixelsFromTwips(kDesignedHeight, dpi_), nullptr, nullptr,
                     instance_, this);
     if (!window_) return false;
-    create_controls();
+    create_first_controls();
     Form_Load(argument);
     UpdateWindow(window_);
     PostMessageW(window_, kActivateMessage, 0, 0);
@@ -77,21 +77,21 @@ void frmMain::Form_Load(std::wstring_view argument) {
     settings_ = Settings(application_folder_ + kSettingsFile);
     remove_tab(Tab::Processes);
     set_list_styles();
-    attach_system_images();
     load_view_options();
     replace_window_procedure();
     activity_.request(Activity::Request::Rescan);
     if (activity_.close_waits()) return;
     const int show_command = restore_window();
-    restore_column_widths();
+    restore_column_widths(Moment::AtOnce);
     settings_restored_ = true;
     read_font_option();
-    arrange();
     if (!win::HasSystemRestore(os_)) remove_tab(Tab::Restore);
     if (argument.size() == 1 && argument[0] >= L'2' && argument[0] <= L'6') select_tab(argument[0] - L'1');
     if (activity_.close_waits()) return;
     focus_view();
     start_monitor();
+    loaded_ = true;
+    arrange();
     ShowWindow(window_, show_command);
 }
 

@@ -77,11 +77,13 @@ private:
     void show_status();
 
     // ---- controls, fonts, layout: frmMain_controls.cpp
-    void create_controls();
-    void create_lists();
+    void create_first_controls();
+    void create_later_controls();
+    void create_controls(Moment moment);
+    void put_in_order();
     HWND create_control(const ControlRow& row);
     void make_fonts();
-    void apply_fonts();
+    void set_font(const ControlRow& row) const;
     void measure();
     void arrange();
     int strip_height(int width);
@@ -96,7 +98,7 @@ private:
     void save_view_options() const;
     int restore_window();  // returns how the window is to be shown
     void save_window() const;
-    void restore_column_widths() const;
+    void restore_column_widths(Moment moment) const;
     void save_column_widths() const;
     void read_font_option();
     void save_everything() const;
@@ -235,6 +237,7 @@ private:
     WNDPROC strip_procedure_ = nullptr;
     WNDPROC list_procedure_ = nullptr;
     bool closed_ = false;
+    bool loaded_ = false;
     bool activated_ = false;
     bool settings_restored_ = false;  // before that, what the window shows is not the user's
 

@@ -41,28 +41,67 @@ constexpr KindRow kKinds[] = {
 
 }  // namespace
 
-void frmMain::create_controls() {
+void frmMain::create_first_controls() {
     make_fonts();
-    for (const ControlRow& row : AllControls()) controls_[IndexOf(row.control)] = create_control(row);
-    create_menus();
-    create_tabs();
-    create_lists();
     tooltips_.create(window_, dpi_);
     tooltips_.set_font(font_.get());
-    for (const ControlRow& row : AllControls()) {
-        if (!row.tip) continue;
-        tooltips_.set(control(row.control), row.tip);
-        // The box in a combo box takes the mouse.
-        if (const HWND box = GetWindow(control(row.control), GW_CHILD)) tooltips_.set(box, row.tip);
-    }
-    apply_fonts();
-    for (const Control which :
-         {Control::ListView1_0, Control::ListView1_1, Control::lvStartUp, Control::lvService}) {
+    create_menus();
+    create_controls(Moment::AtOnce);
+    create_tabs();
+    program_images_ = programs::CreateSmallIconList();
+    for (const Control which : {Control::ListView1_0, Control::ListView1_1}) {
+        list(which).add_columns(programs::kColumns, dpi_);
         watch_list(which);
     }
-    ui::AllowDrops(control(Control::lvStartUp));
+    SendMessageW(control(Control::ListView1_0), LVM_SETEXTENDEDLISTVIEWSTYLE, 0, kDoubleBuffer);
+    measure();
     show_view(RowOf(Tab::Programs));
     show_detail(RowOf(Tab::Programs));
+}
+
+// The rest, before anything but the programs is asked for.
+void frmMain::create_later_controls() {
+    if (control(Control::lvStartUp)) return;
+    create_controls(Moment::Later);
+    list(Control::ListView2).add_columns(sysinfo::kControlPanelColumnTable, dpi_);
+    list(Control::lvStartUp).add_columns(startup::kColumns, dpi_);
+    list(Control::lvService).add_columns(services::kServiceColumns, dpi_);
+    list(Control::lvProcess).add_columns(kProcessColumns, dpi_);
+    list(Control::lvRestore).add_columns(programs::RestoreColumns(), dpi_);
+    control_panel_images_ = programs::CreateSmallIconList();
+    list(Control::ListView2).set_small_images(control_panel_images_.get());
+    attach_system_images();
+    set_list_styles();
+    restore_column_widths(Moment::Later);
+    ui::SetText(control(Control::txtMemPath), settings_.text("Mem"));
+    watch_list(Control::lvStartUp);
+    watch_list(Control::lvService);
+    ui::AllowDrops(control(Control::lvStartUp));
+    put_in_order();
+    show_view(RowOf(shown_tab_));
+    arrange();
+}
+
+void frmMain::create_controls(Moment moment) {
+    for (const ControlRow& row : AllControls()) {
+        if (MomentOf(row) != moment) continue;
+        const HWND made = create_control(row);
+        controls_[IndexOf(row.control)] = made;
+        set_font(row);
+        if (!row.tip) continue;
+        tooltips_.set(made, row.tip);
+        // The box in a combo box takes the mouse.
+        if (const HWND box = GetWindow(made, GW_CHILD)) tooltips_.set(box, row.tip);
+    }
+}
+
+// The Tab key walks the controls from the top one down.
+void frmMain::put_in_order() {
+    HDWP moves = BeginDeferWindowPos(static_cast<int>(kControlCount));
+    for (const HWND each : controls_) {
+        moves = DeferWindowPos(moves, each, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    }
+    EndDeferWindowPos(moves);
 }
 
 HWND frmMain::create_control(const ControlRow& row) {
@@ -73,27 +112,13 @@ HWND frmMain::create_control(const ControlRow& row) {
                            reinterpret_cast<HMENU>(static_cast<INT_PTR>(IdOf(row.control))), instance_, nullptr);
 }
 
-void frmMain::create_lists() {
-    list(Control::ListView1_0).add_columns(programs::kColumns, dpi_);
-    list(Control::ListView1_1).add_columns(programs::kColumns, dpi_);
-    list(Control::ListView2).add_columns(sysinfo::kControlPanelColumnTable, dpi_);
-    list(Control::lvStartUp).add_columns(startup::kColumns, dpi_);
-    list(Control::lvService).add_columns(services::kServiceColumns, dpi_);
-    list(Control::lvProcess).add_columns(kProcessColumns, dpi_);
-    list(Control::lvRestore).add_columns(programs::RestoreColumns(), dpi_);
-    program_images_ = programs::CreateSmallIconList();
-    control_panel_images_ = programs::CreateSmallIconList();
-    list(Control::ListView2).set_small_images(control_panel_images_.get());
-    SendMessageW(control(Control::ListView1_0), LVM_SETEXTENDEDLISTVIEWSTYLE, 0, kDoubleBuffer);
-}
-
 // The style of the first list goes to all six.
 void frmMain::set_list_styles() {
     const LRESULT first = SendMessageW(control(Control::ListView1_0), LVM_GETEXTENDEDLISTVIEWSTYLE, 0, 0);
     const LPARAM style = static_cast<LPARAM>(first) | static_cast<LPARAM>(kFullRowSelectAndGridLines);
     for (const Control which : {Control::ListView1_0, Control::ListView1_1, Control::ListView2, Control::lvStartUp,
                                 Control::lvService, Control::lvRestore}) {
-        SendMessageW(control(which), LVM_SETEXTENDEDLISTVIEWSTYLE, 0, style);
+        if (control(which)) SendMessageW(control(which), LVM_SETEXTENDEDLISTVIEWSTYLE, 0, style);
     }
 }
 
@@ -112,14 +137,10 @@ void frmMain::make_fonts() {
     font_.reset(CreateFontIndirectW(&metrics.lfMessageFont));
 }
 
-void frmMain::apply_fonts() {
-    for (const ControlRow& row : AllControls()) {
-        const bool configured = configured_font_ && TakesConfiguredFont(row.kind);
-        const HFONT font = configured ? configured_font_.get() : font_.get();
-        SendMessageW(control(row.control), WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
-    }
-    strip_width_ = -1;
-    measure();
+void frmMain::set_font(const ControlRow& row) const {
+    const bool configured = configured_font_ && TakesConfiguredFont(row.kind);
+    const HFONT font = configured ? configured_font_.get() : font_.get();
+    if (control(row.control)) SendMessageW(control(row.control), WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
 }
 
 void frmMain::measure() {
@@ -151,13 +172,13 @@ void frmMain::measure() {
         const bool is_value = caption >= Control::lblMem_0 && (IndexOf(caption) - IndexOf(Control::lblMem_0)) % 2 == 0;
         if (is_value) continue;
         metrics_.memory_caption_width =
-            std::max(metrics_.memory_caption_width, width_of(ui::TextOf(control(caption))) + scaled(2));
+            std::max(metrics_.memory_caption_width, width_of(AllControls()[IndexOf(caption)].text) + scaled(2));
     }
     metrics_.memory_value_width = width_of(L"9999999/9999999 MB");
     metrics_.heading_width = 0;
     for (const Control heading : {Control::lblRelease, Control::Label1_50}) {
         metrics_.heading_width =
-            std::max(metrics_.heading_width, width_of(ui::TextOf(control(heading))) + scaled(2));
+            std::max(metrics_.heading_width, width_of(AllControls()[IndexOf(heading)].text) + scaled(2));
     }
 }
 
@@ -188,15 +209,16 @@ void frmMain::arrange() {
     const Placement placement = Arrange(metrics_, around, detail_kind());
     HDWP moves = BeginDeferWindowPos(static_cast<int>(kControlCount));
     for (const ControlRow& row : AllControls()) {
-        if (row.control == Control::st) continue;
+        if (row.control == Control::st || !control(row.control)) continue;
         const Rectangle& to = placement[IndexOf(row.control)];
         const UINT copying = row.kind == Kind::TabStrip ? UINT{SWP_NOCOPYBITS} : 0;
         moves = DeferWindowPos(moves, control(row.control), nullptr, to.left, to.top, to.width, to.height,
                                SWP_NOZORDER | SWP_NOACTIVATE | copying);
     }
     EndDeferWindowPos(moves);
-    ui::FitScrollBar(control(Control::txtSys));
-    ui::FitScrollBar(control(Control::txtComment));
+    for (const Control box : {Control::txtSys, Control::txtComment}) {
+        if (control(box)) ui::FitScrollBar(control(box));
+    }
 }
 
 }  // namespace shell

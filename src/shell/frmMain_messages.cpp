@@ -93,7 +93,7 @@ LRESULT CALLBACK frmMain::StripProcedure(HWND strip, UINT message, WPARAM wide, 
 LRESULT frmMain::message(UINT message, WPARAM wide, LPARAM parameter) {
     switch (message) {
         case WM_SIZE:
-            arrange();
+            if (loaded_) arrange();
             return 0;
         case WM_GETMINMAXINFO: {
             POINT& least = reinterpret_cast<MINMAXINFO*>(parameter)->ptMinTrackSize;

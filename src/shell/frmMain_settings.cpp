@@ -45,12 +45,11 @@ void frmMain::load_view_options() {
     stripes_ = settings_.number("Stripe", 0) != 0;
     scan_options_.show_system_components = settings_.number("SysCom", 0) != 0;
     check_view_items();
-    ui::SetText(control(Control::txtMemPath), settings_.text("Mem"));
 }
 
 void frmMain::save_view_options() const {
     const auto write_check = [this](std::string_view key, bool checked) { settings_.write(key, checked ? -1 : 0); };
-    settings_.write("Mem", ui::TextOf(control(Control::txtMemPath)));
+    if (control(Control::txtMemPath)) settings_.write("Mem", ui::TextOf(control(Control::txtMemPath)));
     write_check("Icon", scan_options_.show_icons);
     write_check("Stripe", stripes_);
     write_check("SysCom", scan_options_.show_system_components);
@@ -86,8 +85,9 @@ void frmMain::save_window() const {
     settings_.write("W", TwipsFromPixels(place.right - place.left, dpi_));
 }
 
-void frmMain::restore_column_widths() const {
+void frmMain::restore_column_widths(Moment moment) const {
     for (const StoredColumns& stored : kStoredColumns) {
+        if (MomentOf(AllControls()[IndexOf(stored.list)]) != moment) continue;
         const ui::ListView view = list(stored.list);
         for (int column = 0; column < stored.count; ++column) {
             const int designed = view.column_width(column);
@@ -99,6 +99,7 @@ void frmMain::restore_column_widths() const {
 
 void frmMain::save_column_widths() const {
     for (const StoredColumns& stored : kStoredColumns) {
+        if (!control(stored.list)) continue;
         for (int column = 0; column < stored.count; ++column) {
             settings_.write(ColumnKey(column + 1, stored.suffix), list(stored.list).column_width(column));
         }
@@ -121,7 +122,8 @@ void frmMain::read_font_option() {
     GetObjectW(font_.get(), sizeof look, &look);
     lstrcpynW(look.lfFaceName, face.c_str(), LF_FACESIZE);
     configured_font_.reset(CreateFontIndirectW(&look));
-    apply_fonts();
+    for (const ControlRow& row : AllControls()) set_font(row);
+    measure();
 }
 
 }  // namespace shell

@@ -45,7 +45,6 @@ void frmMain::remove_tab(Tab tab) {
     SendMessageW(control(Control::tb), TCM_DELETEITEM, static_cast<WPARAM>(place - tabs_.begin()), 0);
     tabs_.erase(place);
     strip_width_ = -1;
-    arrange();
 }
 
 Tab frmMain::selected_tab() const {
@@ -66,6 +65,7 @@ void frmMain::step_tab(int direction, bool wrap) {
 }
 
 void frmMain::run(Activity::Request request) {
+    if (request != Activity::Request::Rescan) create_later_controls();
     hourglass(true);
     switch (request) {
         case Activity::Request::TabClick:
@@ -107,6 +107,7 @@ void frmMain::show_view(const TabRow& row) {
     for (const ControlRow& each : AllControls()) {
         // Services, processes and restore points come into view when they are filled.
         const bool later = each.control == Control::lvService || each.control == Control::lvProcess;
+        if (!control(each.control)) continue;
         if (each.area == Area::List) ui::Show(control(each.control), each.control == row.view && !later);
         if (each.area == Area::Information) ui::Show(control(each.control), row.tab == Tab::SystemInformation);
     }
