@@ -3,6 +3,7 @@
 #include "support/moniker_double.h"
 #include "support/show.h"
 #include "support/stand_in.h"
+#include "support/test_folder.h"
 #include "support/test_host.h"
 #include "support/test_list.h"
 
@@ -72,14 +73,14 @@ private:
     MonikerDouble moniker_{[this](const std::wstring& name) { return bind(name); }};
 };
 
-std::string Removed() {
-    const win::File file(
-        CreateFileW(L"C:\\removed.txt", GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
-    char text[256] = {};
-    DWORD bytes = 0;
-    ReadFile(file.get(), text, sizeof text, &bytes, nullptr);
-    return std::string(text, bytes);
-}
+struct Machine {
+    win::ComApartment apartment;
+    const TestList test{RestoreColumns()};
+    Provider provider;
+    TestHost host;
+};
+
+std::string Removed() { return ContentOf(L"C:\\removed.txt"); }
 
 }  // namespace
 
@@ -100,10 +101,7 @@ TEST_CASE("Times move nine hours on; the minutes stand twice, the seconds not at
     }
 }
 
-TEST_CASE("Points are listed in the provider's order, those without a time not at all") {
-    const win::ComApartment apartment;
-    const TestList test(RestoreColumns());
-    Provider provider;
+TEST_CASE_FIXTURE(Machine, "Points are listed in the provider's order, those without a time not at all") {
     provider.points = {Point(win::Variant(L"20090301150405.000000-000"), win::Variant(L"二番"), win::Variant(12)),
                        Point(doubles::Null(), doubles::Null(), win::Variant(0)),
                        Point(win::Variant(L"broken"), win::Variant(L"broken"), win::Variant(13)),
@@ -129,16 +127,12 @@ TEST_CASE("Points are listed in the provider's order, those without a time not a
     CHECK(test.list.visible());
 }
 
-TEST_CASE("A listing that fails leaves the list hidden, and creation and deletion off") {
-    const win::ComApartment apartment;
-    const TestList test(RestoreColumns());
-    Provider provider;
+TEST_CASE_FIXTURE(Machine, "A listing that fails leaves the list hidden, and creation and deletion off") {
     provider.points = {Point(win::Variant(L"20090301150405."), win::Variant(L"one"), win::Variant(1))};
     const auto fails = [&] {
         test.list.show(true);
         CHECK_FALSE(ListRestorePoints(test.list));
         CHECK_FALSE(test.list.visible());
-        TestHost host;
         host.typed = L"described";
         test.list.select(0);
         CreateRestorePoint(test.list, host);
@@ -157,11 +151,7 @@ TEST_CASE("A listing that fails leaves the list hidden, and creation and deletio
     CHECK(test.list.count() == 0);
 }
 
-TEST_CASE("A point is created from a description, with the kind and the event of a beginning change") {
-    const win::ComApartment apartment;
-    const TestList test(RestoreColumns());
-    Provider provider;
-    TestHost host;
+TEST_CASE_FIXTURE(Machine, "A point is created from a description, with the kind and the event of a beginning change") {
     host.status(L"12 個の項目");
     for (const std::optional<std::wstring>& nothing : {std::optional<std::wstring>(), std::optional(std::wstring())}) {
         host.typed = nothing;
@@ -189,16 +179,12 @@ TEST_CASE("A point is created from a description, with the kind and the event of
     CHECK_FALSE(host.pointer_shows_hourglass);
 }
 
-TEST_CASE("The selected point is deleted by its number after a question") {
-    const win::ComApartment apartment;
+TEST_CASE_FIXTURE(Machine, "The selected point is deleted by its number after a question") {
     const StandIn library(L"srclient.dll", StandIn::built(L"srclient_dll.dll"));
     REQUIRE(library.placed());
     DeleteFileW(L"C:\\removed.txt");
-    const TestList test(RestoreColumns());
-    Provider provider;
     provider.points = {Point(win::Variant(L"20090301150405."), win::Variant(L"b"), win::Variant(12)),
                        Point(win::Variant(L"20090401150405."), win::Variant(L"a"), win::Variant(345))};
-    TestHost host;
     CHECK_FALSE(DeleteRestorePoint(test.list, host));
     REQUIRE(ListRestorePoints(test.list));
     CHECK_FALSE(DeleteRestorePoint(test.list, host));

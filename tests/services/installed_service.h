@@ -1,6 +1,7 @@
 // The test service, installed in the running system while the object lives.
 #pragma once
 
+#include "support/stand_in.h"
 #include "win/handle.h"
 
 #include <doctest/doctest.h>
@@ -14,10 +15,7 @@ public:
     // one is not gone before its process.
     explicit InstalledService(const std::wstring& arguments, const std::wstring& first_part = L"Qorvenix")
         : name(first_part + std::to_wstring(++installed_)) {
-        std::wstring program(MAX_PATH, L'\0');
-        program.resize(GetModuleFileNameW(nullptr, program.data(), MAX_PATH));
-        program.resize(program.find_last_of(L'\\') + 1);
-        const std::wstring command = L"\"" + program + L"test_service.exe\" " + arguments;
+        const std::wstring command = L"\"" + StandIn::built(L"test_service.exe") + L"\" " + arguments;
         manager_.reset(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS));
         service_.reset(CreateServiceW(manager_.get(), name.c_str(), (L"display " + name).c_str(), SERVICE_ALL_ACCESS,
                                       SERVICE_WIN32_OWN_PROCESS, SERVICE_DEMAND_START, SERVICE_ERROR_IGNORE,

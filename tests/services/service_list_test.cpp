@@ -119,21 +119,6 @@ TEST_CASE_FIXTURE(Fixture, "without WMI the list is empty and shown") {
     CHECK(fill().empty());
 }
 
-TEST_CASE_FIXTURE(Fixture, "a close ends the fill early") {
-    const WmiDouble wmi([](const std::wstring&) {
-        auto slow = doubles::MakeObject();
-        slow->method(L"DisplayName", [](const doubles::Arguments&, win::Variant&) {
-            Sleep(5);
-            return S_OK;
-        });
-        doubles::Members members;
-        for (int row = 0; row < 100; ++row) members.values.emplace_back(slow.get());
-        return members;
-    });
-    host.on_pump = [this] { host.closing = host.pumps == 3; };
-    CHECK(fill().size() < 100);
-}
-
 TEST_CASE_FIXTURE(Fixture, "a thousand refreshes leave nothing behind") {
     const ServiceRow row = {L"service", L"Running", L"Auto", std::wstring(200, L'説'), L"C:\\s.exe", true, true, L"s"};
     const WmiDouble wmi([&](const std::wstring&) { return Rows(std::vector<ServiceRow>(20, row)); });

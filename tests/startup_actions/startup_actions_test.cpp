@@ -198,14 +198,3 @@ TEST_CASE("A program is started by its quoted name with its arguments behind a b
     CHECK(starts[1].show == L"2");
     CHECK(recorder.starts_after_a_while().size() == 2);
 }
-
-TEST_CASE("The properties of a file never start it") {
-    const win::ComApartment apartment;
-    Recorder recorder;
-    TestFolder folder(L"properties");
-    const std::wstring program = folder.own(L"a program.exe");
-    REQUIRE(recorder.install(program));
-    ShowFileProperties(program);
-    ShowFileProperties(folder.path() + L"\\gone.exe");
-    CHECK(recorder.starts_after_a_while().empty());
-}

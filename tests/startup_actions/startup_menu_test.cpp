@@ -72,12 +72,3 @@ TEST_CASE("The menu of the startup list follows the row under the mouse, or the 
     menu.open({});
     CHECK(EnabledIn(menu) == Items{99});
 }
-
-TEST_CASE("A registry row has no properties, even where its name and place make the path of a file") {
-    TestFolder folder(L"(全ユーザー)odd");
-    folder.make_file(L"there.lnk");
-    StartMenuState menu;
-    menu.press(true);
-    menu.open(Entry(L"there.lnk", folder.path()));
-    CHECK_FALSE(menu.is_enabled(10));
-}

@@ -23,16 +23,6 @@ struct Link {
     DWORD show = 0;
 };
 
-// As it stands in the file: Wine does not read it back.
-DWORD StoredShowCommand(const std::wstring& path) {
-    const win::File file(CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-    DWORD command = 0;
-    DWORD bytes = 0;
-    SetFilePointer(file.get(), 0x3C, nullptr, FILE_BEGIN);
-    ReadFile(file.get(), &command, sizeof command, &bytes, nullptr);
-    return command;
-}
-
 // The shortcut `name` of the user's startup folder, read and deleted.
 std::optional<Link> TakeLink(const std::wstring& name) {
     const std::wstring path = GetSpecialFolderPath(CSIDL_STARTUP) + L"\\" + name;
@@ -46,7 +36,9 @@ std::optional<Link> TakeLink(const std::wstring& name) {
     found.target = text;
     link->GetWorkingDirectory(text, MAX_PATH);
     found.working_folder = text;
-    found.show = StoredShowCommand(path);
+    // As it stands in the file: Wine does not read it back.
+    const std::string content = ContentOf(path);
+    content.copy(reinterpret_cast<char*>(&found.show), sizeof found.show, 0x3C);
     DeleteFileW(path.c_str());
     return found;
 }

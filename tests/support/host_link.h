@@ -2,6 +2,7 @@
 #pragma once
 
 #include "throw_away.h"
+#include "win/process.h"
 
 #include <string>
 
@@ -17,14 +18,8 @@ inline std::wstring HostPath(const std::wstring& path) {
 // Runs a shell command of the host, which has to bring `sign` into being, a path on drive C:. False when it is not
 // there after that many seconds: such a program has no process handle to wait for.
 inline bool RunOnHost(const std::wstring& shell_command, const std::wstring& sign, int seconds = 5) {
-    std::wstring command = L"sh -c \"" + shell_command + L"\"";
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION started = {};
-    if (!CreateProcessW(L"\\\\?\\unix\\bin\\sh", command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                        &started)) {
-        return false;
-    }
+    const std::wstring command = L"sh -c \"" + shell_command + L"\"";
+    win::StartProcess(L"\\\\?\\unix\\bin\\sh", command, win::WindowStyle::Normal);
     for (int turn = 0; turn < 50 * seconds; ++turn) {
         if (GetFileAttributesW(sign.c_str()) != INVALID_FILE_ATTRIBUTES) return true;
         Sleep(20);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "support/stand_in.h"
+#include "support/test_folder.h"
 #include "support/throw_away.h"
 #include "win/handle.h"
 #include "win/system_library.h"
@@ -77,12 +78,7 @@ private:
 
     static std::vector<Start> read() {
         std::vector<Start> noted;
-        const win::File file(
-            CreateFileW(kRecord, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
-        if (!file) return noted;
-        std::wstring text(GetFileSize(file.get(), nullptr) / sizeof(wchar_t), L'\0');
-        DWORD bytes = 0;
-        ReadFile(file.get(), text.data(), static_cast<DWORD>(text.size() * sizeof(wchar_t)), &bytes, nullptr);
+        const std::wstring text = WideContentOf(kRecord);
         std::size_t from = 0;
         for (std::size_t end; (end = text.find(L'\n', from)) != text.npos; from = end + 1) {
             const std::size_t first = text.find(L'\t', from);

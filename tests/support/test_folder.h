@@ -7,6 +7,24 @@
 #include <string_view>
 #include <vector>
 
+// What is in a file; nothing when it cannot be read.
+inline std::string ContentOf(const std::wstring& path) {
+    const win::File file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                     OPEN_EXISTING, 0, nullptr));
+    std::string content(file ? GetFileSize(file.get(), nullptr) : 0, '\0');
+    DWORD bytes = 0;
+    ReadFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &bytes, nullptr);
+    return content;
+}
+
+// The same of a file of UTF-16.
+inline std::wstring WideContentOf(const std::wstring& path) {
+    const std::string content = ContentOf(path);
+    std::wstring text(content.size() / sizeof(wchar_t), L'\0');
+    content.copy(reinterpret_cast<char*>(text.data()), text.size() * sizeof(wchar_t));
+    return text;
+}
+
 class TestFolder {
 public:
     explicit TestFolder(std::wstring_view name) {

@@ -4,8 +4,10 @@
 #include "programs/size_text.h"
 #include "support/recycle_bin.h"
 #include "support/show.h"
+#include "support/stand_in.h"
 #include "support/test_key.h"
 #include "sysinfo/system_report.h"
+#include "win/process.h"
 #include "win/system_library.h"
 #include "win/text.h"
 
@@ -45,29 +47,16 @@ bool EndsWithFourNumbers(const std::wstring& line) {
 class Versioned {
 public:
     Versioned() {
-        wchar_t own[MAX_PATH] = {};
-        GetModuleFileNameW(nullptr, own, MAX_PATH);
-        REQUIRE(CopyFileW(own, program_.c_str(), FALSE));
+        REQUIRE(CopyFileW(StandIn::built(L"test_sysinfo.exe").c_str(), program_.c_str(), FALSE));
         SetEnvironmentVariableW(kReportFile, report_.c_str());
     }
 
     std::wstring report(const wchar_t* version) {
         if (*version) setting_.set_text({}, L"Version", version);
-        std::wstring command_line = L"\"" + program_ + L"\" --no-skip --out=NUL -tc=\"report of a copy\"";
-        STARTUPINFOW startup = {};
-        startup.cb = sizeof startup;
-        PROCESS_INFORMATION started = {};
-        REQUIRE(CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                               &started));
-        const win::Handle thread(started.hThread);
-        const win::Handle process(started.hProcess);
-        REQUIRE(WaitForSingleObject(process.get(), 60000) == WAIT_OBJECT_0);
-        const win::File file(CreateFileW(report_.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-        REQUIRE(file);
-        std::wstring text(GetFileSize(file.get(), nullptr) / sizeof(wchar_t), L'\0');
-        DWORD bytes = 0;
-        ReadFile(file.get(), text.data(), static_cast<DWORD>(text.size() * sizeof(wchar_t)), &bytes, nullptr);
-        return text;
+        const std::wstring command_line = L"\"" + program_ + L"\" --no-skip --out=NUL -tc=\"report of a copy\"";
+        const auto copy = win::StartProcess(program_, command_line, win::WindowStyle::Normal);
+        REQUIRE(WaitForSingleObject(copy.process.get(), 60000) == WAIT_OBJECT_0);
+        return WideContentOf(report_);
     }
 
 private:

@@ -62,19 +62,3 @@ TEST_CASE("Keyboards have names only within the known numbers") {
     for (const int subtype : {-1, 5, 7, -0x7FFFFFFF - 1})
         CHECK(KeyboardSubtypeName(subtype) == L"");
 }
-
-TEST_CASE("Tab stops line up as many values as the fixed tabs allow") {
-    // Labels of 40 and 60 pixels with two tabs, of 70 and 100 with one: only stops from 61 to 70 put all in one column.
-    const LabelExtent all[] = {{40, 2}, {60, 2}, {70, 1}, {100, 1}};
-    const int distance = BestTabDistance(all, 4);
-    CHECK(distance > 60);
-    CHECK(distance <= 70);
-    CHECK(BestTabDistance(all, 8) * 2 > 60);
-    CHECK(BestTabDistance(all, 8) * 2 <= 70);
-    // 60 pixels with one tab and with two cannot stand together: the other three decide.
-    const LabelExtent three[] = {{60, 2}, {60, 1}, {30, 2}, {100, 1}};
-    CHECK(BestTabDistance(three, 4) > 60);
-    CHECK(BestTabDistance(three, 4) <= 100);
-    for (const int character_width : {0, 6})
-        CHECK(BestTabDistance({}, character_width) == 32);
-}

@@ -8,21 +8,15 @@
 
 #include <doctest/doctest.h>
 
-#include <fstream>
-#include <iterator>
-
 using namespace tools;
 
 namespace {
 
 constexpr DWORDLONG kMegabyte = 1048576;
 
-constexpr char kCalls[] = "C:\\pdh.txt";
+constexpr wchar_t kCalls[] = L"C:\\pdh.txt";
 
-std::string Calls() {
-    std::ifstream file(kCalls);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
+std::wstring Calls() { return win::FromAnsi(ContentOf(kCalls)); }
 
 }  // namespace
 
@@ -67,21 +61,21 @@ TEST_CASE("The monitor shows this machine's memory, and its load from the second
 }
 
 TEST_CASE("The processors' load comes from a localised counter, opened once and closed") {
-    DeleteFileA(kCalls);
+    DeleteFileW(kCalls);
     const StandIn pdh(L"pdh.dll", StandIn::built(L"pdh_dll.dll"));
     REQUIRE(pdh.placed());
     {
         MemoryMonitor monitor;
-        CHECK(Calls() == "");
+        CHECK(Calls() == L"");
         for (const wchar_t* const load : {L"－ ％", L"37 ％", L"37 ％", L"100 ％", L"100 ％", L"0 ％", L"0 ％"}) {
             CHECK(monitor.read()[kProcessorLoad] == load);
         }
-        CHECK(win::FromAnsi(Calls()) == L"open\n\\プロセッサ(_Total)\\% 処理時間\n");
+        CHECK(Calls() == L"open\n\\プロセッサ(_Total)\\% 処理時間\n");
         monitor.close();
-        CHECK(win::FromAnsi(Calls()) == L"open\n\\プロセッサ(_Total)\\% 処理時間\nclose\n");
+        CHECK(Calls() == L"open\n\\プロセッサ(_Total)\\% 処理時間\nclose\n");
         monitor.read();
     }
-    CHECK(win::FromAnsi(Calls()) == L"open\n\\プロセッサ(_Total)\\% 処理時間\nclose\n");
+    CHECK(Calls() == L"open\n\\プロセッサ(_Total)\\% 処理時間\nclose\n");
 }
 
 TEST_CASE("The memory-release program is started quoted and minimised, or nothing happens") {

@@ -39,8 +39,6 @@ bool Cached(const std::string& url) {
     return GetUrlCacheEntryInfoA(url.c_str(), nullptr, &size) || GetLastError() == ERROR_INSUFFICIENT_BUFFER;
 }
 
-void RemoveEntry(const std::string& url) { DeleteUrlCacheEntryA(url.c_str()); }
-
 // Deletes small entries between the product's two calls for one of them.
 using FindNext = decltype(FindNextUrlCacheEntryA);
 FindNext* find_next = nullptr;
@@ -49,69 +47,47 @@ std::vector<std::string> vanishing;
 BOOL WINAPI InterferingFindNext(HANDLE entries, INTERNET_CACHE_ENTRY_INFOA* entry, DWORD* size) {
     if (entry && *size < 1000) {
         for (const std::string& url : std::exchange(vanishing, {}))
-            RemoveEntry(url);
+            DeleteUrlCacheEntryA(url.c_str());
     }
     return find_next(entries, entry, size);
 }
 
 }  // namespace
 
-TEST_CASE("The word in the URL makes a cookie, in exactly this case") {
-    CHECK(tools::IsCookieUrl("Cookie:user@host/"));
-    CHECK(tools::IsCookieUrl("http://host/MyCookies.htm"));
-    CHECK_FALSE(tools::IsCookieUrl("cookie:user@host/"));
-    CHECK_FALSE(tools::IsCookieUrl(""));
-}
-
 TEST_CASE("Normal entries go by kind, entries of any size, and others stay") {
     REQUIRE_THROW_AWAY();
-    const std::string page = "http://host/page";
-    const std::string lower = "http://host/cookie";
-    const std::string named = "http://host/Cookie.htm";
-    const std::string cookie = "Cookie:user@host/";
-    const std::string unmarked = "Visited: user@http://host/";
-    const std::string unmarked_cookie = "Cookie:user@unmarked/";
-    const std::string large = "http://host/" + std::string(1500, 'l');
-    const auto make_all = [&] {
-        MakeEntry(page, NORMAL_CACHE_ENTRY);
-        MakeEntry(large, NORMAL_CACHE_ENTRY, 30000);
-        MakeEntry(lower, NORMAL_CACHE_ENTRY, 500);
-        MakeEntry(named, NORMAL_CACHE_ENTRY, 5000);
-        MakeEntry(cookie, NORMAL_CACHE_ENTRY | kCookieEntry);
-        MakeEntry(unmarked, URLHISTORY_CACHE_ENTRY);
-        MakeEntry(unmarked_cookie, kCookieEntry);
-        for (int number = 0; number < 50; ++number) {
-            MakeEntry("http://host/page" + std::to_string(number), NORMAL_CACHE_ENTRY,
-                      static_cast<std::size_t>(20 + 37 * number % 1000));
-        }
+    struct Kind {
+        std::string url;
+        DWORD type;
+        std::size_t header_bytes;
+        bool stays_without_cookies, stays_without_pages;
     };
-    TestHost host;
-    make_all();
-    DeleteUrlCacheEntries(false, host);
-    CHECK(host.pumps == 1);
-    CHECK_FALSE(Cached(page));
-    CHECK_FALSE(Cached(large));
-    CHECK_FALSE(Cached(lower));
-    CHECK(Cached(named));
-    CHECK(Cached(cookie));
-    CHECK(Cached(unmarked));
-    CHECK(Cached(unmarked_cookie));
-    for (int number = 0; number < 50; ++number)
-        CHECK_FALSE(Cached("http://host/page" + std::to_string(number)));
-
-    make_all();
-    DeleteUrlCacheEntries(true, host);
-    CHECK(Cached(page));
-    CHECK(Cached(large));
-    CHECK(Cached(lower));
-    CHECK_FALSE(Cached(named));
-    CHECK_FALSE(Cached(cookie));
-    CHECK(Cached(unmarked));
-    CHECK(Cached(unmarked_cookie));
-
-    DeleteUrlCacheEntries(false, host);
-    for (const std::string& url : {unmarked, unmarked_cookie})
-        RemoveEntry(url);
+    std::vector<Kind> kinds = {
+        {"http://host/" + std::string(1500, 'l'), NORMAL_CACHE_ENTRY, 30000, true, false},
+        {"http://host/cookie", NORMAL_CACHE_ENTRY, 500, true, false},
+        {"http://host/Cookie.htm", NORMAL_CACHE_ENTRY, 5000, false, true},
+        {"cookie:user@host/", NORMAL_CACHE_ENTRY, 19, true, false},
+        {"Cookie:user@host/", NORMAL_CACHE_ENTRY | kCookieEntry, 19, false, true},
+        {"Visited: user@http://host/", URLHISTORY_CACHE_ENTRY, 19, true, true},
+        {"Cookie:user@unmarked/", kCookieEntry, 19, true, true},
+    };
+    for (std::size_t number = 0; number < 50; ++number) {
+        const std::string url = "http://host/page" + std::to_string(number);
+        kinds.push_back({url, NORMAL_CACHE_ENTRY, 20 + 37 * number % 1000, true, false});
+    }
+    for (const bool cookies : {false, true}) {
+        for (const Kind& kind : kinds)
+            MakeEntry(kind.url, kind.type, kind.header_bytes);
+        TestHost host;
+        DeleteUrlCacheEntries(cookies, host);
+        CHECK(host.pumps == 1);
+        for (const Kind& kind : kinds) {
+            CAPTURE(kind.url);
+            CHECK(Cached(kind.url) == (cookies ? kind.stays_without_cookies : kind.stays_without_pages));
+        }
+    }
+    for (const Kind& kind : kinds)
+        DeleteUrlCacheEntryA(kind.url.c_str());
 }
 
 TEST_CASE("An entry that vanishes between the two calls or is locked costs no other entry") {
@@ -139,7 +115,7 @@ TEST_CASE("An entry that vanishes between the two calls or is locked costs no ot
     for (int number = 0; number < 40; ++number)
         CHECK_FALSE(Cached(url(number)));
     UnlockUrlCacheEntryFileA(locked.c_str(), 0);
-    RemoveEntry(locked);
+    DeleteUrlCacheEntryA(locked.c_str());
 }
 
 TEST_CASE("The URL history is cleared by its own object, and whatever that answers is told") {
