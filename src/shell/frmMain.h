@@ -15,10 +15,12 @@
 #include "ui/host.h"
 #include "ui/list_view.h"
 #include "ui/tooltips.h"
+#include "win/com_ptr.h"
 #include "win/handle.h"
 #include "win/os_version.h"
 
 #include <array>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -81,6 +83,7 @@ private:
     void create_later_controls();
     void create_controls(Moment moment);
     void put_in_order();
+    void begin_com();
     HWND create_control(const ControlRow& row);
     void make_fonts();
     void set_font(const ControlRow& row) const;
@@ -232,6 +235,7 @@ private:
     void mnuSetItem_Click(int index);
 
     HINSTANCE instance_;
+    std::optional<win::ComApartment> apartment_;
     HWND window_ = nullptr;
     WNDPROC designed_procedure_ = nullptr;  // what WindowProcedure hands on to
     WNDPROC strip_procedure_ = nullptr;

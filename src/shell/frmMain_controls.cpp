@@ -62,6 +62,7 @@ void frmMain::create_first_controls() {
 // The rest, before anything but the programs is asked for.
 void frmMain::create_later_controls() {
     if (control(Control::lvStartUp)) return;
+    begin_com();
     create_controls(Moment::Later);
     list(Control::ListView2).add_columns(sysinfo::kControlPanelColumnTable, dpi_);
     list(Control::lvStartUp).add_columns(startup::kColumns, dpi_);
@@ -80,6 +81,11 @@ void frmMain::create_later_controls() {
     put_in_order();
     show_view(RowOf(shown_tab_));
     arrange();
+}
+
+// Not at the start: the list of programs without icons does not need it.
+void frmMain::begin_com() {
+    if (!apartment_) apartment_.emplace();
 }
 
 void frmMain::create_controls(Moment moment) {

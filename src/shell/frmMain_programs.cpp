@@ -15,6 +15,7 @@ using programs::ProgramItem;
 void frmMain::fill_programs() {
     const bool shown = shown_tab_ == Tab::Programs || shown_tab_ == Tab::Updates;
     if (shown) clear_detail_values();
+    if (scan_options_.show_icons) begin_com();
     const programs::ProgramLists lists = {list(Control::ListView1_0), list(Control::ListView1_1),
                                           program_images_.get()};
     programs::ScanUninstallKeys(lists, scan_options_, strSID_, *this);

@@ -1,5 +1,4 @@
 #include "shell/frmMain.h"
-#include "win/com_ptr.h"
 #include "win/system_library.h"
 
 namespace {
@@ -22,7 +21,6 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, wchar_t* argument, int) {
     SearchSystemFolderOnly();
     // A path on a drive without a disk fails; Windows need not ask for the disk.
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
-    const win::ComApartment apartment;
     shell::frmMain form(instance);
     if (!form.open(argument)) return 1;
     form.run_until_closed();
