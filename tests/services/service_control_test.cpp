@@ -55,12 +55,12 @@ struct Desk {
     }
 };
 
-std::wstring EnabledItems(const std::optional<ServiceCells>& row) {
-    std::wstring enabled;
+using Items = std::vector<int>;
+
+Items EnabledItems(const std::optional<ServiceCells>& row) {
+    Items enabled;
     for (const ui::MenuItem& item : kServiceMenu) {
-        if (!IsServiceItemEnabled(item.index, row)) continue;
-        if (!enabled.empty()) enabled += L' ';
-        enabled += win::ToText(item.index);
+        if (IsServiceItemEnabled(item.index, row)) enabled.push_back(item.index);
     }
     return enabled;
 }
@@ -68,40 +68,32 @@ std::wstring EnabledItems(const std::optional<ServiceCells>& row) {
 }  // namespace
 
 TEST_CASE("what the cells of a row enable") {
-    struct Expected {
-        std::wstring state;
-        std::wstring start_mode;
-        std::wstring items;
+    const struct {
+        std::wstring state, start_mode;
+        Items items;
         bool can_pause;
+    } table[] = {
+        {L"開始", L"自動", {1, 7, 10, 11, 99}, true},      {L"開始", L"手動", {1, 7, 9, 11, 99}, true},
+        {L"開始", L"無効", {1, 7, 9, 10, 99}, true},       {L"開始", L"", {1, 7, 9, 10, 11, 99}, true},
+        {L"停止", L"自動", {1, 3, 10, 11, 99}, true},      {L"停止", L"手動", {1, 3, 9, 11, 99}, true},
+        {L"停止", L"無効", {1, 9, 10, 99}, true},       {L"停止", L"", {1, 3, 9, 10, 11, 99}, true},
+        {L"一時停止", L"自動", {1, 6, 7, 10, 11, 99}, false}, {L"一時停止", L"手動", {1, 6, 7, 9, 11, 99}, false},
+        {L"一時停止", L"無効", {1, 6, 7, 9, 10, 99}, false},  {L"一時停止", L"", {1, 6, 7, 9, 10, 11, 99}, false},
+        {L"", L"自動", {1, 7, 10, 11, 99}, true},          {L"", L"手動", {1, 7, 9, 11, 99}, true},
+        {L"", L"無効", {1, 7, 9, 10, 99}, true},           {L"", L"", {1, 7, 9, 10, 11, 99}, true},
     };
-    const Expected table[] = {
-        {L"開始", L"自動", L"1 7 10 11 99", true},     {L"開始", L"手動", L"1 7 9 11 99", true},
-        {L"開始", L"無効", L"1 7 9 10 99", true},      {L"開始", L"", L"1 7 9 10 11 99", true},
-        {L"停止", L"自動", L"1 3 10 11 99", true},     {L"停止", L"手動", L"1 3 9 11 99", true},
-        {L"停止", L"無効", L"1 9 10 99", true},        {L"停止", L"", L"1 3 9 10 11 99", true},
-        {L"一時停止", L"自動", L"1 6 7 10 11 99", false}, {L"一時停止", L"手動", L"1 6 7 9 11 99", false},
-        {L"一時停止", L"無効", L"1 6 7 9 10 99", false},  {L"一時停止", L"", L"1 6 7 9 10 11 99", false},
-        {L"", L"自動", L"1 7 10 11 99", true},         {L"", L"手動", L"1 7 9 11 99", true},
-        {L"", L"無効", L"1 7 9 10 99", true},          {L"", L"", L"1 7 9 10 11 99", true},
-    };
-    const auto with = [](std::wstring items, const wchar_t* item) {
-        // Items are in ascending order: in front of the first one that is greater.
-        for (std::size_t at = 0; at < items.size(); at = items.find(L' ', at) + 1) {
-            if (win::ToInteger(items.substr(at)) > win::ToInteger(item)) return items.insert(at, item);
-        }
-        return items;
-    };
-    for (const Expected& row : table) {
+    for (const auto& row : table) {
         for (const std::wstring pause : {L"-1", L"0", L""}) {
             for (const std::wstring stop : {L"-1", L"0", L""}) {
-                std::wstring items = row.items;
-                if (stop == L"-1") items = with(items, L"4 ");
-                if (pause == L"-1" && row.can_pause) items = with(items, L"5 ");
+                Items items = row.items;
+                if (stop == L"-1") items.push_back(4);
+                if (pause == L"-1" && row.can_pause) items.push_back(5);
+                std::ranges::sort(items);
                 CHECK(EnabledItems(ServiceCells{row.state, row.start_mode, pause, stop}) == items);
             }
         }
     }
-    CHECK(EnabledItems(std::nullopt) == L"1 99");
+    CHECK(EnabledItems(std::nullopt) == Items{1, 99});
 }
 
 TEST_CASE_FIXTURE(Desk, "a press shows the row, a press on empty space nothing") {
@@ -111,8 +103,8 @@ TEST_CASE_FIXTURE(Desk, "a press shows the row, a press on empty space nothing")
     CHECK(list.selected() == 0);
     CHECK(press.detail.comment == L"一。\r\n二。");
     CHECK(press.detail.advice == L"判断基準：プリンタ未使用なら「無効」");
-    CHECK(EnabledItems(press.cells) == L"1 4 7 10 11 99");
-    CHECK(EnabledItems(lvService_MouseDown(list, 1).cells) == L"1 3 9 11 99");
+    CHECK(EnabledItems(press.cells) == Items{1, 4, 7, 10, 11, 99});
+    CHECK(EnabledItems(lvService_MouseDown(list, 1).cells) == Items{1, 3, 9, 11, 99});
     const ServicePress nowhere = lvService_MouseDown(list, -1);
     CHECK_FALSE(nowhere.cells.has_value());
     CHECK(nowhere.detail.comment.empty());
@@ -171,7 +163,7 @@ TEST_CASE_FIXTURE(Desk, "a service that is starting has no state and can be rest
     refresh();
     CHECK(cell(kState).empty());
     const ServicePress press = lvService_MouseDown(list, list.find(kServiceName, name));
-    CHECK(EnabledItems(press.cells) == L"1 4 7 9 11 99");
+    CHECK(EnabledItems(press.cells) == Items{1, 4, 7, 9, 11, 99});
 }
 
 TEST_CASE_FIXTURE(Desk, "a real service is set to automatic, manual and disabled") {
