@@ -35,13 +35,6 @@ public:
 
     void run() { startup::ScanStartup(list.list, host); }
 
-    std::vector<std::wstring> column(Column::Index index) const {
-        std::vector<std::wstring> cells;
-        for (const auto& row : list.rows())
-            cells.push_back(row[index]);
-        return cells;
-    }
-
     win::ComApartment apartment;
     TestFolder user_folder{L"QorvenixStartup"};
     TestFolder common_folder{L"QorvenixCommon"};
@@ -199,7 +192,7 @@ TEST_CASE("a row shows the icon of the file that it starts") {
     startup.run();
     const int icon = startup::GetSystemIconIndex(regedit);
     REQUIRE(icon != 0);
-    CHECK(startup.column(Column::Name) == std::vector<std::wstring>{L"a.lnk", L"b.lnk", L"v1", L"v2", L"v3"});
+    CHECK(startup.list.column(Column::Name) == std::vector<std::wstring>{L"a.lnk", L"b.lnk", L"v1", L"v2", L"v3"});
     CHECK(startup.list.image(0) == icon);
     CHECK(startup.list.image(1) == 0);
     CHECK(startup.list.image(2) == icon);
@@ -216,7 +209,7 @@ TEST_CASE("shortcut files that are none, and shortcuts to themselves") {
     MakeLink(own, own);
     MakeLink(own, own);
     startup.run();
-    CHECK(startup.column(Column::Value) ==
+    CHECK(startup.list.column(Column::Value) ==
           std::vector<std::wstring>{L"<リンク切れ>", L"<リンク切れ>", L"<リンク切れ>", own});
 }
 
@@ -272,10 +265,10 @@ TEST_CASE("values of every type are read as text, and a too long one ends its ke
     key.set_text(L"", L"v10", L"never seen");
     REQUIRE(native::SetText(startup.user_run.get(), std::wstring(L"v11\0hidden", 10), L"the next key"));
     startup.run();
-    CHECK(startup.column(Column::Name).back() == L"v11");
-    CHECK(startup.column(Column::Value) == std::vector<std::wstring>{L"\x3030\x3030", L"", L"AB", L"a",
-                                                                     std::wstring(512, L'\x3030'), L"\xD800 \xDFFF",
-                                                                     L"long name", L"", L"the next key"});
+    CHECK(startup.list.column(Column::Name).back() == L"v11");
+    CHECK(startup.list.column(Column::Value) ==
+          std::vector<std::wstring>{L"\x3030\x3030", L"", L"AB", L"a", std::wstring(512, L'\x3030'), L"\xD800 \xDFFF",
+                                    L"long name", L"", L"the next key"});
 }
 
 TEST_CASE("a drive or share that is not there cannot be reached, and a share that failed stays so") {

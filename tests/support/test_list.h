@@ -34,6 +34,13 @@ public:
         return all;
     }
 
+    std::vector<std::wstring> column(int index) const {
+        std::vector<std::wstring> cells;
+        for (int row = 0; row < list.count(); ++row)
+            cells.push_back(list.cell(row, index));
+        return cells;
+    }
+
     // The number of a row's image.
     int image(int row) const {
         LVITEMW item = {};
