@@ -1,0 +1,31 @@
+#!/usr/bin/env python3
+"""The package that users download: the same file from the same commit; its program starts and finds its read-me."""
+import pathlib
+import shutil
+import subprocess
+import zipfile
+
+from driver import ROOT, Session, until
+
+made = []
+for _ in range(2):
+    package = pathlib.Path(subprocess.run([ROOT / "tools/package"], check=True, capture_output=True, text=True).stdout.strip())
+    made.append(package.read_bytes())
+    package.unlink()
+assert made[0] == made[1], "two packages of one commit differ"
+package.write_bytes(made[0])
+
+with Session() as session:
+    shutil.rmtree(session.folder)
+    with zipfile.ZipFile(package) as archive:
+        assert sorted(archive.namelist()) == ["LICENSE.txt", "Qorvenix.exe", "ReadMe.txt"]
+        archive.extractall(session.folder)
+    text = (session.folder / "ReadMe.txt").read_bytes()
+    assert b"\n" not in text.replace(b"\r\n", b"") and text.decode("cp932").startswith("Qorvenix  Ver ")
+    session.import_registry('[HKEY_CLASSES_ROOT\\.txt]\n@="txtfile"\n')  # Wine forgets it
+    with session.start() as window:
+        session.keys("alt+h", "r")
+        editor = until(lambda: [each for each in session.windows("Notepad") if "ReadMe" in each.text], 20, "the read-me")
+        session.peek("end", editor[0].handle)
+        assert window.tab() == 0
+print(package.name, len(made[0]), "bytes: repeatable, starts, finds its read-me")
