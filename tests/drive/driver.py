@@ -9,6 +9,7 @@ process can read from its window (tests/helpers/peek.cpp).
 Needs what ./test gives to a driver: PREFIX, a throw-away prefix in whose environment this runs, QORVENIX and TOOLS.
 """
 import dataclasses
+import itertools
 import os
 import pathlib
 import re
@@ -237,6 +238,20 @@ class Session:
         top = until(lambda: self.windows("#32770"), seconds, "a dialog")[0]
         return [_record(Control, fields) for fields in self.peek("tree", top.handle)]
 
+    def menu_items(self):
+        """Waits for a pop-up menu and tells of each of its items, separators left out, whether it is enabled. No other
+        process can ask a menu: what is read is the black or grey of its texts."""
+        place = until(lambda: self.windows("#32768"), 5, "a pop-up menu")[0]
+        time.sleep(0.2)  # until it is drawn
+        width = place.width - 30
+        crop = f"{width}x{place.height - 8}+{place.left + 20}+{place.top + 4}"
+        pixels = subprocess.run(["import", "-window", "root", "-crop", crop, "-depth", "8", "gray:-"],
+                                env=self.environment, check=True, stdout=subprocess.PIPE).stdout
+        lines = [pixels[start:start + width] for start in range(0, len(pixels), width)]
+        bands = itertools.groupby(lines, lambda line: line.count(line[0]) == width)
+        texts = [[*band] for empty, band in bands if not empty]
+        return [min(map(min, band)) < 64 for band in texts if len(band) > 4]  # a separator is thinner
+
     def picture(self, name, crop=None):
         """Saves the screen, or (left, top, width, height) of it, in build/pictures."""
         file = ROOT / "build/pictures" / f"{name}.png"
@@ -368,6 +383,19 @@ class Window:
         self.session.keys(*names, delay=delay)
         self.settle()
 
+    def select(self, name, text, column=0):
+        """Walks to a row by arrow keys, in the list that has the focus."""
+        place = self.list(name).find(text, column)
+        assert place >= 0 and self.focus() == name, (text, self.focus())
+        self.keys("Home", *["Down"] * place)
+        assert self.list(name).selected == place, text
+
+    def choose(self, letter):
+        """Opens the pop-up menu of the selected row and chooses an item by its letter."""
+        self.session.keys("Menu")
+        self.session.menu_items()
+        self.keys(letter)
+
     def command(self, array, index):
         """Sends the command of a menu item, past the menu."""
         self.session.peek("command", MENU[array] + index)
@@ -388,6 +416,11 @@ class Window:
     def click_tab(self, place):
         tab = self.tabs()[1][place]
         self.click("tb", (tab.left + tab.right) // 2, (tab.top + tab.bottom) // 2)
+
+    def right_click_row(self, name, place):
+        """Presses the right button on a row's name; the row must be in view."""
+        left, top, _, bottom = map(int, self.session.peek("row", CONTROL[name], place)[0])
+        self.session.click(*self.point(name, left + 20, (top + bottom) // 2), button=3)
 
     def click_header(self, name, column):
         rows = self.list(name)

@@ -5,6 +5,7 @@
 //                           enabled, focus, left, top, width, height (client pixels), parent, width and height that
 //                           the text needs in the message font (or in this face), text
 //   list ID                 headers, column widths, left edge of each header, the selected row; then the rows
+//   row ID ROW              where a row's label lies in its list: left, top, right, bottom
 //   tabs                    the selected tab; then each tab: left, top, right, bottom, width of the text, caption
 //   status                  the text of the status bar
 //   text ID                 the text of a control
@@ -265,6 +266,16 @@ bool List(const Words& words) {
     return true;
 }
 
+bool Row(const Words& words) {
+    const HWND list = ControlOf(words);
+    if (!list || words.size() < 3) return false;
+    RECT place = {};
+    place.left = LVIR_LABEL;
+    Shared(list).send(list, LVM_GETITEMRECT, std::wcstoul(words[2].c_str(), nullptr, 10), place);
+    Line(place.left, place.top, place.right, place.bottom);
+    return true;
+}
+
 bool Tabs(const Words&) {
     const HWND strip = FindWindowExW(MainWindow(), nullptr, WC_TABCONTROLW, nullptr);
     if (!strip) return false;
@@ -336,9 +347,9 @@ bool Run(const Words& words) {
         const wchar_t* name;
         bool (*run)(const Words&);
     } kCommands[] = {
-        {L"windows", Windows}, {L"tree", Tree},   {L"list", List}, {L"tabs", Tabs},
-        {L"status", Status},   {L"text", Text},   {L"type", Type}, {L"click", Click},
-        {L"wait", Wait},       {L"close", Close}, {L"end", End},   {L"command", Command},
+        {L"windows", Windows}, {L"tree", Tree},       {L"list", List},   {L"tabs", Tabs}, {L"status", Status},
+        {L"text", Text},       {L"type", Type},       {L"click", Click}, {L"wait", Wait}, {L"close", Close},
+        {L"end", End},         {L"command", Command}, {L"row", Row},
     };
     for (const auto& command : kCommands) {
         if (!words.empty() && words[0] == command.name) return command.run(words);

@@ -1,0 +1,172 @@
+#!/usr/bin/env python3
+"""Programs and start-up items by keyboard alone: real uninstallers run, are waited for and are gone from the list; the
+window meanwhile; forced uninstall; deletion of a start-up item."""
+import os
+
+from driver import Session, until
+
+UNINSTALL = r"Software\Microsoft\Windows\CurrentVersion\Uninstall"
+RUN = r"Software\Microsoft\Windows\CurrentVersion\Run"
+MSI = "{5D6C0E1A-7B1B-4F0B-9E57-2B6F3C1D0A11}"
+TOOLS = os.environ["TOOLS"]
+WAITING = TOOLS + r"\recorder_gui.exe --wait 60000"  # notes each start of itself in C:\record.txt
+WAITING_IN_FILE = WAITING.replace("\\", "\\\\")  # as a registry file writes it
+PROGRAMS, STARTUP = "ListView1_0", "lvStartUp"
+
+SEEDED = rf"""
+[HKEY_LOCAL_MACHINE\{UNINSTALL}\Slow]
+"DisplayName"="時間のかかる削除"
+"UninstallString"="{WAITING_IN_FILE}"
+"InstallLocation"="C:\\windows"
+[HKEY_LOCAL_MACHINE\{UNINSTALL}\Machine]
+"DisplayName"="全ユーザーの見本"
+"UninstallString"="nothing.exe"
+[HKEY_LOCAL_MACHINE\{UNINSTALL}\Nested]
+"DisplayName"="下にキーのある見本"
+"UninstallString"="nothing.exe"
+[HKEY_LOCAL_MACHINE\{UNINSTALL}\Nested\Below]
+[HKEY_CURRENT_USER\{UNINSTALL}\PerUser]
+"DisplayName"="個別ユーザーの見本"
+"UninstallString"="nothing.exe"
+[HKEY_LOCAL_MACHINE\{UNINSTALL}\KB123456]
+"DisplayName"="見本の更新 (KB123456)"
+"Publisher"="Microsoft Corporation"
+"UninstallString"="nothing.exe"
+"HelpLink"="http://support.example.jp"
+[HKEY_CURRENT_USER\{RUN}]
+"起動時の見本"="C:\\windows\\notepad.exe"
+"残る見本"="C:\\windows\\notepad.exe"
+"""
+
+
+def question(session, text, key):
+    """Answers the open question, which must have that text, by a key."""
+    box, *controls = session.dialog()
+    assert box.text == "Qorvenix", box
+    assert text in [each.text for each in controls], controls
+    assert {each.id for each in controls if each.window_class == "Button"} == {1, 2}, controls
+    session.keys(key)
+    until(lambda: not session.windows("#32770"), 5, "the end of the question")
+
+
+def names(window, name=PROGRAMS):
+    return [row[0] for row in window.list(name).rows]
+
+
+def uninstall(window, row, act):
+    """The row goes when its own uninstaller has ended, and the count is right again."""
+    count = len(names(window))
+    window.select(PROGRAMS, row)
+    assert window.status() == row
+    act()
+    until(lambda: row not in names(window), 30, "the end of " + row)
+    until(lambda: window.status() == f"{count - 1} 個の項目", 5, "the new count")
+    assert len(names(window)) == count - 1
+    assert window.control("cmdMenu_0").enabled and window.control("cmdMenu_1").enabled
+
+
+def started(session):
+    """Every start of the waiting uninstaller: its path, its show command, its command line."""
+    record = session.path(r"C:\record.txt")
+    return [line.split("\t") for line in record.read_bytes().decode("utf-16-le").splitlines()] if record.exists() else []
+
+
+def buttons(window):
+    return [window.control(name).enabled for name in ("cmdMenu_0", "cmdMenu_1")]
+
+
+def while_one_runs(window):
+    session = window.session
+    window.select(PROGRAMS, "時間のかかる削除")
+    while window.focus() != "cmdMenu_0":
+        window.keys("Tab")
+    window.keys("space")
+    until(lambda: started(session), 10, "the start of the uninstaller")
+    assert started(session)[0][1:] == ["2", WAITING], started(session)  # minimised, with the focus
+    assert window.focus() == PROGRAMS and buttons(window) == [False, False]
+    # Nothing starts a second one; copying, the folder and the refresh stay.
+    session.keys("Menu")
+    assert session.menu_items() == [True, False, False, True, True]
+    window.picture("programs-busy")
+    window.keys("d")
+    window.keys("Escape", "Delete")
+    assert len(started(session)) == 1 and not session.windows("#32770")
+    # The window does not close, and the other tabs work.
+    session.peek("close")
+    window.settle()
+    assert window.process.poll() is None and window.control("frmMain").visible
+    window.keys("ctrl+Tab")
+    assert window.tab() == 1 and buttons(window) == [False, False]
+    window.keys("ctrl+Tab")
+    assert window.shown_list() == STARTUP and buttons(window) == [True, True]
+    window.select(STARTUP, "残る見本")
+    shown = window.status()
+    session.run("wine", "taskkill", "/f", "/im", "recorder_gui.exe")
+    window.settle()
+    # The wait's end leaves the other tab alone.
+    assert (window.shown_list(), window.status()) == (STARTUP, shown)
+    window.keys("ctrl+shift+Tab", "ctrl+shift+Tab")
+    until(lambda: buttons(window) == [True, True], 5, "usable buttons")
+
+
+def forced(window, row, path, key, stays):
+    text = (f"「{row}」を強制アンインストールしますか？\r\n※注意：本機能はレジストリの削除のみを行い、\r\n"
+            "　　　　一覧からプログラム名を削除する機能です")
+    window.select(PROGRAMS, row)
+    window.choose("f")
+    window.session.dialog()
+    window.session.picture("programs-question")
+    question(window.session, text, key)
+    window.settle()
+    assert (row in names(window)) == stays, (row, key)
+    assert ("UninstallString" in window.session.run("wine", "reg", "query", path, check=False)) == stays, (row, key)
+    assert window.status() == (row if key == "Escape" else f"{len(names(window))} 個の項目")
+
+
+def delete_startup_item(window):
+    window.keys("ctrl+Tab", "ctrl+Tab")
+    text = "「起動時の見本」を削除します。\r\nよろしいですか？"
+    count = len(names(window, STARTUP))
+    for key in ("Escape", "Return"):
+        window.select(STARTUP, "起動時の見本")
+        window.keys("Delete")
+        question(window.session, text, key)
+        window.settle()
+        assert ("起動時の見本" in names(window, STARTUP)) == (key == "Escape")
+    assert "残る見本" in names(window, STARTUP) and window.status() == f"{count - 1} 個の項目"
+
+
+def pictures(window):
+    for name, list_name, row, items in (
+            ("programs", PROGRAMS, "小さなメモ帳", [True] * 5),
+            ("updates", "ListView1_1", "見本の更新 (KB123456)", [True] * 5),
+            ("startup", STARTUP, "起動時の見本", [True, True, True, False, True])):
+        window.select(list_name, row)
+        window.picture(name + "-row")
+        window.session.keys("Menu")
+        assert window.session.menu_items() == items, name
+        window.picture(name + "-menu")
+        window.keys("Escape", "ctrl+Tab")
+
+
+with Session() as session:
+    session.run("wine", TOOLS + r"\sample_nsis.exe", "/S")
+    session.run("wine", "msiexec", "/i", TOOLS + r"\sample.msi", "/qn")
+    # The command that Windows stores asks what to do with the program.
+    session.registry(rf"HKLM\{UNINSTALL}\{MSI}", "UninstallString", f"MsiExec.exe /X{MSI} /qn")
+    session.import_registry(SEEDED)
+    with session.start() as window:
+        pictures(window)
+        window.keys(*["ctrl+Tab"] * 4)
+        uninstall(window, "小さなメモ帳", lambda: window.choose("d"))
+        uninstall(window, "Sample Dictionary", lambda: window.keys("Delete"))
+        print("uninstalled programs are gone from the list")
+        while_one_runs(window)
+        print("the window stays usable while an uninstaller runs")
+        forced(window, "全ユーザーの見本", rf"HKLM\{UNINSTALL}\Machine", "Escape", stays=True)
+        forced(window, "全ユーザーの見本", rf"HKLM\{UNINSTALL}\Machine", "Return", stays=False)
+        forced(window, "個別ユーザーの見本", rf"HKCU\{UNINSTALL}\PerUser", "Return", stays=True)
+        forced(window, "下にキーのある見本", rf"HKLM\{UNINSTALL}\Nested", "Return", stays=True)
+        print("forced uninstall removes machine-wide entries without keys below them, after its question")
+        delete_startup_item(window)
+        print("the Delete key deletes a start-up item, after its question")
