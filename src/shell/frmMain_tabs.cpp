@@ -88,6 +88,8 @@ void frmMain::run(Activity::Request request) {
 }
 
 void frmMain::tb_Click() {
+    // A list that is hidden until it is filled loses the focus, and takes it back.
+    if (GetFocus() == control(RowOf(shown_tab_).view)) focus_view_wanted_ = true;
     shown_tab_ = selected_tab();
     const TabRow& row = RowOf(shown_tab_);
     show_view(row);
