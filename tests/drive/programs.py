@@ -10,33 +10,21 @@ RUN = r"Software\Microsoft\Windows\CurrentVersion\Run"
 MSI = "{5D6C0E1A-7B1B-4F0B-9E57-2B6F3C1D0A11}"
 TOOLS = os.environ["TOOLS"]
 WAITING = TOOLS + r"\recorder_gui.exe --wait 60000"  # notes each start of itself in C:\record.txt
-WAITING_IN_FILE = WAITING.replace("\\", "\\\\")  # as a registry file writes it
-PROGRAMS, STARTUP = "ListView1_0", "lvStartUp"
+PROGRAMS, UPDATES, STARTUP = "ListView1_0", "ListView1_1", "lvStartUp"
 
-SEEDED = rf"""
-[HKEY_LOCAL_MACHINE\{UNINSTALL}\Slow]
-"DisplayName"="時間のかかる削除"
-"UninstallString"="{WAITING_IN_FILE}"
-"InstallLocation"="C:\\windows"
-[HKEY_LOCAL_MACHINE\{UNINSTALL}\Machine]
-"DisplayName"="全ユーザーの見本"
-"UninstallString"="nothing.exe"
-[HKEY_LOCAL_MACHINE\{UNINSTALL}\Nested]
-"DisplayName"="下にキーのある見本"
-"UninstallString"="nothing.exe"
-[HKEY_LOCAL_MACHINE\{UNINSTALL}\Nested\Below]
-[HKEY_CURRENT_USER\{UNINSTALL}\PerUser]
-"DisplayName"="個別ユーザーの見本"
-"UninstallString"="nothing.exe"
-[HKEY_LOCAL_MACHINE\{UNINSTALL}\KB123456]
-"DisplayName"="見本の更新 (KB123456)"
-"Publisher"="Microsoft Corporation"
-"UninstallString"="nothing.exe"
-"HelpLink"="http://support.example.jp"
-[HKEY_CURRENT_USER\{RUN}]
-"起動時の見本"="C:\\windows\\notepad.exe"
-"残る見本"="C:\\windows\\notepad.exe"
-"""
+# Root, key and shown name of entries that bring nothing to uninstall.
+ENTRIES = [("HKLM", "Slow", "時間のかかる削除"), ("HKLM", "Machine", "全ユーザーの見本"),
+           ("HKLM", "Nested", "下にキーのある見本"), ("HKCU", "PerUser", "個別ユーザーの見本"),
+           ("HKLM", "KB123456", "見本の更新 (KB123456)")]
+FURTHER_VALUES = [  # key, value name, data
+    (rf"HKLM\{UNINSTALL}\Slow", "UninstallString", WAITING),
+    (rf"HKLM\{UNINSTALL}\Nested\Below", "Value", ""),
+    (rf"HKLM\{UNINSTALL}\KB123456", "Publisher", "Microsoft Corporation"),
+    (rf"HKLM\{UNINSTALL}\KB123456", "HelpLink", "http://support.example.jp"),
+    (rf"HKCU\{RUN}", "起動時の見本", r"C:\windows\notepad.exe"),
+    (rf"HKCU\{RUN}", "残る見本", r"C:\windows\notepad.exe"),
+    # The command that Windows stores asks what to do with the program.
+    (rf"HKLM\{UNINSTALL}\{MSI}", "UninstallString", f"MsiExec.exe /X{MSI} /qn")]
 
 
 def question(session, text, key):
@@ -62,7 +50,7 @@ def uninstall(window, row, act):
     until(lambda: row not in names(window), 30, "the end of " + row)
     until(lambda: window.status() == f"{count - 1} 個の項目", 5, "the new count")
     assert len(names(window)) == count - 1
-    assert window.control("cmdMenu_0").enabled and window.control("cmdMenu_1").enabled
+    assert buttons(window) == [True, True]
 
 
 def started(session):
@@ -139,7 +127,7 @@ def delete_startup_item(window):
 def pictures(window):
     for name, list_name, row, items in (
             ("programs", PROGRAMS, "小さなメモ帳", [True] * 5),
-            ("updates", "ListView1_1", "見本の更新 (KB123456)", [True] * 5),
+            ("updates", UPDATES, "見本の更新 (KB123456)", [True] * 5),
             ("startup", STARTUP, "起動時の見本", [True, True, True, False, True])):
         window.select(list_name, row)
         window.picture(name + "-row")
@@ -152,9 +140,11 @@ def pictures(window):
 with Session() as session:
     session.run("wine", TOOLS + r"\sample_nsis.exe", "/S")
     session.run("wine", "msiexec", "/i", TOOLS + r"\sample.msi", "/qn")
-    # The command that Windows stores asks what to do with the program.
-    session.registry(rf"HKLM\{UNINSTALL}\{MSI}", "UninstallString", f"MsiExec.exe /X{MSI} /qn")
-    session.import_registry(SEEDED)
+    for root, key, name in ENTRIES:
+        session.registry(rf"{root}\{UNINSTALL}\{key}", "DisplayName", name)
+        session.registry(rf"{root}\{UNINSTALL}\{key}", "UninstallString", "nothing.exe")
+    for each in FURTHER_VALUES:
+        session.registry(*each)
     with session.start() as window:
         pictures(window)
         window.keys(*["ctrl+Tab"] * 4)
