@@ -66,7 +66,7 @@ bool frmMain::open(std::wstring_view argument) {
     create_first_controls();
     Form_Load(argument);
     UpdateWindow(window_);
-    PostMessageW(window_, kActivateMessage, 0, 0);
+    SetTimer(window_, kActivateTimer, kActivateDelay, nullptr);
     return true;
 }
 
@@ -96,6 +96,7 @@ void frmMain::Form_Load(std::wstring_view argument) {
 }
 
 void frmMain::Form_Activate() {
+    KillTimer(window_, kActivateTimer);
     if (std::exchange(activated_, true)) return;
     pump();
     activity_.request(Activity::Request::Catalogue);

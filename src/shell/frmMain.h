@@ -28,11 +28,13 @@ namespace shell {
 
 inline constexpr wchar_t kMainClass[] = L"Qorvenix.frmMain";
 
-// Posted to the window once the first list is painted.
-inline constexpr UINT kActivateMessage = WM_APP + 1;
-
 // Posted when the window may close.
-inline constexpr UINT kCloseMessage = WM_APP + 2;
+inline constexpr UINT kCloseMessage = WM_APP + 1;
+
+inline constexpr UINT_PTR kMonitorTimer = 1;
+// Runs out once, when the first list is painted and what the user has done meanwhile is answered.
+inline constexpr UINT_PTR kActivateTimer = 2;
+inline constexpr UINT kActivateDelay = 20;  // milliseconds
 
 // The index of "情報の更新(&U)" in the File menu.
 inline constexpr int kRefreshIndex = 5;

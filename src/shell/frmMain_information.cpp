@@ -8,12 +8,6 @@
 #include "win/system_library.h"
 
 namespace shell {
-namespace {
-
-constexpr UINT_PTR kMonitorTimer = 1;
-
-}  // namespace
-
 void frmMain::fill_control_panel() {
     const ui::ListView catalogue = list(Control::ListView2);
     sysinfo::FillControlPanelList(catalogue, control_panel_images_.get(), os_.tenths(),

@@ -122,7 +122,7 @@ LRESULT frmMain::message(UINT message, WPARAM wide, LPARAM parameter) {
             in_menu_ = message == WM_ENTERMENULOOP;
             return 0;
         case WM_TIMER:
-            tmrMem_Timer();
+            wide == kActivateTimer ? Form_Activate() : tmrMem_Timer();
             return 0;
         case WM_ACTIVATE:
             if (LOWORD(wide) == WA_INACTIVE && IsChild(window_, GetFocus())) last_focus_ = GetFocus();
@@ -151,9 +151,6 @@ LRESULT frmMain::message(UINT message, WPARAM wide, LPARAM parameter) {
             return 0;
         case kCloseMessage:
             close_now();
-            return 0;
-        case kActivateMessage:
-            Form_Activate();
             return 0;
         default:
             break;

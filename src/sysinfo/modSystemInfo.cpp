@@ -44,21 +44,37 @@ std::optional<unsigned> QueryProduct(const OSVERSIONINFOEXW& record) {
     return product;
 }
 
-// Winsock for the length of a scope.
+// Winsock for the length of a scope. Loaded for the report alone, so that the window opens sooner.
 class Winsock {
 public:
-    Winsock() {
+    Winsock() : library_(win::LoadSystemLibrary(L"wsock32.dll")) {
+        const auto start = find<decltype(&WSAStartup)>("WSAStartup");
         WSADATA data = {};
-        started_ = WSAStartup(kWinsockVersion, &data) == 0;
+        started_ = start && start(kWinsockVersion, &data) == 0;
     }
     Winsock(const Winsock&) = delete;
     Winsock& operator=(const Winsock&) = delete;
     ~Winsock() {
-        if (started_) WSACleanup();
+        const auto clean_up = find<decltype(&WSACleanup)>("WSACleanup");
+        if (started_ && clean_up) clean_up();
     }
-    bool started() const { return started_; }
+
+    // The entry of the own host name; null when there is none. Winsock owns it.
+    const hostent* own_entry() const {
+        const auto host_name = find<decltype(&gethostname)>("gethostname");
+        const auto host_by_name = find<decltype(&gethostbyname)>("gethostbyname");
+        char host[kHostNameLength + 1] = {};
+        if (!started_ || !host_name || !host_by_name || host_name(host, kHostNameLength) != 0) return nullptr;
+        return host_by_name(host);
+    }
 
 private:
+    template <class Function>
+    Function find(const char* name) const {
+        return win::FindFunction<Function>(library_.get(), name);
+    }
+
+    win::Module library_;
     bool started_ = false;
 };
 
@@ -172,9 +188,7 @@ bool IsWow64() {
 
 std::wstring GetIPAddress() {
     const Winsock winsock;
-    char host[kHostNameLength + 1] = {};
-    if (!winsock.started() || gethostname(host, kHostNameLength) != 0) return {};
-    const hostent* const entry = gethostbyname(host);
+    const hostent* const entry = winsock.own_entry();
     if (!entry || entry->h_addrtype != AF_INET || !entry->h_addr_list[0]) return {};
     const auto* const bytes = reinterpret_cast<const unsigned char*>(entry->h_addr_list[0]);
     std::wstring address = win::ToText(unsigned{bytes[0]});

@@ -1,5 +1,7 @@
 #include "ui/modDialog.h"
 
+#include "win/system_library.h"
+
 #include <vector>
 
 namespace ui {
@@ -10,7 +12,8 @@ constexpr std::size_t kPathLength = 32768;
 
 using FileDialog = BOOL(WINAPI*)(OPENFILENAMEW*);
 
-std::wstring ChooseFile(FileDialog dialog, HWND owner, const wchar_t* title, const FileFilter& filter,
+// The library is loaded for the dialog alone: it brings the printers' along, and the window would open later.
+std::wstring ChooseFile(const char* function, HWND owner, const wchar_t* title, const FileFilter& filter,
                         const wchar_t* extension, DWORD flags) {
     std::wstring filters = filter.description;
     filters.append(1, L'\0').append(filter.pattern).append(1, L'\0');
@@ -24,7 +27,9 @@ std::wstring ChooseFile(FileDialog dialog, HWND owner, const wchar_t* title, con
     record.lpstrTitle = title;
     record.lpstrDefExt = extension;
     record.Flags = OFN_EXPLORER | OFN_NOCHANGEDIR | OFN_HIDEREADONLY | flags;
-    if (!dialog(&record)) return {};
+    const win::Module library = win::LoadSystemLibrary(L"comdlg32.dll");
+    const auto dialog = win::FindFunction<FileDialog>(library.get(), function);
+    if (!dialog || !dialog(&record)) return {};
     return path.data();
 }
 
@@ -44,11 +49,11 @@ void Inform(HWND owner, std::wstring_view text, std::wstring_view title) {
 }
 
 std::wstring ChooseFileToOpen(HWND owner, const wchar_t* title, const FileFilter& filter) {
-    return ChooseFile(&GetOpenFileNameW, owner, title, filter, nullptr, OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST);
+    return ChooseFile("GetOpenFileNameW", owner, title, filter, nullptr, OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST);
 }
 
 std::wstring ChooseFileToSave(HWND owner, const wchar_t* title, const FileFilter& filter, const wchar_t* extension) {
-    return ChooseFile(&GetSaveFileNameW, owner, title, filter, extension, OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST);
+    return ChooseFile("GetSaveFileNameW", owner, title, filter, extension, OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST);
 }
 
 }  // namespace ui

@@ -45,7 +45,11 @@ public:
     explicit Driven(const wchar_t* argument = L"")
         : form(std::make_unique<frmMain>(GetModuleHandleW(nullptr))) {
         REQUIRE(form->open(argument));
-        form->pump();
+        // The catalogue is the last thing that a start makes.
+        for (int wait = 0; wait < 500 && list(Control::ListView2).count() == 0; ++wait) {
+            form->pump();
+            Sleep(10);
+        }
     }
     ~Driven() {
         if (form->window()) SendMessageW(form->window(), WM_CLOSE, 0, 0);
