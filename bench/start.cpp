@@ -30,7 +30,8 @@ int ShowEmptyWindow() {
     ShowWindow(window, SW_SHOWNORMAL);
     UpdateWindow(window);
     MSG message = {};
-    while (GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
+    while (GetMessageW(&message, nullptr, 0, 0) > 0)
+        DispatchMessageW(&message);
     return 0;
 }
 

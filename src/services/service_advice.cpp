@@ -8,8 +8,7 @@
 namespace services {
 namespace {
 
-constexpr std::wstring_view kUnknownService =
-    L"判断基準：情報募集中です。作者HPにてご報告していただくと反映いたします";
+constexpr std::wstring_view kUnknownService = L"判断基準：情報募集中です。作者HPにてご報告していただくと反映いたします";
 
 // "tpm base sevices" is misspelled and so never met; its service is left to the users' reports.
 // clang-format off

@@ -27,12 +27,12 @@ enum ServiceItem : int {
 };
 
 inline constexpr ui::MenuItem kServiceMenu[] = {
-    {kCopyItem, L"項目コピー(&C)"},  {2, L"-"},
-    {kStartItem, L"開始(&S)"},       {kStopItem, L"停止(&O)"},
-    {kPauseItem, L"一時停止(&U)"},   {kResumeItem, L"再開(&M)"},
-    {kRestartItem, L"再起動(&E)"},   {8, L"-"},
-    {kAutomaticItem, L"自動(&A)"},   {kManualItem, L"手動(&L)"},
-    {kDisabledItem, L"無効(&D)"},    {98, L"-"},
+    {kCopyItem, L"項目コピー(&C)"},    {2, L"-"},
+    {kStartItem, L"開始(&S)"},         {kStopItem, L"停止(&O)"},
+    {kPauseItem, L"一時停止(&U)"},     {kResumeItem, L"再開(&M)"},
+    {kRestartItem, L"再起動(&E)"},     {8, L"-"},
+    {kAutomaticItem, L"自動(&A)"},     {kManualItem, L"手動(&L)"},
+    {kDisabledItem, L"無効(&D)"},      {98, L"-"},
     {kRefreshItem, L"情報の更新(&U)"},
 };
 

@@ -7,8 +7,7 @@ namespace shell {
 namespace {
 
 bool Write(const wchar_t* path, std::string_view bytes) {
-    const win::File file(
-        CreateFileW(path, GENERIC_WRITE, 0, nullptr, TRUNCATE_EXISTING, 0, nullptr));
+    const win::File file(CreateFileW(path, GENERIC_WRITE, 0, nullptr, TRUNCATE_EXISTING, 0, nullptr));
     if (!file) return false;
     DWORD written = 0;
     return WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&

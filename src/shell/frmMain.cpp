@@ -51,8 +51,8 @@ bool frmMain::open(std::wstring_view argument) {
     description.lpfnWndProc = &DesignedProcedure;
     description.hInstance = instance_;
     description.hIcon = LoadIconW(instance_, MAKEINTRESOURCEW(IDI_APP));
-    description.hIconSm = static_cast<HICON>(LoadImageW(instance_, MAKEINTRESOURCEW(IDI_APP), IMAGE_ICON, small_icon,
-                                                        small_icon, LR_SHARED));
+    description.hIconSm = static_cast<HICON>(
+        LoadImageW(instance_, MAKEINTRESOURCEW(IDI_APP), IMAGE_ICON, small_icon, small_icon, LR_SHARED));
     description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
     description.lpszClassName = kMainClass;

@@ -2,6 +2,7 @@
 // the features are handed the list to fill and the Host face of this window.
 #pragma once
 
+#include "programs/uninstall_scan.h"
 #include "shell/activity.h"
 #include "shell/controls.h"
 #include "shell/layout.h"
@@ -9,7 +10,6 @@
 #include "shell/mod_ini.h"
 #include "shell/status_line.h"
 #include "shell/tabs.h"
-#include "programs/uninstall_scan.h"
 #include "startup/startup_menu.h"
 #include "tools/memory_monitor.h"
 #include "ui/host.h"
@@ -278,7 +278,7 @@ private:
     win::Font configured_font_;  // the same in the face that "Font" names; empty without the option
     win::Brush window_brush_;
     LayoutMetrics metrics_;
-    int strip_width_ = -1;   // width and height of the strip as last measured
+    int strip_width_ = -1;  // width and height of the strip as last measured
     int strip_height_ = 0;
 
     HMENU menu_bar_ = nullptr;  // the window's

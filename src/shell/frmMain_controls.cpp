@@ -4,10 +4,10 @@
 #include "programs/restore_points.h"
 #include "programs/uninstall_scan.h"
 #include "services/service_list.h"
+#include "shell/process_list.h"
 #include "startup/startup_scan.h"
 #include "sysinfo/control_panel.h"
 #include "ui/control.h"
-#include "shell/process_list.h"
 #include "ui/drop_files.h"
 #include "ui/link_label.h"
 
@@ -28,8 +28,7 @@ struct KindRow {
 // In the order of Kind.
 constexpr KindRow kKinds[] = {
     {WC_TABCONTROLW, WS_TABSTOP | WS_CLIPSIBLINGS | TCS_MULTILINE | TCS_HOTTRACK, 0},
-    {WC_LISTVIEWW, WS_TABSTOP | LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS | LVS_SHAREIMAGELISTS,
-     WS_EX_CLIENTEDGE},
+    {WC_LISTVIEWW, WS_TABSTOP | LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS | LVS_SHAREIMAGELISTS, WS_EX_CLIENTEDGE},
     {L"STATIC", SS_NOPREFIX | SS_CENTERIMAGE, 0},
     {ui::kLinkClass, 0, 0},
     {L"EDIT", WS_TABSTOP, WS_EX_CLIENTEDGE},
@@ -113,9 +112,9 @@ void frmMain::put_in_order() {
 HWND frmMain::create_control(const ControlRow& row) {
     const KindRow& kind = kKinds[static_cast<std::size_t>(row.kind)];
     const DWORD shown = row.area == Area::Window ? WS_VISIBLE : 0;
-    return CreateWindowExW(kind.extended_style, kind.window_class, row.text,
-                           WS_CHILD | shown | kind.style | row.style, 0, 0, 0, 0, window_,
-                           reinterpret_cast<HMENU>(static_cast<INT_PTR>(IdOf(row.control))), instance_, nullptr);
+    return CreateWindowExW(kind.extended_style, kind.window_class, row.text, WS_CHILD | shown | kind.style | row.style,
+                           0, 0, 0, 0, window_, reinterpret_cast<HMENU>(static_cast<INT_PTR>(IdOf(row.control))),
+                           instance_, nullptr);
 }
 
 // The style of the first list goes to all six.
@@ -131,8 +130,7 @@ void frmMain::set_list_styles() {
 // The startup list shows icons of the system's own list, which it must not destroy.
 void frmMain::attach_system_images() {
     SHFILEINFOW info = {};
-    const DWORD_PTR images =
-        SHGetFileInfoW(L"C:\\", 0, &info, sizeof info, SHGFI_SYSICONINDEX | SHGFI_SMALLICON);
+    const DWORD_PTR images = SHGetFileInfoW(L"C:\\", 0, &info, sizeof info, SHGFI_SYSICONINDEX | SHGFI_SMALLICON);
     list(Control::lvStartUp).set_small_images(reinterpret_cast<HIMAGELIST>(images));
 }
 

@@ -16,9 +16,7 @@ frmMain* FormOf(HWND window) {
 
 }  // namespace
 
-bool frmMain::is_program_list(Control which) {
-    return which == Control::ListView1_0 || which == Control::ListView1_1;
-}
+bool frmMain::is_program_list(Control which) { return which == Control::ListView1_0 || which == Control::ListView1_1; }
 
 // A list's own window procedure comes behind ListProcedure.
 void frmMain::watch_list(Control which) {
@@ -33,10 +31,12 @@ LRESULT CALLBACK frmMain::ListProcedure(HWND window, UINT message, WPARAM wide, 
     const Control which = form->row_of(window)->control;
     switch (message) {
         case WM_MOUSEMOVE:
-            if (!is_program_list(which)) form->list_MouseMove(which, {GET_X_LPARAM(parameter), GET_Y_LPARAM(parameter)});
+            if (!is_program_list(which))
+                form->list_MouseMove(which, {GET_X_LPARAM(parameter), GET_Y_LPARAM(parameter)});
             break;
         case WM_NOTIFY:
-            if (is_program_list(which) && blocks_column(reinterpret_cast<NMHEADERW&>(*reinterpret_cast<NMHDR*>(parameter)))) {
+            if (is_program_list(which) &&
+                blocks_column(reinterpret_cast<NMHEADERW&>(*reinterpret_cast<NMHDR*>(parameter)))) {
                 return TRUE;
             }
             break;

@@ -131,7 +131,8 @@ LRESULT frmMain::message(UINT message, WPARAM wide, LPARAM parameter) {
             give_focus_on();
             return 0;
         case WM_SYSCOLORCHANGE:
-            for (const HWND each : controls_) SendMessageW(each, message, wide, parameter);
+            for (const HWND each : controls_)
+                SendMessageW(each, message, wide, parameter);
             window_brush_.reset(CreateSolidBrush(GetSysColor(COLOR_WINDOW)));
             break;
         case WM_CLOSE:
@@ -179,8 +180,10 @@ bool frmMain::stripe(NMHDR& header, LRESULT& answer) {
 void frmMain::mouse_wheel(int delta) {
     if (in_menu_ || !IsWindowEnabled(window_) || SendMessageW(control(Control::cb), CB_GETDROPPEDSTATE, 0, 0)) return;
     wheel_ += delta;
-    for (; wheel_ <= -WHEEL_DELTA; wheel_ += WHEEL_DELTA) step_tab(+1, false);
-    for (; wheel_ >= WHEEL_DELTA; wheel_ -= WHEEL_DELTA) step_tab(-1, false);
+    for (; wheel_ <= -WHEEL_DELTA; wheel_ += WHEEL_DELTA)
+        step_tab(+1, false);
+    for (; wheel_ >= WHEEL_DELTA; wheel_ -= WHEEL_DELTA)
+        step_tab(-1, false);
 }
 
 // Only the menu bar has hints; a pop-up menu leaves the advice or the count readable.
@@ -261,7 +264,8 @@ HBRUSH frmMain::static_colours(HDC dc, HWND which) const {
 
 void frmMain::run_until_closed() {
     MSG message = {};
-    while (!closed_ && GetMessageW(&message, nullptr, 0, 0) > 0) dispatch(message);
+    while (!closed_ && GetMessageW(&message, nullptr, 0, 0) > 0)
+        dispatch(message);
 }
 
 void frmMain::dispatch_pending() {
@@ -336,7 +340,8 @@ bool frmMain::translate_key(const MSG& message) {
 
 void frmMain::walk_focus(bool back) {
     HWND present = GetFocus();
-    while (present && GetParent(present) != window_) present = GetParent(present);  // out of the box in cb
+    while (present && GetParent(present) != window_)
+        present = GetParent(present);  // out of the box in cb
     const HWND next = GetNextDlgTabItem(window_, present, back);
     if (!next) return;
     SendMessageW(window_, WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEFOCUS), 0);
@@ -346,8 +351,8 @@ void frmMain::walk_focus(bool back) {
 
 // Alt with a button's letter, as far as the menu bar does not use it.
 bool frmMain::translate_mnemonic(const MSG& message) {
-    const wchar_t letter = static_cast<wchar_t>(
-        reinterpret_cast<LONG_PTR>(CharLowerW(reinterpret_cast<LPWSTR>(message.wParam & 0xFFFF))));
+    const wchar_t letter =
+        static_cast<wchar_t>(reinterpret_cast<LONG_PTR>(CharLowerW(reinterpret_cast<LPWSTR>(message.wParam & 0xFFFF))));
     if (kMenuLetters.find(letter) != kMenuLetters.npos) return false;
     for (const Control which : {Control::cmdMenu_0, Control::cmdMenu_1}) {
         const std::wstring caption = ui::TextOf(control(which));

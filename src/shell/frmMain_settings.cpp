@@ -11,7 +11,7 @@ enum WindowState { kNormal = 0, kMinimised = 1, kMaximised = 2 };
 
 constexpr int kDefaultWidth = 12000;  // twips
 constexpr int kDefaultHeight = 8000;
-constexpr int kFarthest = 32767;      // pixels; window coordinates end there
+constexpr int kFarthest = 32767;  // pixels; window coordinates end there
 
 struct StoredColumns {
     Control list;
@@ -122,7 +122,8 @@ void frmMain::read_font_option() {
     GetObjectW(font_.get(), sizeof look, &look);
     lstrcpynW(look.lfFaceName, face.c_str(), LF_FACESIZE);
     configured_font_.reset(CreateFontIndirectW(&look));
-    for (const ControlRow& row : AllControls()) set_font(row);
+    for (const ControlRow& row : AllControls())
+        set_font(row);
     measure();
 }
 

@@ -123,7 +123,8 @@ void frmMain::show_detail(const TabRow& row) {
         ui::Show(control(each), row.shows_detail);
     }
     ui::Show(control(Control::Label1_1), row.shows_detail && !services && !restore);
-    for (const Control each : kDetailValues) ui::Show(control(each), row.shows_detail && !services && !restore);
+    for (const Control each : kDetailValues)
+        ui::Show(control(each), row.shows_detail && !services && !restore);
     ui::Show(control(Control::txtComment), services);
     ui::Show(control(Control::cmdMenu_0), row.shows_detail && !services);
     ui::Show(control(Control::cmdMenu_1), programs || restore);
@@ -143,7 +144,8 @@ void frmMain::name_second_button(Tab tab) {
 }
 
 void frmMain::clear_detail_values() {
-    for (const Control value : kDetailValues) set_detail_value(value, L"", false);
+    for (const Control value : kDetailValues)
+        set_detail_value(value, L"", false);
     ui::SetText(control(Control::txtComment), L"");
 }
 
@@ -157,9 +159,8 @@ void frmMain::fill(Tab tab) {
     using Filler = void (frmMain::*)();
     // In the order of Tab.
     static constexpr Filler kFillers[] = {
-        &frmMain::fill_programs, &frmMain::fill_programs,      &frmMain::fill_startup,
-        &frmMain::fill_processes, &frmMain::fill_services,     &frmMain::fill_control_panel,
-        &frmMain::fill_restore_points, &frmMain::fill_report,
+        &frmMain::fill_programs, &frmMain::fill_programs,      &frmMain::fill_startup,        &frmMain::fill_processes,
+        &frmMain::fill_services, &frmMain::fill_control_panel, &frmMain::fill_restore_points, &frmMain::fill_report,
     };
     const Filler filler = kFillers[static_cast<std::size_t>(tab)];
     (this->*filler)();

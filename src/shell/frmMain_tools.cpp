@@ -58,8 +58,7 @@ void frmMain::mnuSet_Click() {
 void frmMain::mnuSetItem_Click(int index) {
     const Activity::Command command(activity_);
     if (!command) return;
-    const std::wstring caption =
-        ItemCaption(menu_bar_, MenuArray::mnuSetItem, static_cast<int>(tools::Repair::SendTo));
+    const std::wstring caption = ItemCaption(menu_bar_, MenuArray::mnuSetItem, static_cast<int>(tools::Repair::SendTo));
     tools::mnuSetItem_Click(static_cast<tools::Repair>(index), caption, *this);
 }
 

@@ -83,8 +83,8 @@ private:
     void arrange_information(const Rectangle& content) {
         const Rectangle inner = {content.left + margin(), content.top + margin(), content.width - 2 * margin(),
                                  content.height - 2 * margin()};
-        const int wanted = std::max({metrics_.memory_caption_width + gap() + metrics_.memory_value_width,
-                                     metrics_.heading_width, scaled(200)});
+        const int wanted = std::max(
+            {metrics_.memory_caption_width + gap() + metrics_.memory_value_width, metrics_.heading_width, scaled(200)});
         const int panel_width = std::min(wanted, inner.width / 2);
         Rectangle report = {inner.left, inner.top, inner.width - panel_width - 2 * margin(), inner.height};
         const Rectangle panel = {inner.right() - panel_width, inner.top, panel_width, inner.height};

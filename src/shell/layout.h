@@ -10,16 +10,16 @@ namespace shell {
 // What the fonts and the resolution dictate, in pixels, measured once for a font.
 struct LayoutMetrics {
     int dpi = 96;
-    int text_height = 12;      // one line of a label
-    int edit_height = 18;      // a one-line text box
-    int button_width = 80;     // the widest of the two detail buttons
+    int text_height = 12;   // one line of a label
+    int edit_height = 18;   // a one-line text box
+    int button_width = 80;  // the widest of the two detail buttons
     int button_height = 22;
-    int release_width = 50;    // the button "開放"
-    int browse_width = 24;     // the button "..."
-    int caption_width = 60;    // the widest caption of the detail area
+    int release_width = 50;  // the button "開放"
+    int browse_width = 24;   // the button "..."
+    int caption_width = 60;  // the widest caption of the detail area
     int memory_caption_width = 70;
     int memory_value_width = 110;
-    int heading_width = 180;   // the widest heading of the information panel
+    int heading_width = 180;  // the widest heading of the information panel
 };
 
 struct Rectangle {
@@ -33,9 +33,9 @@ struct Rectangle {
 };
 
 struct Surroundings {
-    int width = 0;          // of the window's client area
+    int width = 0;  // of the window's client area
     int height = 0;
-    int strip_height = 0;   // of the tab strip with all its rows
+    int strip_height = 0;  // of the tab strip with all its rows
     int status_height = 0;
 };
 

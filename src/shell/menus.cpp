@@ -9,7 +9,6 @@
 namespace shell {
 namespace {
 
-
 using ui::MenuItem;
 
 constexpr MenuItem Separator(int index) { return {index, ui::kSeparator}; }
@@ -99,9 +98,7 @@ win::Menu MakeMenuBar() {
     return bar;
 }
 
-HMENU SubMenuOf(HMENU bar, MenuArray array) {
-    return GetSubMenu(bar, static_cast<int>(&RowOf(array) - kMenus));
-}
+HMENU SubMenuOf(HMENU bar, MenuArray array) { return GetSubMenu(bar, static_cast<int>(&RowOf(array) - kMenus)); }
 
 std::wstring_view HintOf(int command) {
     for (const MenuRow& row : kMenus) {

@@ -31,8 +31,7 @@ int Scale(std::int64_t value, std::int64_t numerator, std::int64_t denominator) 
     const std::int64_t scaled = value * numerator * 2;
     const std::int64_t half = scaled < 0 ? -denominator : denominator;
     return static_cast<int>(std::clamp<std::int64_t>((scaled + half) / (2 * denominator),
-                                                     std::numeric_limits<int>::min(),
-                                                     std::numeric_limits<int>::max()));
+                                                     std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
 }
 
 }  // namespace
@@ -41,8 +40,8 @@ Settings::Settings(std::wstring_view file) : file_(AnsiPath(file)) {}
 
 std::wstring Settings::text(std::string_view key) const {
     char value[kTextLength] = {};
-    const DWORD length = GetPrivateProfileStringA(kSection, std::string(key).c_str(), "", value, kTextLength,
-                                                  file_.c_str());
+    const DWORD length =
+        GetPrivateProfileStringA(kSection, std::string(key).c_str(), "", value, kTextLength, file_.c_str());
     return std::wstring(win::CutAtNul(win::FromAnsi({value, std::min(length, kTextLength)})));
 }
 
@@ -56,9 +55,7 @@ void Settings::write(std::string_view key, std::wstring_view value) const {
 
 void Settings::write(std::string_view key, int value) const { write(key, win::ToText(value)); }
 
-std::string ColumnKey(int column, int list) {
-    return win::ToAnsi(win::ToText(column) + L"Col" + win::ToText(list));
-}
+std::string ColumnKey(int column, int list) { return win::ToAnsi(win::ToText(column) + L"Col" + win::ToText(list)); }
 
 int PixelsFromTwips(int twips, int dpi) { return Scale(twips, dpi, kTwipsPerInch); }
 

@@ -27,9 +27,12 @@ std::optional<std::wstring> OwnerOf(const win::Object& process) {
 }
 
 Process Read(const win::Object& process) {
-    return {process.get(L"Name").text(),        process.get(L"ProcessID").text(),
-            OwnerOf(process),                   process.get(L"Description").text(),
-            process.get(L"ExecutablePath").text(), process.get(L"CreationClassName").text()};
+    return {process.get(L"Name").text(),
+            process.get(L"ProcessID").text(),
+            OwnerOf(process),
+            process.get(L"Description").text(),
+            process.get(L"ExecutablePath").text(),
+            process.get(L"CreationClassName").text()};
 }
 
 std::vector<Process> ReadAll(ui::Host& host) {
@@ -75,7 +78,8 @@ void FillProcessList(const ui::ListView& lvProcess, ui::Host& host) {
     }
     {
         const ui::ListFill fill(lvProcess, static_cast<int>(processes.size()));
-        for (const Process& process : processes) Add(lvProcess, process);
+        for (const Process& process : processes)
+            Add(lvProcess, process);
     }
     lvProcess.show(true);
 }

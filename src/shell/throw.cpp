@@ -23,7 +23,7 @@ void __throw_invalid_argument(const char*) { Die(); }
 void __throw_bad_alloc() { Die(); }
 void __throw_bad_array_new_length() { Die(); }
 void __throw_bad_function_call() { Die(); }
-} // namespace std
+}  // namespace std
 
 void* operator new(size_t bytes) {
     void* memory = malloc(bytes != 0 ? bytes : 1);

@@ -103,7 +103,8 @@ void RegisterLinkLabel(HINSTANCE instance) {
 void SetLink(HWND label, bool is_link) {
     if (IsLink(label) == is_link) return;
     const LONG style = GetWindowLongW(label, GWL_STYLE);
-    SetWindowLongW(label, GWL_STYLE, is_link ? style | static_cast<LONG>(WS_TABSTOP) : style & ~static_cast<LONG>(WS_TABSTOP));
+    SetWindowLongW(label, GWL_STYLE,
+                   is_link ? style | static_cast<LONG>(WS_TABSTOP) : style & ~static_cast<LONG>(WS_TABSTOP));
     InvalidateRect(label, nullptr, FALSE);
 }
 

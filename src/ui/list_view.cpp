@@ -73,9 +73,7 @@ bool ListView::visible() const { return (GetWindowLongW(window_, GWL_STYLE) & WS
 
 int ListView::count() const { return static_cast<int>(Send(window_, LVM_GETITEMCOUNT)); }
 
-void ListView::clear() const {
-    Send(window_, LVM_DELETEALLITEMS);
-}
+void ListView::clear() const { Send(window_, LVM_DELETEALLITEMS); }
 
 int ListView::add_row(std::wstring_view text, LPARAM tag, int image) const {
     std::wstring terminated(text);
@@ -174,7 +172,7 @@ void ListView::sort(int column, SortOrder order) const {
         int place;
     };
     std::vector<Row> rows(static_cast<std::size_t>(count()));
-    for (int row = 0; Row& each : rows) {
+    for (int row = 0; Row & each : rows) {
         each = {cell(row, column), tag(row), row};
         ++row;
     }
@@ -184,9 +182,11 @@ void ListView::sort(int column, SortOrder order) const {
                before;
     });
     // The control only ever compares ranks: nothing is asked of it while it sorts.
-    for (int rank = 0; const Row& row : rows) set_tag(row.place, rank++);
+    for (int rank = 0; const Row& row : rows)
+        set_tag(row.place, rank++);
     Send(window_, LVM_SORTITEMS, 0, reinterpret_cast<LPARAM>(&CompareTags));
-    for (int rank = 0; const Row& row : rows) set_tag(rank++, row.tag);
+    for (int rank = 0; const Row& row : rows)
+        set_tag(rank++, row.tag);
 }
 
 void ListView::show_sort_arrow(int column, SortOrder order) const {
@@ -210,8 +210,7 @@ ListView::Hit ListView::hit_test(POINT client) const {
     return {hit.iItem, hit.iSubItem};
 }
 
-ListFill::ListFill(const ListView& list, int expected)
-    : window_(list.window()), visible_(list.visible()) {
+ListFill::ListFill(const ListView& list, int expected) : window_(list.window()), visible_(list.visible()) {
     Send(window_, WM_SETREDRAW, FALSE);
     if (expected > 0) Send(window_, LVM_SETITEMCOUNT, static_cast<WPARAM>(expected));
 }

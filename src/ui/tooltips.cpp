@@ -5,7 +5,7 @@
 namespace ui {
 namespace {
 
-constexpr int kWidestTip = 600;      // pixels at 96 dpi; longer texts go on in a second line
+constexpr int kWidestTip = 600;         // pixels at 96 dpi; longer texts go on in a second line
 constexpr LPARAM kLongestTime = 30000;  // milliseconds a tip stays
 
 }  // namespace

@@ -94,7 +94,8 @@ HRESULT Object::invoke_id(DISPID id, WORD flags, std::span<const Variant> argume
     // Wine's objects overwrite the parameter record, so the arguments stay in an array of ours; they are in reverse
     // order there, as automation wants them.
     std::array<VARIANTARG, kMostArguments> reversed;
-    for (std::size_t i = 0; i < arguments.size(); ++i) reversed[i] = arguments[arguments.size() - 1 - i].get();
+    for (std::size_t i = 0; i < arguments.size(); ++i)
+        reversed[i] = arguments[arguments.size() - 1 - i].get();
     DISPID property = DISPID_PROPERTYPUT;
     const bool puts = flags == DISPATCH_PROPERTYPUT;
     DISPPARAMS parameters = {reversed.data(), puts ? &property : nullptr, static_cast<UINT>(arguments.size()),

@@ -11,7 +11,8 @@ std::wstring FolderFrom(UINT(WINAPI* query)(LPWSTR, UINT)) {
         length = query(folder.data(), length);
     }
     folder.resize(length);
-    while (!folder.empty() && folder.back() == L'\\') folder.pop_back();
+    while (!folder.empty() && folder.back() == L'\\')
+        folder.pop_back();
     return folder;
 }
 

@@ -82,7 +82,8 @@ void Read(std::wstring_view argument) {
 }  // namespace
 
 int wmain(int count, wchar_t** arguments) {
-    for (int index = 1; index < count; ++index) Read(arguments[index]);
+    for (int index = 1; index < count; ++index)
+        Read(arguments[index]);
     wchar_t name[] = L"";
     const SERVICE_TABLE_ENTRYW table[] = {{name, Run}, {nullptr, nullptr}};
     return StartServiceCtrlDispatcherW(table) ? 0 : 1;

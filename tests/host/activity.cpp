@@ -32,7 +32,8 @@ struct Window final : Activity::Runner {
 TEST_CASE("what arrives during a fill runs once behind it, and never inside") {
     Window window;
     window.during = [](Window& w) {
-        for (int i = 0; i < 50; ++i) w.activity.request(Activity::Request::TabClick);
+        for (int i = 0; i < 50; ++i)
+            w.activity.request(Activity::Request::TabClick);
         w.activity.request(Activity::Request::Refresh);
         w.activity.request(Activity::Request::Rescan);
     };
@@ -58,9 +59,7 @@ TEST_CASE("a busy window refuses to close, but fills") {
     Window window;
     {
         const Activity::Busy outer(window.activity);
-        {
-            const Activity::Busy inner(window.activity);
-        }
+        { const Activity::Busy inner(window.activity); }
         CHECK_FALSE(window.activity.request_close());
         window.activity.request(Activity::Request::TabClick);
     }

@@ -33,11 +33,12 @@ struct View {
 };
 
 std::vector<View> Views() {
-    const std::vector<Control> captions = {Control::Label1_0, Control::Label1_1,  Control::Label1_6,
-                                           Control::Label1_2, Control::Label1_3,  Control::Label1_11,
+    const std::vector<Control> captions = {Control::Label1_0,  Control::Label1_1,  Control::Label1_6,
+                                           Control::Label1_2,  Control::Label1_3,  Control::Label1_11,
                                            Control::cmdMenu_0, Control::cmdMenu_1, Control::ListView1_0};
     View information = {DetailKind::None, {}};
-    for (Control each = Control::txtSys; each < Control::st; each = Element(each, 1)) information.shown.push_back(each);
+    for (Control each = Control::txtSys; each < Control::st; each = Element(each, 1))
+        information.shown.push_back(each);
     return {{DetailKind::Rows, captions},
             {DetailKind::Comment, {Control::lvService, Control::Label1_0, Control::txtComment}},
             {DetailKind::None, {Control::ListView2}},
@@ -56,9 +57,13 @@ TEST_CASE("no control covers another or leaves the window, at every size, resolu
         for (const auto& [text_height, wide] : {std::pair{12, 10}, {15, 11}, {17, 12}}) {
             const LayoutMetrics metrics = MetricsFor(dpi, text_height, wide);
             // Client areas of the smallest window, of common ones and of a 4K screen, with one to three rows of tabs.
-            for (const auto& [width, height, rows] :
-                 {std::tuple{464, 258, 3}, {464, 258, 2}, {640, 400, 2}, {784, 494, 1}, {784, 300, 1}, {1904, 1000, 1},
-                  {3824, 2080, 1}}) {
+            for (const auto& [width, height, rows] : {std::tuple{464, 258, 3},
+                                                      {464, 258, 2},
+                                                      {640, 400, 2},
+                                                      {784, 494, 1},
+                                                      {784, 300, 1},
+                                                      {1904, 1000, 1},
+                                                      {3824, 2080, 1}}) {
                 const Surroundings around = {width * dpi / 96, height * dpi / 96,
                                              rows * (metrics.text_height + 7 * dpi / 96),
                                              metrics.text_height + 8 * dpi / 96};

@@ -47,7 +47,8 @@ public:
     }
 
     bool wait_for(DWORD wanted) const {
-        for (int tenths = 0; tenths < 100 && state() != wanted; ++tenths) Sleep(100);
+        for (int tenths = 0; tenths < 100 && state() != wanted; ++tenths)
+            Sleep(100);
         return state() == wanted;
     }
 

@@ -25,7 +25,8 @@ struct Fixture {
         std::vector<std::wstring> rows;
         for (const auto& cells : window.rows()) {
             std::wstring& row = rows.emplace_back();
-            for (const std::wstring& cell : cells) row += cell + L"|";
+            for (const std::wstring& cell : cells)
+                row += cell + L"|";
         }
         return rows;
     }
@@ -70,9 +71,9 @@ TEST_CASE_FIXTURE(Fixture, "this process is listed with its owner") {
 TEST_CASE_FIXTURE(Fixture, "processes are listed one by one, in WMI's order") {
     WmiDouble wmi([](const std::wstring&) {
         doubles::Members members;
-        for (const auto& process : {MakeProcess(L"z.exe", 100, win::Variant(L"利用者")),
-                                    MakeProcess(L"System", 4, doubles::Null()),
-                                    MakeProcess(L"z.exe", 101, win::Variant(L"other"))}) {
+        for (const auto& process :
+             {MakeProcess(L"z.exe", 100, win::Variant(L"利用者")), MakeProcess(L"System", 4, doubles::Null()),
+              MakeProcess(L"z.exe", 101, win::Variant(L"other"))}) {
             members.values.emplace_back(process.get());
         }
         members.end = E_FAIL;

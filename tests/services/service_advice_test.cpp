@@ -12,7 +12,8 @@ using services::LookupServiceAdvice;
 TEST_CASE("every key of the table is found, whatever its case") {
     std::uint32_t checksum = 2166136261;  // FNV-1a over the whole table: no character of it may change unnoticed
     const auto add = [&](std::wstring_view text) {
-        for (const wchar_t unit : text) checksum = (checksum ^ unit) * 16777619;
+        for (const wchar_t unit : text)
+            checksum = (checksum ^ unit) * 16777619;
         checksum = checksum * 16777619;
     };
     CHECK(services::AdviceTable().size() == 63);
@@ -29,8 +30,7 @@ TEST_CASE("every key of the table is found, whatever its case") {
 }
 
 TEST_CASE("only the exact display name counts") {
-    const std::wstring_view unknown =
-        L"判断基準：情報募集中です。作者HPにてご報告していただくと反映いたします";
+    const std::wstring_view unknown = L"判断基準：情報募集中です。作者HPにてご報告していただくと反映いたします";
     CHECK(LookupServiceAdvice(L"Windows Update") == L"判断基準：「自動」推奨");
     CHECK(LookupServiceAdvice(L"Print Spooler") == L"判断基準：プリンタ未使用なら「無効」");
     CHECK(LookupServiceAdvice(L"TPM Base Sevices") == L"判断基準：指紋認証（暗号化）等の機能を持たないPCなら「無効」");

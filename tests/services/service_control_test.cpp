@@ -73,14 +73,22 @@ TEST_CASE("what the cells of a row enable") {
         Items items;
         bool can_pause;
     } table[] = {
-        {L"開始", L"自動", {1, 7, 10, 11, 99}, true},      {L"開始", L"手動", {1, 7, 9, 11, 99}, true},
-        {L"開始", L"無効", {1, 7, 9, 10, 99}, true},       {L"開始", L"", {1, 7, 9, 10, 11, 99}, true},
-        {L"停止", L"自動", {1, 3, 10, 11, 99}, true},      {L"停止", L"手動", {1, 3, 9, 11, 99}, true},
-        {L"停止", L"無効", {1, 9, 10, 99}, true},       {L"停止", L"", {1, 3, 9, 10, 11, 99}, true},
-        {L"一時停止", L"自動", {1, 6, 7, 10, 11, 99}, false}, {L"一時停止", L"手動", {1, 6, 7, 9, 11, 99}, false},
-        {L"一時停止", L"無効", {1, 6, 7, 9, 10, 99}, false},  {L"一時停止", L"", {1, 6, 7, 9, 10, 11, 99}, false},
-        {L"", L"自動", {1, 7, 10, 11, 99}, true},          {L"", L"手動", {1, 7, 9, 11, 99}, true},
-        {L"", L"無効", {1, 7, 9, 10, 99}, true},           {L"", L"", {1, 7, 9, 10, 11, 99}, true},
+        {L"開始", L"自動", {1, 7, 10, 11, 99}, true},
+        {L"開始", L"手動", {1, 7, 9, 11, 99}, true},
+        {L"開始", L"無効", {1, 7, 9, 10, 99}, true},
+        {L"開始", L"", {1, 7, 9, 10, 11, 99}, true},
+        {L"停止", L"自動", {1, 3, 10, 11, 99}, true},
+        {L"停止", L"手動", {1, 3, 9, 11, 99}, true},
+        {L"停止", L"無効", {1, 9, 10, 99}, true},
+        {L"停止", L"", {1, 3, 9, 10, 11, 99}, true},
+        {L"一時停止", L"自動", {1, 6, 7, 10, 11, 99}, false},
+        {L"一時停止", L"手動", {1, 6, 7, 9, 11, 99}, false},
+        {L"一時停止", L"無効", {1, 6, 7, 9, 10, 99}, false},
+        {L"一時停止", L"", {1, 6, 7, 9, 10, 11, 99}, false},
+        {L"", L"自動", {1, 7, 10, 11, 99}, true},
+        {L"", L"手動", {1, 7, 9, 11, 99}, true},
+        {L"", L"無効", {1, 7, 9, 10, 99}, true},
+        {L"", L"", {1, 7, 9, 10, 11, 99}, true},
     };
     for (const auto& row : table) {
         for (const std::wstring pause : {L"-1", L"0", L""}) {
@@ -217,7 +225,8 @@ TEST_CASE_FIXTURE(Desk, "a restart waits alive as long as the check point advanc
     host.on_pump = nullptr;
     refresh();
     const auto after = window.rows();
-    for (const auto& row : rows) CHECK(std::ranges::find(after, row) != after.end());  // and no other row has changed
+    for (const auto& row : rows)
+        CHECK(std::ranges::find(after, row) != after.end());  // and no other row has changed
 }
 
 TEST_CASE_FIXTURE(Desk, "the wait ends after one wait hint when the check point stands still") {
@@ -258,11 +267,12 @@ TEST_CASE_FIXTURE(Desk, "without the right to control services nothing changes")
     show(service);
     const auto rows = window.rows();
     static DWORD access_wanted = 0;
-    const ImportHook hook("OpenServiceW", +[](SC_HANDLE, LPCWSTR, DWORD access) WINAPI -> SC_HANDLE {
-        access_wanted = access;
-        SetLastError(ERROR_ACCESS_DENIED);
-        return nullptr;
-    });
+    const ImportHook hook(
+        "OpenServiceW", +[](SC_HANDLE, LPCWSTR, DWORD access) WINAPI -> SC_HANDLE {
+            access_wanted = access;
+            SetLastError(ERROR_ACCESS_DENIED);
+            return nullptr;
+        });
     choose(kRestartItem);
     choose(kAutomaticItem);
     CHECK(access_wanted == SERVICE_ALL_ACCESS);
@@ -283,7 +293,8 @@ TEST_CASE_FIXTURE(Desk, "nothing happens to a service that has gone, or without 
     }
     CHECK(window.rows() == rows);
     list.clear();
-    for (const ui::MenuItem& item : kServiceMenu) mnuServiceItem_Click(item.index, list, L"", host);
+    for (const ui::MenuItem& item : kServiceMenu)
+        mnuServiceItem_Click(item.index, list, L"", host);
     CHECK(list.count() == 0);
 }
 

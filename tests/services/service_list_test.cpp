@@ -32,7 +32,8 @@ struct Fixture {
 
 doubles::Members Rows(const std::vector<ServiceRow>& rows) {
     doubles::Members members;
-    for (const ServiceRow& row : rows) members.values.emplace_back(MakeService(row).get());
+    for (const ServiceRow& row : rows)
+        members.values.emplace_back(MakeService(row).get());
     return members;
 }
 
@@ -45,7 +46,8 @@ std::map<std::wstring, ENUM_SERVICE_STATUSW> ServicesOfTheManager(std::vector<st
     REQUIRE(EnumServicesStatusW(manager.get(), SERVICE_WIN32 | SERVICE_DRIVER, SERVICE_STATE_ALL, entries,
                                 static_cast<DWORD>(buffer.size()), &more, &count, nullptr));
     std::map<std::wstring, ENUM_SERVICE_STATUSW> services;
-    for (DWORD index = 0; index < count; ++index) services[entries[index].lpServiceName] = entries[index];
+    for (DWORD index = 0; index < count; ++index)
+        services[entries[index].lpServiceName] = entries[index];
     return services;
 }
 
@@ -92,8 +94,8 @@ TEST_CASE_FIXTURE(Fixture, "what WMI cannot tell costs its cell only") {
     const WmiDouble wmi([&](const std::wstring&) {
         doubles::Members members = Rows({{L"first", L"Running", L"Auto", long_text, L"", true, true, L"1"}});
         auto nulls = doubles::MakeObject();
-        for (const wchar_t* name : {L"Caption", L"State", L"StartMode", L"Description", L"PathName", L"AcceptPause",
-                                    L"AcceptStop"}) {
+        for (const wchar_t* name :
+             {L"Caption", L"State", L"StartMode", L"Description", L"PathName", L"AcceptPause", L"AcceptStop"}) {
             nulls->property(name, doubles::Null());
         }
         nulls->property(L"Name", win::Variant(L"nulls"));

@@ -45,11 +45,12 @@ TEST_CASE("a list becomes lines in the system's code page, numbers bare, everyth
     add(L"say \"hi\"", L"1.50MB", L"");
     add(L"絵文字\U0001F600é", L"-1", L"20090301");
     add(L"二行\r\n目,", L"1.5 GB", L"\"");
-    const std::wstring expected = L"名前,値,計算用\r\n"
-                                  L"\"123\",123,00001.50\r\n"
-                                  L"\"say \"hi\"\",\"1.50MB\",\"\"\r\n"
-                                  L"\"絵文字\U0001F600é\",-1,20090301\r\n"
-                                  L"\"二行\r\n目,\",\"1.5 GB\",\"\"\"\r\n";
+    const std::wstring expected =
+        L"名前,値,計算用\r\n"
+        L"\"123\",123,00001.50\r\n"
+        L"\"say \"hi\"\",\"1.50MB\",\"\"\r\n"
+        L"\"絵文字\U0001F600é\",-1,20090301\r\n"
+        L"\"二行\r\n目,\",\"1.5 GB\",\"\"\"\r\n";
     CHECK(shell::CsvOf(shown.list) == win::ToAnsi(expected));
     shown.list.sort(0, ui::SortOrder::Descending);
     CHECK(shell::CsvOf(shown.list).ends_with(win::ToAnsi(L"\"123\",123,00001.50\r\n")));
@@ -60,7 +61,8 @@ TEST_CASE("cells are saved whole, and ten thousand rows keep their order") {
     const std::wstring longest(20'000, L'長');
     {
         const ui::ListFill fill(shown.list, 10'000);
-        for (int i = 0; i < 10'000; ++i) shown.list.set_cell(shown.list.add_row(win::ToText(i)), 1, L"x");
+        for (int i = 0; i < 10'000; ++i)
+            shown.list.set_cell(shown.list.add_row(win::ToText(i)), 1, L"x");
     }
     shown.list.set_cell(0, 1, longest);
     const std::string csv = shell::CsvOf(shown.list);

@@ -57,7 +57,8 @@ TEST_CASE("a folder of the file's name, and a file that is no settings file, giv
 
     const std::wstring binary = folder.own(L"binary.ini");
     std::string noise(100'000, '\0');
-    for (std::size_t i = 0; i < noise.size(); ++i) noise[i] = static_cast<char>(i * 7919 >> 3);
+    for (std::size_t i = 0; i < noise.size(); ++i)
+        noise[i] = static_cast<char>(i * 7919 >> 3);
     WriteBytes(binary, noise);
     CHECK(Settings(binary).number("X", 9) == 9);
     CHECK(Settings(binary).text("Mem").empty());

@@ -13,9 +13,9 @@ public:
     explicit WmiDouble(std::function<doubles::Members(const std::wstring& query)> answer)
         : answer_(std::move(answer)), locator_(L"WbemScripting.SWbemLocator", [this] { return MakeLocator(); }) {}
 
-    bool exists = true;            // the locator can be created
-    bool connects = true;          // ConnectServer succeeds
-    bool takes_queries = true;     // ExecQuery succeeds
+    bool exists = true;         // the locator can be created
+    bool connects = true;       // ConnectServer succeeds
+    bool takes_queries = true;  // ExecQuery succeeds
     std::vector<std::wstring> queries;
 
 private:

@@ -42,8 +42,7 @@ struct SettingsFile {
 
 class Driven {
 public:
-    explicit Driven(const wchar_t* argument = L"")
-        : form(std::make_unique<frmMain>(GetModuleHandleW(nullptr))) {
+    explicit Driven(const wchar_t* argument = L"") : form(std::make_unique<frmMain>(GetModuleHandleW(nullptr))) {
         REQUIRE(form->open(argument));
         // The catalogue is the last thing that a start makes.
         for (int wait = 0; wait < 500 && list(Control::ListView2).count() == 0; ++wait) {
@@ -151,9 +150,9 @@ TEST_CASE("the window opens on the programs with designed sizes and the count of
     const SettingsFile settings;
     const Program program(L"QvxOne", L"一つ目", L"C:\\none.exe");
     const Driven window;
-    CHECK(Captions(window) ==
-          std::vector<std::wstring>{L"プログラムの追加と削除", L"更新プログラム", L"スタートアップ", L"サービス",
-                                    L"コントロールパネル", L"システムの復元", L"システム情報"});
+    CHECK(Captions(window) == std::vector<std::wstring>{L"プログラムの追加と削除", L"更新プログラム", L"スタートアップ",
+                                                        L"サービス", L"コントロールパネル", L"システムの復元",
+                                                        L"システム情報"});
     RECT place = {};
     GetWindowRect(window.form->window(), &place);
     CHECK(place.left == 0);
@@ -177,7 +176,8 @@ TEST_CASE("each tab shows its own controls and writes its count") {
     for (const int place : {5, 4, 3, 2, 1, 0}) {
         CAPTURE(place);
         window.click(place);
-        for (int other = 0; other < 6; ++other) CHECK(window.shown(lists[other]) == (other == place));
+        for (int other = 0; other < 6; ++other)
+            CHECK(window.shown(lists[other]) == (other == place));
         CHECK(window.status() == win::ToText(window.list(lists[place]).count()) + L" 個の項目");
         CHECK(window.shown(Control::cmdMenu_0) == (place != 3 && place != 4));
         CHECK(window.shown(Control::cmdMenu_1) == (place == 0 || place == 1 || place == 5));
@@ -210,11 +210,13 @@ TEST_CASE("the argument selects a tab only when it is one digit from 2 to 6") {
 TEST_CASE("two hundred turns of the wheel end on the right tab, and parts of a notch add up") {
     const SettingsFile settings;
     const Driven window;
-    for (int turn = 0; turn < 200; ++turn) window.wheel(turn % 14 < 7 ? -120 : 120, Control::ListView1_0);
+    for (int turn = 0; turn < 200; ++turn)
+        window.wheel(turn % 14 < 7 ? -120 : 120, Control::ListView1_0);
     CHECK(window.tab() == 4);
     CHECK(window.shown(Control::ListView2));
     CHECK(window.status() == win::ToText(window.list(Control::ListView2).count()) + L" 個の項目");
-    for (int part = 0; part < 3; ++part) window.wheel(40);
+    for (int part = 0; part < 3; ++part)
+        window.wheel(40);
     CHECK(window.tab() == 3);
     window.wheel(1200);
     CHECK(window.tab() == 0);
@@ -225,7 +227,8 @@ TEST_CASE("two hundred turns of the wheel end on the right tab, and parts of a n
 TEST_CASE("fifty clicks and a close in the middle of a fill") {
     const SettingsFile settings;
     Driven window;
-    for (int click = 0; click < 50; ++click) window.post_click(click % 7);
+    for (int click = 0; click < 50; ++click)
+        window.post_click(click % 7);
     window.command(MenuArray::mnuPopItem, 99);  // the scan processes what is posted
     window.form->pump();
     CHECK(window.tab() == 49 % 7);
@@ -243,8 +246,9 @@ TEST_CASE("fifty clicks and a close in the middle of a fill") {
 }
 
 TEST_CASE("geometry, widths and options come back at every start") {
-    const SettingsFile settings("X=1515\r\nY=-300\r\nW=9015\r\nH=7005\r\nStripe=1\r\n3Col0=70000\r\n1Col3=-2\r\n"
-                                "2Col2=77\r\nMem=C:\\a b.exe\r\n");
+    const SettingsFile settings(
+        "X=1515\r\nY=-300\r\nW=9015\r\nH=7005\r\nStripe=1\r\n3Col0=70000\r\n1Col3=-2\r\n"
+        "2Col2=77\r\nMem=C:\\a b.exe\r\n");
     for (int start = 0; start < 3; ++start) {
         const Driven window;
         RECT place = {};
@@ -326,12 +330,15 @@ TEST_CASE("headers sort, the size by its hidden key, and a refresh keeps the ord
     const ui::ListView list = window.list(Control::ListView1_0);
     const auto click_header = [&](int column) {
         NMLISTVIEW click = {};
-        click.hdr = {list.window(), static_cast<UINT_PTR>(IdOf(Control::ListView1_0)), static_cast<UINT>(LVN_COLUMNCLICK)};
+        click.hdr = {list.window(), static_cast<UINT_PTR>(IdOf(Control::ListView1_0)),
+                     static_cast<UINT>(LVN_COLUMNCLICK)};
         click.iItem = -1;
         click.iSubItem = column;
         SendMessageW(window.form->window(), WM_NOTIFY, click.hdr.idFrom, reinterpret_cast<LPARAM>(&click));
     };
-    const auto before = [&](const wchar_t* one, const wchar_t* other) { return list.find(0, one) < list.find(0, other); };
+    const auto before = [&](const wchar_t* one, const wchar_t* other) {
+        return list.find(0, one) < list.find(0, other);
+    };
     CHECK(before(L"qvx b", L"qvx A"));  // the registry's order
     click_header(0);
     CHECK(before(L"qvx A", L"qvx b"));
@@ -398,7 +405,8 @@ TEST_CASE("stripes colour every other row while they are switched on") {
     CHECK(draw.clrTextBk == RGB(240, 240, 255));
 }
 
-TEST_CASE("while an uninstaller runs the window does not close, other tabs work, and the lists are scanned at its end") {
+TEST_CASE(
+    "while an uninstaller runs the window does not close, other tabs work, and the lists are scanned at its end") {
     const SettingsFile settings;
     // Waits for a second and a half, then ends; its entry is still there afterwards.
     const Program program(L"QvxWait", L"待つもの", L"C:\\windows\\system32\\cmd.exe /c ping -n 3 127.0.0.1");
