@@ -296,7 +296,9 @@ class Window:
     def __exit__(self, failed, *_):
         if failed:
             self.session.picture("failed")
-        self.close()
+            self.process.kill()  # it may be busy, and a close that it refuses would hide what has failed
+        else:
+            self.close()
 
     def _is_painted(self):
         assert self.process.poll() is None, "the program has ended"
