@@ -2,7 +2,6 @@
 
 #include "win/com_ptr.h"
 #include "win/handle.h"
-#include "win/system_library.h"
 
 #include <urlhist.h>
 #include <wininet.h>
@@ -25,30 +24,7 @@ constexpr DWORD kMostBytes = 16U << 20;
 constexpr CLSID kUrlHistoryClass = {0x3C374A40, 0xBAE4, 0x11CF, {0xBF, 0x7D, 0x00, 0xAA, 0x00, 0x69, 0x46, 0xEE}};
 constexpr IID kUrlHistoryInterface = {0xAFA0DC11, 0xC313, 0x11D0, {0x83, 0x1A, 0x00, 0xC0, 0x4F, 0xD5, 0xAE, 0x38}};
 
-// The cache's functions. The library is loaded for these commands alone, so that the window opens sooner, and stays.
-struct UrlCache {
-    const HMODULE library = win::LoadSystemLibrary(L"wininet.dll").release();
-    decltype(&FindFirstUrlCacheEntryA) find_first = find<decltype(find_first)>("FindFirstUrlCacheEntryA");
-    decltype(&FindNextUrlCacheEntryA) find_next = find<decltype(find_next)>("FindNextUrlCacheEntryA");
-    decltype(&FindCloseUrlCache) close = find<decltype(close)>("FindCloseUrlCache");
-    decltype(&DeleteUrlCacheEntryA) remove = find<decltype(remove)>("DeleteUrlCacheEntryA");
-
-    explicit operator bool() const { return find_first && find_next && close && remove; }
-
-private:
-    template <class Function>
-    Function find(const char* name) const {
-        return win::FindFunction<Function>(library, name);
-    }
-};
-
-const UrlCache& Cache() {
-    static const UrlCache cache;
-    return cache;
-}
-
-void CloseEnumeration(HANDLE entries) { Cache().close(entries); }
-using CacheEnumeration = win::Unique<win::NullTraits<HANDLE, &CloseEnumeration>>;
+using CacheEnumeration = win::Unique<win::NullTraits<HANDLE, &::FindCloseUrlCache>>;
 
 // One entry as the cache writes it into a buffer of its size: a header and the texts that it points to.
 class CacheEntry {
@@ -89,7 +65,7 @@ private:
 // True when the cache holds an entry: asked for its size, it answers that there is no room for it.
 bool HasEntries(const char* pattern) {
     DWORD size = 0;
-    const CacheEnumeration entries(Cache().find_first(pattern, nullptr, &size));
+    const CacheEnumeration entries(FindFirstUrlCacheEntryA(pattern, nullptr, &size));
     return !entries && GetLastError() == ERROR_INSUFFICIENT_BUFFER;
 }
 
@@ -100,7 +76,7 @@ bool ProbeCache() {
 
 void DeleteIfMeant(CacheEntry& entry, bool cookies_only) {
     const char* const url = entry.is_normal() ? entry.url() : nullptr;
-    if (url && IsCookieUrl(url) == cookies_only) Cache().remove(url);
+    if (url && IsCookieUrl(url) == cookies_only) DeleteUrlCacheEntryA(url);
 }
 
 }  // namespace
@@ -109,17 +85,17 @@ bool IsCookieUrl(std::string_view url) { return url.find(kCookie) != url.npos; }
 
 void DeleteUrlCacheEntries(bool cookies_only, ui::Host& host) {
     host.pump();
-    if (!Cache() || !ProbeCache()) return;
+    if (!ProbeCache()) return;
     CacheEntry entry;
     CacheEnumeration entries;
     bool found = entry.read([&entries](INTERNET_CACHE_ENTRY_INFOA* record, DWORD* size) {
-        entries.reset(Cache().find_first(nullptr, record, size));
+        entries.reset(FindFirstUrlCacheEntryA(nullptr, record, size));
         return static_cast<bool>(entries);
     });
     while (found) {
         DeleteIfMeant(entry, cookies_only);
         found = entry.read([&entries](INTERNET_CACHE_ENTRY_INFOA* record, DWORD* size) {
-            return Cache().find_next(entries.get(), record, size) != FALSE;
+            return FindNextUrlCacheEntryA(entries.get(), record, size) != FALSE;
         });
     }
 }
