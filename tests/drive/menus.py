@@ -1,10 +1,12 @@
 #!/usr/bin/env python3
-"""Every item of the menu bar, chosen by keyboard, with what it does; the exported file of every list."""
+"""Every item of the menu bar and the rest of the pop-up menus, chosen by keyboard, with what it does; the exported
+file of every list."""
 import os
 import pathlib
 
 from driver import LIST_OF_TAB, Session, until
 
+PROGRAM = '見本 "引用" & 20,5'
 UNINSTALL = r"HKLM\Software\Microsoft\Windows\CurrentVersion\Uninstall\Sample"
 SEND_TO = r"HKCR\AllFilesystemObjects\shellex\ContextMenuHandlers\Send To"
 ATTACHMENTS = r"HKCU\Software\Microsoft\Windows\Shell\AttachmentExecute\{0002DF01-0000-0000-C000-000000000046}"
@@ -134,8 +136,59 @@ def help_menu(window):
     window.keys("Return")
 
 
+def clipboard(window, tab):
+    """What was copied, as the path box of the information panel receives it."""
+    window.click_tab(6)
+    window.click("txtMemPath")
+    window.keys("ctrl+a", "ctrl+v")
+    window.click_tab(tab)
+    return window.text("txtMemPath")
+
+
+def opened_window(session, window_class):
+    top = until(lambda: session.windows(window_class), 20, window_class)[0]
+    session.peek("end", top.handle)
+    until(lambda: not session.windows(window_class), 20, "its end")
+
+
+def popup_menus(window):
+    """What the pop-up menus have beside uninstalling, deleting and service control, which have drivers of their own."""
+    session = window.session
+    for tab, name, row in ((0, "ListView1_0", PROGRAM), (2, "lvStartUp", "見本"), (3, "lvService", "Event Log")):
+        window.click_tab(tab)
+        session.move(1200, 900)
+        window.select(name, row)
+        window.choose("c")
+        assert clipboard(window, tab) == row, (name, window.text("txtMemPath"))
+        count = len(window.list(name).rows)
+        window.select(name, row)
+        session.keys("Menu")
+        session.menu_items()
+        window.keys("Up", "Return")  # the last item refreshes
+        assert window.status() == f"{count} 個の項目" and window.list(name).selected == -1
+    window.click_tab(0)
+    window.select("ListView1_0", PROGRAM)
+    window.choose("o")
+    opened_window(session, "ExplorerWClass")
+    window.click_tab(2)
+    window.select("lvStartUp", "見本")
+    window.choose("o")
+    opened_window(session, "RegEdit_RegEdit")
+    window.select("lvStartUp", "startup.txt")
+    window.choose("o")
+    opened_window(session, "ExplorerWClass")
+    window.select("lvStartUp", "startup.txt")
+    before = len(session.windows())
+    window.choose("p")  # Wine has no property sheets; what must not happen is that the file opens
+    assert len(session.windows()) == before
+
+
 with Session(variables=record_addresses()) as session:
-    session.registry(UNINSTALL, "DisplayName", '見本 "引用" & 20,5')
+    session.registry(UNINSTALL, "DisplayName", PROGRAM)
+    session.registry(UNINSTALL, "InstallLocation", r"C:\windows")
+    session.registry(r"HKLM\Software\Microsoft\Windows\CurrentVersion\Run", "見本", r"C:\none.exe")
+    folder = next((session.prefix / "drive_c/users").glob("*/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/StartUp"))
+    (folder / "startup.txt").write_text("x")
     session.registry(UNINSTALL, "UninstallString", "C:\\none.exe")
     session.registry(UNINSTALL, "EstimatedSize", 1536, "REG_DWORD")
     session.registry(UNINSTALL, "InstallDate", "20260301")
@@ -143,7 +196,7 @@ with Session(variables=record_addresses()) as session:
     session.settings()
     fill_bin()
     window = session.start()
-    for part in (file_menu, view_menu, delete_menu, registry_menu, help_menu):
+    for part in (popup_menus, file_menu, view_menu, delete_menu, registry_menu, help_menu):
         part(window)
         print(part.__name__.replace("_", " "), "is right")
     window.session.keys("alt+f", "x")
