@@ -14,7 +14,7 @@ find_file(DOCTEST_HEADER doctest/doctest.h PATHS /usr/include NO_CMAKE_FIND_ROOT
 configure_file(${DOCTEST_HEADER} ${generated}/system/doctest/doctest.h COPYONLY)
 
 add_library(test_flags INTERFACE)
-target_link_libraries(test_flags INTERFACE common_flags)
+target_link_libraries(test_flags INTERFACE common_flags wininet)
 target_include_directories(test_flags INTERFACE tests)
 target_include_directories(test_flags SYSTEM INTERFACE ${generated}/system)
 

@@ -1,6 +1,7 @@
 #include "programs/modReg.h"
 
 #include "win/handle.h"
+#include "win/system_library.h"
 #include "win/text.h"
 
 #include <algorithm>
@@ -56,15 +57,21 @@ std::vector<std::wstring> EnumerateSubkeyNames(HKEY root, std::wstring_view key_
 }
 
 std::wstring GetFileVersionText(std::wstring_view path) {
+    // Imported, the library would be taken from the program's own folder by Windows 7 and later.
+    const win::Module library = win::LoadSystemLibrary(L"version.dll");
+    const auto get_size =
+        win::FindFunction<decltype(&GetFileVersionInfoSizeA)>(library.get(), "GetFileVersionInfoSizeA");
+    const auto get_info = win::FindFunction<decltype(&GetFileVersionInfoA)>(library.get(), "GetFileVersionInfoA");
+    const auto query_value = win::FindFunction<decltype(&VerQueryValueA)>(library.get(), "VerQueryValueA");
+    if (!get_size || !get_info || !query_value) return {};
+
     const std::string ansi_path = win::ToAnsi(path);
     DWORD ignored = 0;
-    const DWORD size = GetFileVersionInfoSizeA(ansi_path.c_str(), &ignored);
-    if (size == 0) return {};
-    std::vector<std::byte> record(size);
+    std::vector<std::byte> record(get_size(ansi_path.c_str(), &ignored));
     void* found = nullptr;
     UINT length = 0;
-    if (!GetFileVersionInfoA(ansi_path.c_str(), 0, size, record.data()) ||
-        !VerQueryValueA(record.data(), "\\", &found, &length)) {
+    if (record.empty() || !get_info(ansi_path.c_str(), 0, static_cast<DWORD>(record.size()), record.data()) ||
+        !query_value(record.data(), "\\", &found, &length)) {
         return {};
     }
     VS_FIXEDFILEINFO info = {};

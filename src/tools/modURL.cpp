@@ -2,11 +2,13 @@
 
 #include "win/com_ptr.h"
 #include "win/handle.h"
+#include "win/system_library.h"
 
 #include <urlhist.h>
 #include <wininet.h>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace tools {
@@ -24,7 +26,51 @@ constexpr DWORD kMostBytes = 16U << 20;
 constexpr CLSID kUrlHistoryClass = {0x3C374A40, 0xBAE4, 0x11CF, {0xBF, 0x7D, 0x00, 0xAA, 0x00, 0x69, 0x46, 0xEE}};
 constexpr IID kUrlHistoryInterface = {0xAFA0DC11, 0xC313, 0x11D0, {0x83, 0x1A, 0x00, 0xC0, 0x4F, 0xD5, 0xAE, 0x38}};
 
-using CacheEnumeration = win::Unique<win::NullTraits<HANDLE, &::FindCloseUrlCache>>;
+// The browser's cache and one walk through it. Its library is loaded for the deletion alone: it brings a dozen others
+// along, and today's Windows would take it from the program's own folder, had the program imported it.
+class UrlCache {
+public:
+    UrlCache()
+        : library_(win::LoadSystemLibrary(L"wininet.dll")),
+          find_first_(find<decltype(&FindFirstUrlCacheEntryA)>("FindFirstUrlCacheEntryA")),
+          find_next_(find<decltype(&FindNextUrlCacheEntryA)>("FindNextUrlCacheEntryA")),
+          find_close_(find<decltype(&FindCloseUrlCache)>("FindCloseUrlCache")),
+          delete_entry_(find<decltype(&DeleteUrlCacheEntryA)>("DeleteUrlCacheEntryA")) {}
+    UrlCache(const UrlCache&) = delete;
+    UrlCache& operator=(const UrlCache&) = delete;
+    ~UrlCache() { close(); }
+
+    explicit operator bool() const { return find_first_ && find_next_ && find_close_ && delete_entry_; }
+
+    // Both as the Windows calls of these names, with their GetLastError; the walk starts anew with the first.
+    bool find_first(const char* pattern, INTERNET_CACHE_ENTRY_INFOA* record, DWORD* size) {
+        close();
+        entries_ = find_first_(pattern, record, size);
+        return entries_ != nullptr;
+    }
+    bool find_next(INTERNET_CACHE_ENTRY_INFOA* record, DWORD* size) {
+        return find_next_(entries_, record, size) != FALSE;
+    }
+
+    void remove(const char* url) { delete_entry_(url); }
+
+private:
+    template <class Function>
+    Function find(const char* name) const {
+        return win::FindFunction<Function>(library_.get(), name);
+    }
+
+    void close() {
+        if (entries_) find_close_(std::exchange(entries_, nullptr));
+    }
+
+    win::Module library_;
+    decltype(&FindFirstUrlCacheEntryA) find_first_;
+    decltype(&FindNextUrlCacheEntryA) find_next_;
+    decltype(&FindCloseUrlCache) find_close_;
+    decltype(&DeleteUrlCacheEntryA) delete_entry_;
+    HANDLE entries_ = nullptr;
+};
 
 // One entry as the cache writes it into a buffer of its size: a header and the texts that it points to.
 class CacheEntry {
@@ -63,20 +109,19 @@ private:
 };
 
 // True when the cache holds an entry: asked for its size, it answers that there is no room for it.
-bool HasEntries(const char* pattern) {
+bool HasEntries(UrlCache& cache, const char* pattern) {
     DWORD size = 0;
-    const CacheEnumeration entries(FindFirstUrlCacheEntryA(pattern, nullptr, &size));
-    return !entries && GetLastError() == ERROR_INSUFFICIENT_BUFFER;
+    return !cache.find_first(pattern, nullptr, &size) && GetLastError() == ERROR_INSUFFICIENT_BUFFER;
 }
 
-bool ProbeCache() {
-    if (HasEntries(kProbePattern)) return true;
-    return GetLastError() == ERROR_NO_MORE_ITEMS && HasEntries(nullptr);
+bool ProbeCache(UrlCache& cache) {
+    if (HasEntries(cache, kProbePattern)) return true;
+    return GetLastError() == ERROR_NO_MORE_ITEMS && HasEntries(cache, nullptr);
 }
 
-void DeleteIfMeant(CacheEntry& entry, bool cookies_only) {
+void DeleteIfMeant(UrlCache& cache, CacheEntry& entry, bool cookies_only) {
     const char* const url = entry.is_normal() ? entry.url() : nullptr;
-    if (url && IsCookieUrl(url) == cookies_only) DeleteUrlCacheEntryA(url);
+    if (url && IsCookieUrl(url) == cookies_only) cache.remove(url);
 }
 
 }  // namespace
@@ -85,18 +130,15 @@ bool IsCookieUrl(std::string_view url) { return url.find(kCookie) != url.npos; }
 
 void DeleteUrlCacheEntries(bool cookies_only, ui::Host& host) {
     host.pump();
-    if (!ProbeCache()) return;
+    UrlCache cache;
+    if (!cache || !ProbeCache(cache)) return;
     CacheEntry entry;
-    CacheEnumeration entries;
-    bool found = entry.read([&entries](INTERNET_CACHE_ENTRY_INFOA* record, DWORD* size) {
-        entries.reset(FindFirstUrlCacheEntryA(nullptr, record, size));
-        return static_cast<bool>(entries);
-    });
+    bool found = entry.read(
+        [&cache](INTERNET_CACHE_ENTRY_INFOA* record, DWORD* size) { return cache.find_first(nullptr, record, size); });
     while (found) {
-        DeleteIfMeant(entry, cookies_only);
-        found = entry.read([&entries](INTERNET_CACHE_ENTRY_INFOA* record, DWORD* size) {
-            return FindNextUrlCacheEntryA(entries.get(), record, size) != FALSE;
-        });
+        DeleteIfMeant(cache, entry, cookies_only);
+        found = entry.read(
+            [&cache](INTERNET_CACHE_ENTRY_INFOA* record, DWORD* size) { return cache.find_next(record, size); });
     }
 }
 

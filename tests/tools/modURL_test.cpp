@@ -40,8 +40,6 @@ bool Cached(const std::string& url) {
 }
 
 // Deletes small entries between the product's two calls for one of them.
-using FindNext = decltype(FindNextUrlCacheEntryA);
-FindNext* find_next = nullptr;
 std::vector<std::string> vanishing;
 
 BOOL WINAPI InterferingFindNext(HANDLE entries, INTERNET_CACHE_ENTRY_INFOA* entry, DWORD* size) {
@@ -49,7 +47,16 @@ BOOL WINAPI InterferingFindNext(HANDLE entries, INTERNET_CACHE_ENTRY_INFOA* entr
         for (const std::string& url : std::exchange(vanishing, {}))
             DeleteUrlCacheEntryA(url.c_str());
     }
-    return find_next(entries, entry, size);
+    return FindNextUrlCacheEntryA(entries, entry, size);
+}
+
+using FindFunction = decltype(GetProcAddress);
+FindFunction* find_function = nullptr;
+
+FARPROC WINAPI FindInterfering(HMODULE library, const char* name) {
+    const FARPROC found = find_function(library, name);
+    if (std::string_view(name) != "FindNextUrlCacheEntryA") return found;
+    return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&InterferingFindNext));
 }
 
 }  // namespace
@@ -92,9 +99,9 @@ TEST_CASE("Normal entries go by kind, entries of any size, and others stay") {
 
 TEST_CASE("An entry that vanishes between the two calls or is locked costs no other entry") {
     REQUIRE_THROW_AWAY();
-    const ImportHook hook("FindNextUrlCacheEntryA", &InterferingFindNext);
+    const ImportHook hook("GetProcAddress", &FindInterfering);
     REQUIRE(hook);
-    find_next = hook.original<FindNext>();
+    find_function = hook.original<FindFunction>();
     const std::string locked = "http://host/locked";
     const auto url = [](int number) { return "http://host/page" + std::to_string(number); };
     for (int number = 0; number < 40; ++number) {
