@@ -4,7 +4,7 @@
 #include "sysinfo/control_panel_catalogue.h"
 #include "sysinfo/modSystemInfo.h"
 #include "tools/memory_monitor.h"
-#include "win/system_library.h"
+#include "win/folders.h"
 
 #include "../tests/support/test_list.h"
 #include "timing.h"
@@ -35,15 +35,15 @@ void BareCatalogue(const TestList& shown, HIMAGELIST images, const sysinfo::Cont
             continue;
         }
         const int index = shown.list.add_row(L"");
-        shown.list.set_cell(index, sysinfo::kItemComment, L"");
-        shown.list.set_cell(index, sysinfo::kItemPath, L"");
+        shown.list.set_cell(index, sysinfo::ControlPanelColumn::Comment, L"");
+        shown.list.set_cell(index, sysinfo::ControlPanelColumn::Path, L"");
     }
 }
 
 void MeasureCatalogue() {
-    const TestList shown(sysinfo::kControlPanelColumnTable);
+    const TestList shown(sysinfo::kControlPanelColumns);
     const win::ImageList images(ImageList_Create(16, 16, ILC_COLOR32 | ILC_MASK, 0, 64));
-    const auto folders = sysinfo::QueryControlPanelFolders(win::SystemDirectory());
+    const auto folders = sysinfo::QueryControlPanelFolders();
     const auto fill = [&] { sysinfo::FillControlPanelList(shown.list, images.get(), kWindows7, folders); };
     const double first = BestOf(1, fill);
     const double again = BestOf(20, fill);

@@ -90,8 +90,8 @@ public:
 
 private:
     Entries entries_;
-    TestList programs_{programs::kColumns};
-    TestList updates_{programs::kColumns};
+    TestList programs_{programs::kProgramColumns};
+    TestList updates_{programs::kProgramColumns};
     win::ImageList icons_ = programs::CreateSmallIconList();
     TestHost host_;
     int count_;

@@ -28,7 +28,7 @@ constexpr std::wstring_view kNoParameters(L"\0", 1);
 bool IsOpenedScheme(std::wstring_view url) {
     const std::wstring lower = win::LowerCase(url);
     return std::any_of(std::begin(kOpenedSchemes), std::end(kOpenedSchemes),
-                       [&](std::wstring_view scheme) { return win::BeginsWith(lower, scheme); });
+                       [&](std::wstring_view scheme) { return lower.starts_with(scheme); });
 }
 
 }  // namespace
@@ -44,13 +44,13 @@ DetailLink FindDetailLink(std::wstring_view caption) {
     std::wstring path = startup::ResolveCommandPath(text, probe);
     if (probe.exists(path)) return {LinkKind::File, std::move(path)};
     for (const auto& [tag, root] : kScopes) {
-        if (win::BeginsWith(text, tag)) return {LinkKind::RegistryKey, std::wstring(root) + text.substr(tag.size())};
+        if (text.starts_with(tag)) return {LinkKind::RegistryKey, std::wstring(root) + text.substr(tag.size())};
     }
     return {};
 }
 
 bool LooksLikeLink(std::wstring_view caption) {
-    const bool quoted = win::BeginsWith(caption, L"\"");
+    const bool quoted = caption.starts_with(L"\"");
     if (startup::IsOnNetwork(std::wstring(caption.substr(quoted ? 1 : 0)))) return true;
     return FindDetailLink(caption).kind != LinkKind::None;
 }

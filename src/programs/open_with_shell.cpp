@@ -1,8 +1,8 @@
 #include "programs/open_with_shell.h"
 
 #include "startup/path.h"
+#include "win/folders.h"
 #include "win/handle.h"
-#include "win/system_library.h"
 
 #include <string>
 

@@ -20,11 +20,11 @@ std::optional<ProgramRow> SelectedProgram(const ui::ListView& list) {
     const int row = list.selected();
     if (row < 0) return {};
     return ProgramRow{
-        .name = list.cell(row, Column::Name),
-        .install_folder = list.cell(row, Column::InstallFolder),
+        .name = list.cell(row, ProgramColumn::Name),
+        .install_folder = list.cell(row, ProgramColumn::InstallFolder),
         .empty_install_folder = list.tag(row) == kEmptyInstallFolder,
-        .uninstall_command = list.cell(row, Column::UninstallCommand),
-        .key_name = list.cell(row, Column::RegistryKey),
+        .uninstall_command = list.cell(row, ProgramColumn::UninstallCommand),
+        .key_name = list.cell(row, ProgramColumn::RegistryKey),
     };
 }
 

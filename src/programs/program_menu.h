@@ -11,12 +11,12 @@ struct ProgramItem {
 
 inline constexpr ui::MenuItem kProgramMenu[] = {
     {ProgramItem::Copy, L"項目コピー(&C)"},
-    {2, L"-"},
+    {2, ui::kSeparator},
     {ProgramItem::Uninstall, L"削除(&D)"},
     {ProgramItem::ForcedUninstall, L"強制削除(&F)..."},
-    {8, L"-"},
+    {8, ui::kSeparator},
     {ProgramItem::OpenFolder, L"インストールフォルダを開く(&O)"},
-    {98, L"-"},
+    {98, ui::kSeparator},
     {ProgramItem::Refresh, L"情報の更新(&U)"},
 };
 

@@ -24,7 +24,7 @@ void StoreLastKey(std::wstring_view path) {
     win::RegKey key;
     if (RegOpenKeyExW(HKEY_CURRENT_USER, kEditorSettings, 0, KEY_SET_VALUE, key.put()) != ERROR_SUCCESS) return;
     std::wstring text(path);
-    if (!win::BeginsWith(text, kTreeTop)) text.insert(0, kTreeTop);
+    if (!text.starts_with(kTreeTop)) text.insert(0, kTreeTop);
     const std::string ansi = win::ToAnsi(text);
     RegSetValueExA(key.get(), "LastKey", 0, REG_SZ, reinterpret_cast<const BYTE*>(ansi.c_str()),
                    static_cast<DWORD>(ansi.size() + 1));

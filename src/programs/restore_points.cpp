@@ -22,10 +22,6 @@ constexpr std::int32_t kBeginSystemChange = 100;  // no call with the ending eve
 // Users know the times of this list as Japan's whatever the machine's time zone is.
 constexpr std::uint64_t kNineHours = 9ULL * 60 * 60 * 10'000'000;  // in units of 100 ns
 
-constexpr ui::Column kColumns[] = {{L"日時", 150}, {L"説明", 450}};
-
-constexpr int Index(RestoreColumn column) { return static_cast<int>(column); }
-
 // The number that `length` characters from `start` on write; nothing when one of them is no digit.
 std::optional<WORD> Digits(std::wstring_view text, std::size_t start, std::size_t length) {
     unsigned number = 0;
@@ -53,8 +49,6 @@ void RemovePoint(DWORD number) {
 
 }  // namespace
 
-std::span<const ui::Column> RestoreColumns() { return kColumns; }
-
 std::optional<std::wstring> RestorePointTime(std::wstring_view creation_time) {
     const std::optional<SYSTEMTIME> utc = ParseTime(creation_time);
     FILETIME packed = {};
@@ -79,7 +73,7 @@ bool ListRestorePoints(const ui::ListView& list) {
         const auto time = RestorePointTime(point.get(L"creationtime").text());
         if (!time) return true;
         const int row = list.add_row(*time, point.get(L"sequencenumber").number().value_or(0));
-        list.set_cell(row, Index(RestoreColumn::Description), point.get(L"Description").text());
+        list.set_cell(row, RestoreColumn::Description, point.get(L"Description").text());
         return true;
     });
     if (complete) list.show(true);
@@ -105,7 +99,7 @@ bool DeleteRestorePoint(const ui::ListView& list, ui::Host& host) {
     const int row = list.selected();
     if (row < 0 || !list.visible()) return false;
     const auto number = static_cast<DWORD>(list.tag(row));
-    const std::wstring question = list.cell(row, Index(RestoreColumn::Date)) + kDeleteQuestion;
+    const std::wstring question = list.cell(row, RestoreColumn::Date) + kDeleteQuestion;
     if (host.confirm(question) != ui::Answer::Ok) return false;
     if (number != 0) RemovePoint(number);
     return true;

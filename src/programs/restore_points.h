@@ -5,15 +5,18 @@
 #include "ui/list_view.h"
 
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
 namespace programs {
 
 // The columns of lvRestore. The row's tag is the point's sequence number, 0 where the provider gives none.
-enum class RestoreColumn { Date, Description };
-std::span<const ui::Column> RestoreColumns();
+struct RestoreColumn {
+    enum Index : int { Date, Description };
+};
+
+// In the order of RestoreColumn.
+inline constexpr ui::Column kRestoreColumns[] = {{L"日時", 150}, {L"説明", 450}};
 
 // The time of a restore point as the list shows it: the UTC time of a WMI date-time text ("20090301150405...") nine
 // hours on, as "2009/03/02 00:04:04", where the minutes stand twice and the seconds not at all. Nothing when the first

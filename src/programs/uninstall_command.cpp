@@ -1,7 +1,7 @@
 #include "programs/uninstall_command.h"
 
 #include "startup/path.h"
-#include "win/system_library.h"
+#include "win/folders.h"
 #include "win/text.h"
 
 namespace programs {
@@ -12,7 +12,7 @@ constexpr DWORD kPollMilliseconds = 10;
 constexpr DWORD kElevationRequired = 740;  // from Vista on
 
 bool IsFullPath(std::wstring_view path) {
-    if (win::BeginsWith(path, L"\\\\")) return true;
+    if (path.starts_with(L"\\\\")) return true;
     return path.size() > 2 && path[1] == L':' && (path[2] == L'\\' || path[2] == L'/');
 }
 
@@ -52,7 +52,7 @@ CommandProgram FindQuotedProgram(std::wstring_view command) {
 
 CommandProgram FindCommandProgram(std::wstring_view command) {
     command = win::TrimBlanks(command);
-    if (win::BeginsWith(command, L"\"")) return FindQuotedProgram(command);
+    if (command.starts_with(L"\"")) return FindQuotedProgram(command);
     for (std::size_t end = command.size(); end != command.npos && end > 0; end = command.rfind(L' ', end - 1)) {
         const std::wstring name(win::TrimBlanks(command.substr(0, end)));
         const std::wstring_view rest = command.substr(end);

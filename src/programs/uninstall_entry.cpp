@@ -1,8 +1,8 @@
 #include "programs/uninstall_entry.h"
 
 #include "programs/modReg.h"
+#include "win/folders.h"
 #include "win/handle.h"
-#include "win/system_library.h"
 #include "win/text.h"
 
 namespace programs {
@@ -42,7 +42,7 @@ private:
 
 bool IsUpdate(const UninstallEntry& entry) {
     return win::Contains(entry.publisher, L"Microsoft") &&
-           (win::BeginsWith(entry.key_name, L"KB") || win::Contains(win::LowerCase(entry.display_name), L"(kb"));
+           (entry.key_name.starts_with(L"KB") || win::Contains(win::LowerCase(entry.display_name), L"(kb"));
 }
 
 }  // namespace
@@ -83,11 +83,11 @@ std::wstring SizeSortKey(const std::wstring& megabyte_text) {
 std::wstring IconPath(const UninstallEntry& entry, startup::FileProbe& probe) {
     if (!entry.display_icon) {
         const std::wstring program = startup::ResolveCommandPath(entry.uninstall_command, probe);
-        const bool installer = win::BeginsWith(win::LowerCase(program), L"msiexec");
+        const bool installer = win::LowerCase(program).starts_with(L"msiexec");
         return installer ? win::SystemDirectory() + L"\\MsiExec.exe" : program;
     }
     std::wstring path = entry.display_icon->substr(0, entry.display_icon->find(L','));
-    if (!win::BeginsWith(path, L"\"")) return path;
+    if (!path.starts_with(L"\"")) return path;
     return path.size() < 2 ? std::wstring() : path.substr(1, path.size() - 2);
 }
 

@@ -25,19 +25,19 @@ void AddRow(const ProgramLists& lists, const UninstallEntry& entry, int image) {
     const ui::ListView& list = entry.is_update ? lists.updates : lists.programs;
     const bool empty_folder = entry.install_location && entry.install_location->empty();
     const int row = list.add_row(entry.display_name, empty_folder ? kEmptyInstallFolder : 0, image);
-    const auto fill = [&](Column::Index column, const std::wstring& text) {
+    const auto fill = [&](ProgramColumn::Index column, const std::wstring& text) {
         if (!text.empty()) list.set_cell(row, column, text);
     };
-    fill(Column::Publisher, entry.publisher);
+    fill(ProgramColumn::Publisher, entry.publisher);
     if (entry.estimated_size) {
         const std::wstring size = MegabyteText(*entry.estimated_size);
-        fill(Column::Size, size);
-        fill(Column::SizeKey, SizeSortKey(size));
+        fill(ProgramColumn::Size, size);
+        fill(ProgramColumn::SizeKey, SizeSortKey(size));
     }
-    fill(Column::InstallDate, entry.install_date);
-    if (entry.install_location) fill(Column::InstallFolder, *entry.install_location);
-    fill(Column::UninstallCommand, entry.uninstall_command);
-    fill(Column::RegistryKey, entry.key_name);
+    fill(ProgramColumn::InstallDate, entry.install_date);
+    if (entry.install_location) fill(ProgramColumn::InstallFolder, *entry.install_location);
+    fill(ProgramColumn::UninstallCommand, entry.uninstall_command);
+    fill(ProgramColumn::RegistryKey, entry.key_name);
 }
 
 }  // namespace

@@ -9,7 +9,7 @@
 
 namespace programs {
 
-struct Column {
+struct ProgramColumn {
     enum Index : int {
         Name,
         Publisher,
@@ -22,8 +22,8 @@ struct Column {
     };
 };
 
-// Of both lists, in the order of Column.
-inline constexpr ui::Column kColumns[] = {
+// Of both lists, in the order of ProgramColumn.
+inline constexpr ui::Column kProgramColumns[] = {
     {L"プログラム名", 260},         {L"発行元", 150},
     {L"サイズ", 84, LVCFMT_RIGHT},  {L"導入日", 76},
     {L"インストールフォルダ", 200}, {L"アンインストール コマンド", 240},

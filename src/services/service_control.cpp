@@ -23,10 +23,10 @@ struct Request {
 };
 
 constexpr Request kRequests[] = {
-    {kStartItem, L"StartService", kStarted},
-    {kStopItem, L"StopService", kStopped},
-    {kPauseItem, L"PauseService", kPaused},
-    {kResumeItem, L"ResumeService", kStarted},
+    {ServiceItem::Start, L"StartService", kStarted},
+    {ServiceItem::Stop, L"StopService", kStopped},
+    {ServiceItem::Pause, L"PauseService", kPaused},
+    {ServiceItem::Resume, L"ResumeService", kStarted},
 };
 
 // One service of the list. Its row is looked up for every change: while messages are processed the list may be sorted.
@@ -36,8 +36,8 @@ public:
 
     const std::wstring& name() const { return name_; }
 
-    void set_cell(ServiceColumn column, std::wstring_view text) const {
-        const int row = list_.find(kServiceName, name_);
+    void set_cell(ServiceColumn::Index column, std::wstring_view text) const {
+        const int row = list_.find(ServiceColumn::Name, name_);
         if (row >= 0) list_.set_cell(row, column, text);
     }
 
@@ -58,19 +58,19 @@ private:
 void Send(int index, const win::Object& object, const ListedService& service) {
     const auto* request = std::ranges::find(kRequests, index, &Request::index);
     if (request == std::end(kRequests)) return;
-    if (object.call_wmi_method(request->method) == 0) service.set_cell(kState, request->state);
+    if (object.call_wmi_method(request->method) == 0) service.set_cell(ServiceColumn::State, request->state);
 }
 
 void Restart(const win::Object& object, const ListedService& service, ui::Host& host) {
     if (ControlServiceAndWait({}, service.name(), host) == 0) return;
-    service.set_cell(kState, kStopped);
-    Send(kStartItem, object, service);
+    service.set_cell(ServiceColumn::State, kStopped);
+    Send(ServiceItem::Start, object, service);
 }
 
 void Control(int index, const ListedService& service, ui::Host& host) {
     host.hourglass(true);
     service.for_each_object([&](const win::Object& object) {
-        if (index == kRestartItem) {
+        if (index == ServiceItem::Restart) {
             Restart(object, service, host);
         } else {
             Send(index, object, service);
@@ -84,47 +84,58 @@ void ChangeStartMode(int index, const ListedService& service) {
     SetServiceStartMode(service.name(), static_cast<DWORD>(index - kStartTypeOffset));
     service.for_each_object([&](const win::Object& object) {
         const std::wstring_view mode = StartModeText(object.get(L"StartMode").text());
-        if (!mode.empty()) service.set_cell(kStartMode, mode);
+        if (!mode.empty()) service.set_cell(ServiceColumn::StartMode, mode);
     });
 }
 
 }  // namespace
 
 bool IsServiceItemEnabled(int index, const std::optional<ServiceCells>& row) {
-    if (index == kCopyItem || index == kRefreshItem) return true;
+    if (index == ServiceItem::Copy || index == ServiceItem::Refresh) return true;
     if (!row) return false;
     switch (index) {
-        case kStartItem: return row->start_mode != kDisabled && row->state == kStopped;
-        case kStopItem: return win::ToInteger(row->accepts_stop) != 0;
-        case kPauseItem: return row->state != kPaused && win::ToInteger(row->accepts_pause) != 0;
-        case kResumeItem: return row->state == kPaused;
+        case ServiceItem::Start:
+            return row->start_mode != kDisabled && row->state == kStopped;
+        case ServiceItem::Stop:
+            return win::ToInteger(row->accepts_stop) != 0;
+        case ServiceItem::Pause:
+            return row->state != kPaused && win::ToInteger(row->accepts_pause) != 0;
+        case ServiceItem::Resume:
+            return row->state == kPaused;
         // Even for a service that accepts no stop or whose state is unknown: the request is then refused.
-        case kRestartItem: return row->state != kStopped;
-        case kAutomaticItem: return row->start_mode != kAutomatic;
-        case kManualItem: return row->start_mode != kManual;
-        case kDisabledItem: return row->start_mode != kDisabled;
-        default: return false;
+        case ServiceItem::Restart:
+            return row->state != kStopped;
+        case ServiceItem::Automatic:
+            return row->start_mode != kAutomatic;
+        case ServiceItem::Manual:
+            return row->start_mode != kManual;
+        case ServiceItem::Disabled:
+            return row->start_mode != kDisabled;
+        default:
+            return false;
     }
 }
 
 ServicePress lvService_MouseDown(const ui::ListView& lvService, int row) {
     if (row < 0) return {};
     lvService.select(row);
-    return {ServiceCells{lvService.cell(row, kState), lvService.cell(row, kStartMode),
-                         lvService.cell(row, kAcceptsPause), lvService.cell(row, kAcceptsStop)},
-            lvService_ItemClick(lvService, row)};
+    return {
+        ServiceCells{lvService.cell(row, ServiceColumn::State), lvService.cell(row, ServiceColumn::StartMode),
+                     lvService.cell(row, ServiceColumn::AcceptsPause), lvService.cell(row, ServiceColumn::AcceptsStop)},
+        lvService_ItemClick(lvService, row)};
 }
 
 void mnuServiceItem_Click(int index, const ui::ListView& lvService, std::wstring_view tooltip, ui::Host& host) {
     const int row = lvService.selected();
-    if (index == kCopyItem) {
-        ui::CopyText(host.window(), tooltip.empty() ? lvService.cell(row, kCaption) : std::wstring(tooltip));
+    if (index == ServiceItem::Copy) {
+        ui::CopyText(host.window(),
+                     tooltip.empty() ? lvService.cell(row, ServiceColumn::Caption) : std::wstring(tooltip));
         return;
     }
-    const ListedService service(lvService, lvService.cell(row, kServiceName));
+    const ListedService service(lvService, lvService.cell(row, ServiceColumn::Name));
     if (service.name().empty()) return;
-    if (index >= kStartItem && index <= kRestartItem) Control(index, service, host);
-    if (index >= kAutomaticItem && index <= kDisabledItem) ChangeStartMode(index, service);
+    if (index >= ServiceItem::Start && index <= ServiceItem::Restart) Control(index, service, host);
+    if (index >= ServiceItem::Automatic && index <= ServiceItem::Disabled) ChangeStartMode(index, service);
 }
 
 }  // namespace services

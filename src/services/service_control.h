@@ -13,27 +13,29 @@
 namespace services {
 
 // The indexes of `mnuServiceItem`.
-enum ServiceItem : int {
-    kCopyItem = 1,
-    kStartItem = 3,
-    kStopItem = 4,
-    kPauseItem = 5,
-    kResumeItem = 6,
-    kRestartItem = 7,
-    kAutomaticItem = 9,  // 9 to 11 less 7 are SERVICE_AUTO_START, SERVICE_DEMAND_START and SERVICE_DISABLED
-    kManualItem = 10,
-    kDisabledItem = 11,
-    kRefreshItem = 99,
+struct ServiceItem {
+    enum Index : int {
+        Copy = 1,
+        Start = 3,
+        Stop,
+        Pause,
+        Resume,
+        Restart,
+        Automatic = 9,  // 9 to 11 less 7 are SERVICE_AUTO_START, SERVICE_DEMAND_START and SERVICE_DISABLED
+        Manual,
+        Disabled,
+        Refresh = 99
+    };
 };
 
 inline constexpr ui::MenuItem kServiceMenu[] = {
-    {kCopyItem, L"項目コピー(&C)"},    {2, L"-"},
-    {kStartItem, L"開始(&S)"},         {kStopItem, L"停止(&O)"},
-    {kPauseItem, L"一時停止(&U)"},     {kResumeItem, L"再開(&M)"},
-    {kRestartItem, L"再起動(&E)"},     {8, L"-"},
-    {kAutomaticItem, L"自動(&A)"},     {kManualItem, L"手動(&L)"},
-    {kDisabledItem, L"無効(&D)"},      {98, L"-"},
-    {kRefreshItem, L"情報の更新(&U)"},
+    {ServiceItem::Copy, L"項目コピー(&C)"},    {2, ui::kSeparator},
+    {ServiceItem::Start, L"開始(&S)"},         {ServiceItem::Stop, L"停止(&O)"},
+    {ServiceItem::Pause, L"一時停止(&U)"},     {ServiceItem::Resume, L"再開(&M)"},
+    {ServiceItem::Restart, L"再起動(&E)"},     {8, ui::kSeparator},
+    {ServiceItem::Automatic, L"自動(&A)"},     {ServiceItem::Manual, L"手動(&L)"},
+    {ServiceItem::Disabled, L"無効(&D)"},      {98, ui::kSeparator},
+    {ServiceItem::Refresh, L"情報の更新(&U)"},
 };
 
 // The cells of a row that decide what can be done with its service.

@@ -41,13 +41,13 @@ std::wstring FlagText(const win::Variant& flag) {
 
 void AddService(const ui::ListView& list, const win::Object& service) {
     const int row = list.add_row(Caption(service));
-    list.set_cell(row, kState, StateText(service.get(L"State").text()));
-    list.set_cell(row, kStartMode, StartModeText(service.get(L"StartMode").text()));
-    list.set_cell(row, kDescription, service.get(L"Description").text());
-    list.set_cell(row, kPath, service.get(L"PathName").text());
-    list.set_cell(row, kAcceptsPause, FlagText(service.get(L"AcceptPause")));
-    list.set_cell(row, kAcceptsStop, FlagText(service.get(L"AcceptStop")));
-    list.set_cell(row, kServiceName, service.get(L"Name").text());
+    list.set_cell(row, ServiceColumn::State, StateText(service.get(L"State").text()));
+    list.set_cell(row, ServiceColumn::StartMode, StartModeText(service.get(L"StartMode").text()));
+    list.set_cell(row, ServiceColumn::Description, service.get(L"Description").text());
+    list.set_cell(row, ServiceColumn::Path, service.get(L"PathName").text());
+    list.set_cell(row, ServiceColumn::AcceptsPause, FlagText(service.get(L"AcceptPause")));
+    list.set_cell(row, ServiceColumn::AcceptsStop, FlagText(service.get(L"AcceptStop")));
+    list.set_cell(row, ServiceColumn::Name, service.get(L"Name").text());
 }
 
 }  // namespace
@@ -76,8 +76,8 @@ std::wstring CommentText(std::wstring_view description) {
 }
 
 ServiceDetail lvService_ItemClick(const ui::ListView& lvService, int row) {
-    return {CommentText(lvService.cell(row, kDescription)),
-            std::wstring(LookupServiceAdvice(lvService.cell(row, kCaption)))};
+    return {CommentText(lvService.cell(row, ServiceColumn::Description)),
+            std::wstring(LookupServiceAdvice(lvService.cell(row, ServiceColumn::Caption)))};
 }
 
 }  // namespace services

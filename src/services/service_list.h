@@ -10,18 +10,12 @@
 namespace services {
 
 // The columns of `lvService`.
-enum ServiceColumn : int {
-    kCaption,
-    kState,
-    kStartMode,
-    kDescription,
-    kPath,
-    kAcceptsPause,
-    kAcceptsStop,
-    kServiceName,
+struct ServiceColumn {
+    enum Index : int { Caption, State, StartMode, Description, Path, AcceptsPause, AcceptsStop, Name };
 };
 
-// The last three are the program's own memory of the row: narrow, and their widths are not stored.
+// In the order of ServiceColumn. The last three are the program's own memory of the row: narrow, and their widths are
+// not stored.
 inline constexpr ui::Column kServiceColumns[] = {
     {L"名前", 230}, {L"現在の状態", 75}, {L"ｽﾀｰﾄｱｯﾌﾟ", 70}, {L"説明", 330},
     {L"パス", 260}, {L"一時停止可", 30}, {L"停止可", 30},   {L"サービス名", 30},

@@ -6,9 +6,9 @@
 #include "ui/input_box.h"
 #include "ui/link_label.h"
 #include "ui/modDialog.h"
-#include "win/text.h"
+#include "win/folders.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace shell {
 namespace {
@@ -18,18 +18,6 @@ constexpr wchar_t kSettingsFile[] = L"\\setting.ini";
 // Where the window stands before the settings are read.
 constexpr int kDesignedWidth = 12000;  // twips
 constexpr int kDesignedHeight = 8000;
-
-std::wstring ApplicationFolder() {
-    std::wstring path(MAX_PATH, L'\0');
-    for (;;) {
-        const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-        if (length < path.size()) {
-            path.resize(length);
-            return path.substr(0, path.rfind(L'\\'));
-        }
-        path.resize(path.size() * 2);
-    }
-}
 
 }  // namespace
 
@@ -73,7 +61,7 @@ bool frmMain::open(std::wstring_view argument) {
 void frmMain::Form_Load(std::wstring_view argument) {
     os_ = win::QueryOsVersion();
     strSID_ = programs::CurrentUserSid();
-    application_folder_ = ApplicationFolder();
+    application_folder_ = win::ApplicationFolder();
     settings_ = Settings(application_folder_ + kSettingsFile);
     remove_tab(Tab::Processes);
     set_list_styles();

@@ -49,7 +49,7 @@ void frmMain::create_first_controls() {
     create_tabs();
     program_images_ = programs::CreateSmallIconList();
     for (const Control which : {Control::ListView1_0, Control::ListView1_1}) {
-        list(which).add_columns(programs::kColumns, dpi_);
+        list(which).add_columns(programs::kProgramColumns, dpi_);
         watch_list(which);
     }
     SendMessageW(control(Control::ListView1_0), LVM_SETEXTENDEDLISTVIEWSTYLE, 0, kDoubleBuffer);
@@ -63,11 +63,11 @@ void frmMain::create_later_controls() {
     if (control(Control::lvStartUp)) return;
     begin_com();
     create_controls(Moment::Later);
-    list(Control::ListView2).add_columns(sysinfo::kControlPanelColumnTable, dpi_);
-    list(Control::lvStartUp).add_columns(startup::kColumns, dpi_);
+    list(Control::ListView2).add_columns(sysinfo::kControlPanelColumns, dpi_);
+    list(Control::lvStartUp).add_columns(startup::kStartupColumns, dpi_);
     list(Control::lvService).add_columns(services::kServiceColumns, dpi_);
     list(Control::lvProcess).add_columns(kProcessColumns, dpi_);
-    list(Control::lvRestore).add_columns(programs::RestoreColumns(), dpi_);
+    list(Control::lvRestore).add_columns(programs::kRestoreColumns, dpi_);
     control_panel_images_ = programs::CreateSmallIconList();
     list(Control::ListView2).set_small_images(control_panel_images_.get());
     attach_system_images();

@@ -5,13 +5,14 @@
 #include "sysinfo/control_panel.h"
 #include "sysinfo/modSystemInfo.h"
 #include "ui/control.h"
-#include "win/system_library.h"
+#include "win/folders.h"
 
 namespace shell {
+
 void frmMain::fill_control_panel() {
     const ui::ListView catalogue = list(Control::ListView2);
     sysinfo::FillControlPanelList(catalogue, control_panel_images_.get(), os_.tenths(),
-                                  sysinfo::QueryControlPanelFolders(win::SystemDirectory()));
+                                  sysinfo::QueryControlPanelFolders());
     list_filled(Control::ListView2);
 }
 

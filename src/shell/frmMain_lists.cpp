@@ -56,10 +56,10 @@ bool frmMain::blocks_column(const NMHEADERW& change) {
         case static_cast<UINT>(HDN_BEGINTRACKW):
         case static_cast<UINT>(HDN_DIVIDERDBLCLICKA):
         case static_cast<UINT>(HDN_DIVIDERDBLCLICKW):
-            return change.iItem == static_cast<int>(programs::Column::SizeKey);
+            return change.iItem == programs::ProgramColumn::SizeKey;
         case static_cast<UINT>(HDN_ITEMCHANGINGA):
         case static_cast<UINT>(HDN_ITEMCHANGINGW):
-            return change.iItem == static_cast<int>(programs::Column::SizeKey) && change.pitem &&
+            return change.iItem == programs::ProgramColumn::SizeKey && change.pitem &&
                    (change.pitem->mask & HDI_WIDTH) != 0 && change.pitem->cxy > 0;
         default:
             return false;
@@ -136,7 +136,7 @@ void frmMain::list_activated(Control which) {
     if (which != Control::ListView2) return;
     const ui::ListView catalogue = list(which);
     const int row = catalogue.selected();
-    if (row >= 0) sysinfo::OpenControlPanelRow(window_, catalogue.cell(row, sysinfo::kItemPath));
+    if (row >= 0) sysinfo::OpenControlPanelRow(window_, catalogue.cell(row, sysinfo::ControlPanelColumn::Path));
 }
 
 // The right button or the context-menu key.

@@ -29,7 +29,7 @@ void frmMain::press_service(int row) {
 }
 
 void frmMain::mnuServiceItem_Click(int index) {
-    if (index == services::kRefreshItem) {
+    if (index == services::ServiceItem::Refresh) {
         mnuFileItem_Click(kRefreshIndex);
         return;
     }

@@ -18,8 +18,8 @@ constexpr wchar_t kForcedCaption[] = L"強制削除";
 constexpr wchar_t kForcedTip[] = L"プログラムの強制アンインストールを実施します";
 
 // "サイズ" sorts by the hidden column, whose zero-padded text is in numeric order.
-constexpr int kSizeColumn = static_cast<int>(programs::Column::Size);
-constexpr int kSizeKeyColumn = static_cast<int>(programs::Column::SizeKey);
+constexpr int kSizeColumn = programs::ProgramColumn::Size;
+constexpr int kSizeKeyColumn = programs::ProgramColumn::SizeKey;
 
 constexpr Control kDetailCaptions[] = {Control::Label1_0, Control::Label1_1, Control::Label1_6};
 

@@ -58,11 +58,11 @@ std::wstring OwnerById(const std::wstring& id) {
 
 void Add(const ui::ListView& list, const Process& process) {
     const int row = list.add_row(process.name);
-    list.set_cell(row, kProcessId, process.id);
-    list.set_cell(row, kUserName, process.owner.value_or(std::wstring()));
-    list.set_cell(row, kProcessDescription, process.description);
-    list.set_cell(row, kExecutablePath, process.path);
-    list.set_cell(row, kCreationClass, process.creation_class);
+    list.set_cell(row, ProcessColumn::Id, process.id);
+    list.set_cell(row, ProcessColumn::UserName, process.owner.value_or(std::wstring()));
+    list.set_cell(row, ProcessColumn::Description, process.description);
+    list.set_cell(row, ProcessColumn::ExecutablePath, process.path);
+    list.set_cell(row, ProcessColumn::CreationClass, process.creation_class);
 }
 
 }  // namespace

@@ -8,13 +8,8 @@ namespace shell {
 
 // The columns of `lvProcess`. The last three headers were made for services: the first of them shows the class of the
 // process, the other two stay empty.
-enum ProcessColumn : int {
-    kProcessName,
-    kProcessId,
-    kUserName,
-    kProcessDescription,
-    kExecutablePath,
-    kCreationClass,
+struct ProcessColumn {
+    enum Index : int { Name, Id, UserName, Description, ExecutablePath, CreationClass };
 };
 
 inline constexpr ui::Column kProcessColumns[] = {

@@ -1,7 +1,6 @@
 #include "startup/modAPI.h"
 
 #include "startup/path.h"
-#include "win/system_library.h"
 
 namespace startup {
 

@@ -26,7 +26,7 @@ std::wstring ShortWindowsFolder() {
 
 // "\\server\share\" in lower case; empty for a path that is not on a share.
 std::wstring ShareRoot(const std::wstring& path) {
-    if (!win::BeginsWith(path, L"\\\\")) return {};
+    if (!path.starts_with(L"\\\\")) return {};
     const std::size_t server_end = path.find(L'\\', 2);
     const std::size_t share_end = server_end == path.npos ? path.npos : path.find(L'\\', server_end + 1);
     return win::LowerCase(path.substr(0, share_end)) + L"\\";
@@ -107,7 +107,7 @@ bool FileProbe::reachable(const std::wstring& path) {
 
 std::wstring ResolveCommandPath(std::wstring_view command_line, FileProbe& probe) {
     std::wstring path(command_line);
-    if (win::BeginsWith(path, L"\"")) path = QuotedPart(command_line);
+    if (path.starts_with(L"\"")) path = QuotedPart(command_line);
     if (probe.exists(path)) return path;
 
     const std::wstring_view start = std::wstring_view(path).substr(0, kProgramFilesVariable.size());

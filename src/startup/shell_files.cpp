@@ -1,6 +1,7 @@
 #include "startup/shell_files.h"
 
 #include "startup/path.h"
+#include "win/folders.h"
 #include "win/text.h"
 
 namespace startup {
@@ -39,8 +40,8 @@ std::wstring WhereProgramsLie(const std::wstring& target) {
     wchar_t native[MAX_PATH] = {};
     if (!GetEnvironmentVariableW(L"ProgramW6432", native, MAX_PATH)) return target;
     for (const int csidl : {CSIDL_PROGRAM_FILES, CSIDL_PROGRAM_FILESX86}) {
-        const std::wstring folder = GetSpecialFolderPath(csidl);
-        if (folder.empty() || !win::BeginsWith(win::LowerCase(target), win::LowerCase(folder) + L"\\")) continue;
+        const std::wstring folder = win::GetSpecialFolderPath(csidl);
+        if (folder.empty() || !win::LowerCase(target).starts_with(win::LowerCase(folder) + L"\\")) continue;
         const std::wstring native_target = native + target.substr(folder.size());
         if (!PathFileExistsW(target.c_str()) && PathFileExistsW(native_target.c_str())) return native_target;
     }
@@ -49,14 +50,8 @@ std::wstring WhereProgramsLie(const std::wstring& target) {
 
 }  // namespace
 
-std::wstring GetSpecialFolderPath(int csidl) {
-    wchar_t folder[MAX_PATH] = {};
-    SHGetSpecialFolderPathW(nullptr, folder, csidl, FALSE);
-    return folder;
-}
-
 std::wstring GetShortcutTarget(const std::wstring& file) {
-    if (!win::EndsWith(win::LowerCase(file), L".lnk")) return {};
+    if (!win::LowerCase(file).ends_with(L".lnk")) return {};
     return WhereProgramsLie(StoredTarget(file));
 }
 

@@ -1,4 +1,4 @@
-// What the shell knows about files: special folders, shortcut targets, icons, descriptions.
+// What the shell knows about files: shortcut targets, icons, descriptions.
 #pragma once
 
 #include "win/automation.h"
@@ -8,9 +8,6 @@
 #include <vector>
 
 namespace startup {
-
-// The path of a special folder (CSIDL_…, SHGetSpecialFolderPathW); empty when there is none.
-std::wstring GetSpecialFolderPath(int csidl);
 
 // The target of a ".lnk" file; empty for any other file and for a shortcut without one. WScript.Shell is asked first,
 // IShellLinkW where that cannot tell: a target must not seem gone because scripts are switched off. A missing target

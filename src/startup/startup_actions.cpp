@@ -38,10 +38,10 @@ std::optional<StartupEntry> SelectedStartupEntry(const ui::ListView& list) {
     const int row = list.selected();
     if (row < 0) return {};
     return StartupEntry{
-        .name = list.cell(row, Column::Name),
-        .value = list.cell(row, Column::Value),
-        .location = list.cell(row, Column::Location),
-        .description = list.cell(row, Column::Description),
+        .name = list.cell(row, StartupColumn::Name),
+        .value = list.cell(row, StartupColumn::Value),
+        .location = list.cell(row, StartupColumn::Location),
+        .description = list.cell(row, StartupColumn::Description),
         .name_goes_on = list.tag(row) == kNameGoesOn,
     };
 }

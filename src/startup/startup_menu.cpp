@@ -1,6 +1,6 @@
 #include "startup/startup_menu.h"
 
-#include "win/system_library.h"
+#include "win/folders.h"
 
 namespace startup {
 namespace {

@@ -15,11 +15,11 @@ struct StartItem {
 // clang-format off
 inline constexpr ui::MenuItem kStartMenu[] = {
     {StartItem::Copy, L"項目コピー(&C)"},
-    {2, L"-"},
+    {2, ui::kSeparator},
     {StartItem::Delete, L"削除(&D)..."},
     {StartItem::Open, L"開く(&O)"},
     {StartItem::Properties, L"プロパティ(&P)..."},
-    {98, L"-"},
+    {98, ui::kSeparator},
     {StartItem::Refresh, L"情報の更新(&U)"},
 };
 // clang-format on

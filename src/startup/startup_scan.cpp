@@ -3,6 +3,7 @@
 #include "programs/modReg.h"
 #include "startup/path.h"
 #include "startup/shell_files.h"
+#include "win/folders.h"
 #include "win/handle.h"
 #include "win/text.h"
 
@@ -84,9 +85,9 @@ void Fill::add_value(std::wstring_view whole_name, const std::wstring& command_l
 void Fill::add_row(const std::wstring& name, const std::wstring& value, const std::wstring& location,
                    const std::wstring& description, const std::wstring& icon_path, LPARAM tag) {
     const int row = list_.add_row(name, tag, probe_.reachable(icon_path) ? GetSystemIconIndex(icon_path) : 0);
-    list_.set_cell(row, Column::Value, value);
-    list_.set_cell(row, Column::Location, location);
-    list_.set_cell(row, Column::Description, description);
+    list_.set_cell(row, StartupColumn::Value, value);
+    list_.set_cell(row, StartupColumn::Location, location);
+    list_.set_cell(row, StartupColumn::Description, description);
 }
 
 }  // namespace
@@ -96,7 +97,7 @@ void ScanStartup(const ui::ListView& list, ui::Host& host) {
     list.clear();
     Fill fill(list);
     for (const int folder : {CSIDL_STARTUP, CSIDL_COMMON_STARTUP}) {
-        fill.scan_startup_folder(GetSpecialFolderPath(folder));
+        fill.scan_startup_folder(win::GetSpecialFolderPath(folder));
         host.pump();
     }
     for (const HKEY hive : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {

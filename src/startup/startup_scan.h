@@ -8,7 +8,7 @@
 
 namespace startup {
 
-struct Column {
+struct StartupColumn {
     enum Index : int {
         Name,      // the file's name, or the registry value's
         Value,     // the shortcut's target, the file's path, or the command line as stored
@@ -17,8 +17,8 @@ struct Column {
     };
 };
 
-// In the order of Column.
-inline constexpr ui::Column kColumns[] = {{L"名前", 150}, {L"値", 260}, {L"場所", 200}, {L"説明", 160}};
+// In the order of StartupColumn.
+inline constexpr ui::Column kStartupColumns[] = {{L"名前", 150}, {L"値", 260}, {L"場所", 200}, {L"説明", 160}};
 
 // Stands directly behind the target of a shortcut that leads nowhere.
 inline constexpr std::wstring_view kBrokenLink = L"<リンク切れ>";

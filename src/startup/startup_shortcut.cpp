@@ -1,8 +1,8 @@
 #include "startup/startup_shortcut.h"
 
 #include "startup/path.h"
-#include "startup/shell_files.h"
 #include "win/automation.h"
+#include "win/folders.h"
 
 namespace startup {
 namespace {
@@ -18,7 +18,7 @@ std::wstring Question(const std::wstring& target_path) {
 
 std::wstring StartupFolder(const win::Object& script_host) {
     std::wstring folder = script_host.get(L"SpecialFolders", L"Startup").text();
-    return folder.empty() ? GetSpecialFolderPath(CSIDL_STARTUP) : folder;
+    return folder.empty() ? win::GetSpecialFolderPath(CSIDL_STARTUP) : folder;
 }
 
 std::wstring ExpandVariables(const win::Object& script_host, const std::wstring& text) {

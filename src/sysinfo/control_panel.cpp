@@ -3,8 +3,8 @@
 #include "programs/open_with_shell.h"
 #include "startup/path.h"
 #include "sysinfo/control_panel_catalogue.h"
+#include "win/folders.h"
 #include "win/handle.h"
-#include "win/system_library.h"
 #include "win/text.h"
 
 namespace sysinfo {
@@ -38,16 +38,14 @@ void AddCatalogueRow(const ui::ListView& list, HIMAGELIST images, const Catalogu
     const int image = AddIconFromFile(images, row.icon ? FullPath(row.icon, folders) : file, row.icon_index);
     if (!row.file && !row.always && image == 0) return;
     const int index = list.add_row(row.name, 0, image == 0 ? ui::ListView::kNoImage : image - 1);
-    list.set_cell(index, kItemComment, row.comment);
-    list.set_cell(index, kItemPath, row.path ? row.path : file + row.parameters);
+    list.set_cell(index, ControlPanelColumn::Comment, row.comment);
+    list.set_cell(index, ControlPanelColumn::Path, row.path ? row.path : file + row.parameters);
 }
 
 }  // namespace
 
-ControlPanelFolders QueryControlPanelFolders(const std::wstring& system_directory) {
-    wchar_t programs[MAX_PATH] = {};
-    SHGetSpecialFolderPathW(nullptr, programs, CSIDL_PROGRAM_FILES, FALSE);
-    return {system_directory, programs, win::WindowsDirectory()};
+ControlPanelFolders QueryControlPanelFolders() {
+    return {win::SystemDirectory(), win::GetSpecialFolderPath(CSIDL_PROGRAM_FILES), win::WindowsDirectory()};
 }
 
 void FillControlPanelList(const ui::ListView& list, HIMAGELIST images, unsigned os_number,

@@ -3,19 +3,18 @@
 
 #include "ui/list_view.h"
 
-#include <array>
 #include <string>
 #include <string_view>
 
 namespace sysinfo {
 
 // The columns of ListView2.
-enum ControlPanelColumn { kItemName, kItemComment, kItemPath, kControlPanelColumns };
-inline constexpr std::array<ui::Column, kControlPanelColumns> kControlPanelColumnTable = {{
-    {L"名前", 200},
-    {L"コメント", 400},
-    {L"パス", 260},
-}};
+struct ControlPanelColumn {
+    enum Index : int { Name, Comment, Path };
+};
+
+// In the order of ControlPanelColumn.
+inline constexpr ui::Column kControlPanelColumns[] = {{L"名前", 200}, {L"コメント", 400}, {L"パス", 260}};
 
 // The folders that the catalogue's files lie in, without a backslash at the end.
 struct ControlPanelFolders {
@@ -25,7 +24,7 @@ struct ControlPanelFolders {
 };
 
 // The machine's own ones; "Program Files" is the 32-bit programs' one (CSIDL_PROGRAM_FILES).
-ControlPanelFolders QueryControlPanelFolders(const std::wstring& system_directory);
+ControlPanelFolders QueryControlPanelFolders();
 
 // Fills ListView2 anew; `images`, its small image list, is emptied first and belongs to the caller. `os_number` is the
 // OS version number in tenths.

@@ -2,7 +2,7 @@
 
 #include "startup/path.h"
 #include "tools/real_path.h"
-#include "win/system_library.h"
+#include "win/folders.h"
 #include "win/text.h"
 
 #include <algorithm>
@@ -40,24 +40,6 @@ std::wstring Variable(const wchar_t* name) {
     return value;
 }
 
-// Empty where the system has no such folder.
-std::wstring SpecialFolder(int number) {
-    wchar_t path[MAX_PATH] = {};
-    return SHGetSpecialFolderPathW(nullptr, path, number, FALSE) ? path : L"";
-}
-
-std::wstring OwnFolder() {
-    std::wstring path(MAX_PATH, L'\0');
-    for (;;) {
-        const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-        if (length < path.size()) {
-            path.resize(length);
-            return startup::ParentFolder(path);
-        }
-        path.resize(path.size() * 2);
-    }
-}
-
 bool HasDrive(std::wstring_view path) {
     if (path.size() < kDriveRootLength || path[1] != L':' || (path[2] != L'\\' && path[2] != L'/')) return false;
     return (path[0] >= L'A' && path[0] <= L'Z') || (path[0] >= L'a' && path[0] <= L'z');
@@ -68,12 +50,12 @@ std::wstring_view WithoutEndingBackslashes(std::wstring_view path) {
 }
 
 std::vector<std::wstring> KeptFolders() {
-    std::vector<std::wstring> folders = {win::WindowsDirectory(), win::SystemDirectory(), OwnFolder()};
+    std::vector<std::wstring> folders = {win::WindowsDirectory(), win::SystemDirectory(), win::ApplicationFolder()};
     for (const int number : kKeptFolders)
-        folders.push_back(SpecialFolder(number));
+        folders.push_back(win::GetSpecialFolderPath(number));
     for (const wchar_t* name : kKeptVariables)
         folders.push_back(Variable(name));
-    folders.push_back(startup::JoinPath(SpecialFolder(CSIDL_PROFILE), L"Downloads"));  // has no number
+    folders.push_back(startup::JoinPath(win::GetSpecialFolderPath(CSIDL_PROFILE), L"Downloads"));  // has no number
     std::erase_if(folders, [](const std::wstring& folder) { return !HasDrive(folder); });
     return folders;
 }
@@ -97,7 +79,7 @@ bool IsPlainFolder(const std::wstring& path) {
 
 // The folder of all profiles, as it really lies; empty where profiles lie in a drive's root.
 std::wstring ProfilesFolder() {
-    const std::wstring folder = startup::ParentFolder(RealPath(SpecialFolder(CSIDL_PROFILE)));
+    const std::wstring folder = startup::ParentFolder(RealPath(win::GetSpecialFolderPath(CSIDL_PROFILE)));
     return folder.size() < kPrefixLength + kDriveRootLength ? std::wstring() : folder;
 }
 

@@ -1,6 +1,6 @@
 #include "win/process.h"
 
-#include "win/system_library.h"
+#include "win/folders.h"
 
 namespace win {
 

@@ -1,46 +1,8 @@
 #include "win/system_library.h"
 
+#include "win/folders.h"
+
 namespace win {
-namespace {
-
-std::wstring FolderFrom(UINT(WINAPI* query)(LPWSTR, UINT)) {
-    std::wstring folder(MAX_PATH, L'\0');
-    UINT length = query(folder.data(), static_cast<UINT>(folder.size()));
-    if (length > folder.size()) {
-        folder.resize(length);
-        length = query(folder.data(), length);
-    }
-    folder.resize(length);
-    while (!folder.empty() && folder.back() == L'\\')
-        folder.pop_back();
-    return folder;
-}
-
-}  // namespace
-
-const std::wstring& SystemDirectory() {
-    static const std::wstring folder = FolderFrom(&GetSystemDirectoryW);
-    return folder;
-}
-
-const std::wstring& WindowsDirectory() {
-    static const std::wstring folder = FolderFrom(&GetSystemWindowsDirectoryW);
-    return folder;
-}
-
-bool IsFile(const std::wstring& path) {
-    const DWORD attributes = GetFileAttributesW(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
-}
-
-std::wstring FindSystemFile(std::wstring_view name) {
-    if (name.empty() || name.find_first_of(L"\\/:") != name.npos) return {};
-    for (const std::wstring* folder : {&SystemDirectory(), &WindowsDirectory()}) {
-        std::wstring path = *folder + L"\\" + std::wstring(name);
-        if (IsFile(path)) return path;
-    }
-    return {};
-}
 
 Module LoadSystemLibrary(const wchar_t* name) {
     return Module(LoadLibraryW((SystemDirectory() + L"\\" + name).c_str()));

@@ -31,10 +31,6 @@ std::wstring LowerCase(std::wstring_view text) {
     return lower;
 }
 
-bool BeginsWith(std::wstring_view text, std::wstring_view start) { return text.starts_with(start); }
-
-bool EndsWith(std::wstring_view text, std::wstring_view end) { return text.ends_with(end); }
-
 bool Contains(std::wstring_view text, std::wstring_view part) { return text.find(part) != text.npos; }
 
 std::wstring_view TrimLeadingBlanks(std::wstring_view text) {
@@ -82,8 +78,8 @@ std::wstring TwoDecimals(std::uint64_t numerator, std::uint64_t denominator) {
 
 int ToInteger(std::wstring_view text) {
     text = TrimLeadingBlanks(text);
-    const bool negative = BeginsWith(text, L"-");
-    if (negative || BeginsWith(text, L"+")) text.remove_prefix(1);
+    const bool negative = text.starts_with(L"-");
+    if (negative || text.starts_with(L"+")) text.remove_prefix(1);
     std::int64_t value = 0;
     for (const wchar_t digit : text) {
         if (digit < L'0' || digit > L'9' || value > std::numeric_limits<int>::max()) break;

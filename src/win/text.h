@@ -17,8 +17,6 @@ std::wstring FromAnsi(std::string_view text);
 // Lower case as the user interface compares: CharLowerBuffW, one character to one character.
 std::wstring LowerCase(std::wstring_view text);
 
-bool BeginsWith(std::wstring_view text, std::wstring_view start);
-bool EndsWith(std::wstring_view text, std::wstring_view end);
 bool Contains(std::wstring_view text, std::wstring_view part);
 
 // Without the blanks (U+0020 only) at both ends; without the leading ones.

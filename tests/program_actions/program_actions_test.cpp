@@ -34,15 +34,15 @@ struct Lists {
     Lists() { scan(); }
     void scan() { ScanUninstallKeys({programs.list, updates.list, nullptr}, {}, CurrentUserSid(), host); }
     std::optional<ProgramRow> select(const std::wstring& name) {
-        const int row = programs.list.find(Column::Name, name);
+        const int row = programs.list.find(ProgramColumn::Name, name);
         if (row < 0) return {};
         programs.list.select(row);
         return SelectedProgram(programs.list);
     }
 
     TestHost host;
-    TestList programs{kColumns};
-    TestList updates{kColumns};
+    TestList programs{kProgramColumns};
+    TestList updates{kProgramColumns};
 };
 
 }  // namespace
@@ -116,9 +116,9 @@ TEST_CASE("A forced uninstall asks, and removes the machine-wide key and nothing
     CHECK(KeyExists(HKEY_USERS, user.path()));
 
     lists.scan();
-    CHECK(lists.programs.list.find(Column::Name, L"強制") == -1);
-    CHECK(lists.programs.list.find(Column::Name, L"親") >= 0);
-    CHECK(lists.programs.list.find(Column::Name, L"個人") >= 0);
+    CHECK(lists.programs.list.find(ProgramColumn::Name, L"強制") == -1);
+    CHECK(lists.programs.list.find(ProgramColumn::Name, L"親") >= 0);
+    CHECK(lists.programs.list.find(ProgramColumn::Name, L"個人") >= 0);
 
     // The key vanishes while the question is open; and a row without a name must not take the whole key along.
     lists.host.on_question = [&] { RegDeleteKeyW(HKEY_USERS, user.path().c_str()); };

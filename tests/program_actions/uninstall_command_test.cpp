@@ -6,7 +6,7 @@
 #include "support/test_folder.h"
 #include "support/test_host.h"
 #include "win/com_ptr.h"
-#include "win/system_library.h"
+#include "win/folders.h"
 
 #include <doctest/doctest.h>
 
@@ -89,7 +89,7 @@ TEST_CASE("A command runs as stored, minimised, and no planted program runs in i
         REQUIRE(started.process);
         const auto starts = recorder.starts(1);
         REQUIRE(starts.size() == 1);
-        CHECK(win::EndsWith(starts[0].program, L"uninst.exe"));
+        CHECK(starts[0].program.ends_with(L"uninst.exe"));
         CHECK(starts[0].command_line == command);
         CHECK(starts[0].show == L"2");
     }
@@ -149,7 +149,7 @@ TEST_CASE("Where a start needs elevation the system asks, and the program is wai
         CHECK(host.pumps >= 10);
         const auto starts = recorder.starts(1);
         REQUIRE(starts.size() == 1);
-        CHECK(win::EndsWith(starts[0].command_line, L" /S --wait 300"));
+        CHECK(starts[0].command_line.ends_with(L" /S --wait 300"));
         CHECK(starts[0].show == L"2");
     }
     const ImportHook cancelled(

@@ -2,7 +2,7 @@
 
 #include "support/show.h"
 #include "support/test_key.h"
-#include "win/system_library.h"
+#include "win/folders.h"
 
 #include <array>
 

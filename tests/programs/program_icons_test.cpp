@@ -1,10 +1,10 @@
 #include "seeded_scan.h"
 
-#include "win/system_library.h"
+#include "win/folders.h"
 
 #include "support/leaks.h"
 
-using programs::Column;
+using programs::ProgramColumn;
 
 namespace {
 

@@ -23,8 +23,8 @@ public:
     TestKey machine{HKEY_CURRENT_USER, sandbox.path() + L"\\machine\\" + kUninstall};
     TestKey user{HKEY_CURRENT_USER, sandbox.path() + L"\\users\\" + kSid + L"\\" + kUninstall};
 
-    TestList programs{programs::kColumns};
-    TestList updates{programs::kColumns};
+    TestList programs{programs::kProgramColumns};
+    TestList updates{programs::kProgramColumns};
     win::ImageList icons = programs::CreateSmallIconList();
     programs::ScanOptions options;
     std::wstring sid = kSid;

@@ -9,7 +9,7 @@
 #include <map>
 #include <string>
 
-using programs::Column;
+using programs::ProgramColumn;
 
 namespace {
 
@@ -145,7 +145,7 @@ TEST_CASE("a key that vanishes during the scan is left out, and so is one whose 
     scan.host.on_pump = [&] { RegDeleteKeyW(scan.machine.get(), L"b"); };
     scan.run();
     REQUIRE(scan.programs.list.count() == 2);
-    CHECK(scan.programs.list.cell(1, Column::RegistryKey) == L"c");
+    CHECK(scan.programs.list.cell(1, ProgramColumn::RegistryKey) == L"c");
 }
 
 TEST_CASE("a bad value costs its own cell and no other") {
@@ -154,11 +154,11 @@ TEST_CASE("a bad value costs its own cell and no other") {
         const wchar_t* name;
         int column;
     };
-    constexpr Value kTexts[] = {{L"DisplayName", Column::Name},
-                                {L"Publisher", Column::Publisher},
-                                {L"InstallDate", Column::InstallDate},
-                                {L"InstallLocation", Column::InstallFolder},
-                                {L"UninstallString", Column::UninstallCommand}};
+    constexpr Value kTexts[] = {{L"DisplayName", ProgramColumn::Name},
+                                {L"Publisher", ProgramColumn::Publisher},
+                                {L"InstallDate", ProgramColumn::InstallDate},
+                                {L"InstallLocation", ProgramColumn::InstallFolder},
+                                {L"UninstallString", ProgramColumn::UninstallCommand}};
     const std::vector<std::byte> bytes(65536, std::byte{'A'});
     std::map<std::wstring, std::vector<std::wstring>> expected;  // by key name
     for (const DWORD type : {0UL, 1UL, 2UL, 3UL, 4UL, 5UL, 6UL, 7UL, 8UL, 9UL, 10UL, 11UL, 0x7FFFFFFFUL}) {
@@ -175,8 +175,8 @@ TEST_CASE("a bad value costs its own cell and no other") {
                 const std::size_t stored = scan.machine.size_of(key, bad);
                 const std::size_t length = stored > 512 ? 0 : std::min(size, stored) / 2;
                 cells[static_cast<std::size_t>(column)] = std::wstring(length, L'\x4141');
-                cells[Column::RegistryKey] = key;
-                if (column != Column::UninstallCommand || length > 0) expected[key] = cells;
+                cells[ProgramColumn::RegistryKey] = key;
+                if (column != ProgramColumn::UninstallCommand || length > 0) expected[key] = cells;
             }
             const std::wstring key = std::to_wstring(type) + L" " + std::to_wstring(size) + L" sizes";
             scan.machine.set_text(key, L"UninstallString", L"good");
@@ -186,15 +186,15 @@ TEST_CASE("a bad value costs its own cell and no other") {
             expected[key] = {L"", L"", L"", L"", L"", L"good", key, L""};
             if (scan.machine.size_of(key, L"EstimatedSize") > 4) continue;
             constexpr std::array<const wchar_t*, 3> kSizes = {L"0.00MB", L"0.06MB", L"16.31MB"};  // 0, 0x41, 0x4141
-            expected[key][Column::Size] = kSizes[size];
-            expected[key][Column::SizeKey] = programs::SizeSortKey(kSizes[size]);
+            expected[key][ProgramColumn::Size] = kSizes[size];
+            expected[key][ProgramColumn::SizeKey] = programs::SizeSortKey(kSizes[size]);
         }
     }
     scan.run();
     CHECK(scan.updates.list.count() == 0);
     REQUIRE(static_cast<std::size_t>(scan.programs.list.count()) == expected.size());
     for (const auto& row : scan.programs.rows())
-        CHECK(row == expected[row[Column::RegistryKey]]);
+        CHECK(row == expected[row[ProgramColumn::RegistryKey]]);
 }
 
 TEST_CASE("the user's own programs lie below the security identifier of the token") {

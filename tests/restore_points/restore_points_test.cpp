@@ -75,7 +75,7 @@ private:
 
 struct Machine {
     win::ComApartment apartment;
-    const TestList test{RestoreColumns()};
+    const TestList test{kRestoreColumns};
     Provider provider;
     TestHost host;
 };

@@ -57,14 +57,14 @@ win::ComPtr<doubles::Object> MakeProcess(const std::wstring& name, std::int32_t 
 
 TEST_CASE_FIXTURE(Fixture, "this process is listed with its owner") {
     const auto rows = fill();
-    const int own = window.list.find(shell::kProcessId, win::ToText(GetCurrentProcessId()));
+    const int own = window.list.find(shell::ProcessColumn::Id, win::ToText(GetCurrentProcessId()));
     REQUIRE(own >= 0);
     wchar_t user[256] = {};
     DWORD length = 256;
     GetUserNameW(user, &length);
-    CHECK(window.list.cell(own, shell::kProcessName) == L"test_services.exe");
-    CHECK(window.list.cell(own, shell::kUserName) == user);
-    CHECK(window.list.find(shell::kProcessName, L"services.exe") >= 0);
+    CHECK(window.list.cell(own, shell::ProcessColumn::Name) == L"test_services.exe");
+    CHECK(window.list.cell(own, shell::ProcessColumn::UserName) == user);
+    CHECK(window.list.find(shell::ProcessColumn::Name, L"services.exe") >= 0);
     CHECK(fill().size() == rows.size());
 }
 

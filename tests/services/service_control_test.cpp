@@ -32,11 +32,13 @@ struct Desk {
 
     void refresh() { FillServiceList(list, host); }
 
-    std::wstring cell(ServiceColumn column) const { return list.cell(list.find(kServiceName, name), column); }
+    std::wstring cell(ServiceColumn::Index column) const {
+        return list.cell(list.find(ServiceColumn::Name, name), column);
+    }
 
     // A right press on the service's row and the choice of an item, which has to be enabled.
-    void choose(ServiceItem item) {
-        const ServicePress press = lvService_MouseDown(list, list.find(kServiceName, name));
+    void choose(ServiceItem::Index item) {
+        const ServicePress press = lvService_MouseDown(list, list.find(ServiceColumn::Name, name));
         REQUIRE(press.cells.has_value());
         REQUIRE(IsServiceItemEnabled(item, press.cells));
         mnuServiceItem_Click(item, list, L"", host);
@@ -129,35 +131,35 @@ TEST_CASE_FIXTURE(Desk, "the cell under the pointer is copied, or else the name"
     };
     add_row({L"印刷", L"開始", L"自動", L"", L"", L"0", L"-1", L"Spooler"});
     list.select(0);
-    mnuServiceItem_Click(kCopyItem, list, L"C:\\spool.exe", host);
+    mnuServiceItem_Click(ServiceItem::Copy, list, L"C:\\spool.exe", host);
     CHECK(clipboard() == L"C:\\spool.exe");
-    mnuServiceItem_Click(kCopyItem, list, L"", host);
+    mnuServiceItem_Click(ServiceItem::Copy, list, L"", host);
     CHECK(clipboard() == L"印刷");
 }
 
 TEST_CASE_FIXTURE(Desk, "a real service is started, paused, resumed and stopped") {
     const InstalledService service(L"pause", L"Qorvenix's");
     show(service);
-    CHECK(cell(kState) == L"停止");
-    CHECK(cell(kStartMode) == L"手動");
-    choose(kStartItem);
-    CHECK(cell(kState) == L"開始");
-    CHECK(cell(kAcceptsPause) == L"0");  // told by the next refresh only
-    CHECK(cell(kAcceptsStop) == L"0");
+    CHECK(cell(ServiceColumn::State) == L"停止");
+    CHECK(cell(ServiceColumn::StartMode) == L"手動");
+    choose(ServiceItem::Start);
+    CHECK(cell(ServiceColumn::State) == L"開始");
+    CHECK(cell(ServiceColumn::AcceptsPause) == L"0");  // told by the next refresh only
+    CHECK(cell(ServiceColumn::AcceptsStop) == L"0");
     REQUIRE(service.wait_for(SERVICE_RUNNING));
 
     refresh();
-    CHECK(cell(kState) == L"開始");
-    CHECK(cell(kAcceptsPause) == L"-1");
-    CHECK(cell(kAcceptsStop) == L"-1");
-    choose(kPauseItem);
-    CHECK(cell(kState) == L"一時停止");
+    CHECK(cell(ServiceColumn::State) == L"開始");
+    CHECK(cell(ServiceColumn::AcceptsPause) == L"-1");
+    CHECK(cell(ServiceColumn::AcceptsStop) == L"-1");
+    choose(ServiceItem::Pause);
+    CHECK(cell(ServiceColumn::State) == L"一時停止");
     CHECK(service.wait_for(SERVICE_PAUSED));
-    choose(kResumeItem);
-    CHECK(cell(kState) == L"開始");
+    choose(ServiceItem::Resume);
+    CHECK(cell(ServiceColumn::State) == L"開始");
     CHECK(service.wait_for(SERVICE_RUNNING));
-    choose(kStopItem);
-    CHECK(cell(kState) == L"停止");
+    choose(ServiceItem::Stop);
+    CHECK(cell(ServiceColumn::State) == L"停止");
     CHECK(service.wait_for(SERVICE_STOPPED));
     CHECK_FALSE(host.pointer_shows_hourglass);
 }
@@ -165,28 +167,28 @@ TEST_CASE_FIXTURE(Desk, "a real service is started, paused, resumed and stopped"
 TEST_CASE_FIXTURE(Desk, "a service that is starting has no state and can be restarted only") {
     const InstalledService service(L"begin=20000");
     show(service);
-    choose(kStartItem);
-    CHECK(cell(kState) == L"開始");
+    choose(ServiceItem::Start);
+    CHECK(cell(ServiceColumn::State) == L"開始");
     REQUIRE(service.state() == SERVICE_START_PENDING);
     refresh();
-    CHECK(cell(kState).empty());
-    const ServicePress press = lvService_MouseDown(list, list.find(kServiceName, name));
+    CHECK(cell(ServiceColumn::State).empty());
+    const ServicePress press = lvService_MouseDown(list, list.find(ServiceColumn::Name, name));
     CHECK(EnabledItems(press.cells) == Items{1, 4, 7, 9, 11, 99});
 }
 
 TEST_CASE_FIXTURE(Desk, "a real service is set to automatic, manual and disabled") {
     const InstalledService service(L"");
     show(service);
-    choose(kAutomaticItem);
-    CHECK(cell(kStartMode) == L"自動");
+    choose(ServiceItem::Automatic);
+    CHECK(cell(ServiceColumn::StartMode) == L"自動");
     CHECK(service.start_type() == SERVICE_AUTO_START);
-    choose(kDisabledItem);
-    CHECK(cell(kStartMode) == L"無効");
+    choose(ServiceItem::Disabled);
+    CHECK(cell(ServiceColumn::StartMode) == L"無効");
     CHECK(service.start_type() == SERVICE_DISABLED);
-    const ServicePress press = lvService_MouseDown(list, list.find(kServiceName, name));
-    CHECK_FALSE(IsServiceItemEnabled(kStartItem, press.cells));
-    choose(kManualItem);
-    CHECK(cell(kStartMode) == L"手動");
+    const ServicePress press = lvService_MouseDown(list, list.find(ServiceColumn::Name, name));
+    CHECK_FALSE(IsServiceItemEnabled(ServiceItem::Start, press.cells));
+    choose(ServiceItem::Manual);
+    CHECK(cell(ServiceColumn::StartMode) == L"手動");
     CHECK(service.start_type() == SERVICE_DEMAND_START);
     CHECK(host.hourglasses == 0);
 
@@ -209,11 +211,11 @@ TEST_CASE_FIXTURE(Desk, "a restart waits alive as long as the check point advanc
         if (last_pump != 0) longest_silence = std::max(longest_silence, now - last_pump);
         last_pump = now;
         hourglass = hourglass && host.pointer_shows_hourglass;
-        if (host.pumps % 2 == 0) list.sort(kServiceName, ui::SortOrder::Descending);
-        if (host.pumps % 2 == 1) list.sort(kServiceName, ui::SortOrder::Ascending);
+        if (host.pumps % 2 == 0) list.sort(ServiceColumn::Name, ui::SortOrder::Descending);
+        if (host.pumps % 2 == 1) list.sort(ServiceColumn::Name, ui::SortOrder::Ascending);
     };
     const DWORD start = GetTickCount();
-    choose(kRestartItem);
+    choose(ServiceItem::Restart);
     CHECK(GetTickCount() - start >= 1400);
     CHECK(longest_silence < 500);
     CHECK(hourglass);
@@ -221,7 +223,7 @@ TEST_CASE_FIXTURE(Desk, "a restart waits alive as long as the check point advanc
     CHECK(service.wait_for(SERVICE_RUNNING));
     CHECK(service.process_id() != process);
     const auto rows = window.rows();
-    CHECK(cell(kState) == L"開始");
+    CHECK(cell(ServiceColumn::State) == L"開始");
     host.on_pump = nullptr;
     refresh();
     const auto after = window.rows();
@@ -239,10 +241,11 @@ TEST_CASE_FIXTURE(Desk, "the wait ends after one wait hint when the check point 
         service.start();
         show(service);
         const DWORD start = GetTickCount();
-        choose(kRestartItem);
+        choose(ServiceItem::Restart);
         CHECK(GetTickCount() - start >= wait.at_least);
         CHECK(service.state() == SERVICE_STOP_PENDING);
-        CHECK(cell(kState) == L"停止");  // the stop was accepted; the start was refused by a service still stopping
+        CHECK(cell(ServiceColumn::State) ==
+              L"停止");  // the stop was accepted; the start was refused by a service still stopping
     }
 }
 
@@ -252,9 +255,9 @@ TEST_CASE_FIXTURE(Desk, "a refused stop starts nothing") {
     show(service);
     const DWORD process = service.process_id();
     const auto rows = window.rows();
-    const ServicePress press = lvService_MouseDown(list, list.find(kServiceName, name));
-    CHECK_FALSE(IsServiceItemEnabled(kStopItem, press.cells));
-    choose(kRestartItem);
+    const ServicePress press = lvService_MouseDown(list, list.find(ServiceColumn::Name, name));
+    CHECK_FALSE(IsServiceItemEnabled(ServiceItem::Stop, press.cells));
+    choose(ServiceItem::Restart);
     CHECK(window.rows() == rows);
     CHECK(service.state() == SERVICE_RUNNING);
     CHECK(service.process_id() == process);
@@ -273,8 +276,8 @@ TEST_CASE_FIXTURE(Desk, "without the right to control services nothing changes")
             SetLastError(ERROR_ACCESS_DENIED);
             return nullptr;
         });
-    choose(kRestartItem);
-    choose(kAutomaticItem);
+    choose(ServiceItem::Restart);
+    choose(ServiceItem::Automatic);
     CHECK(access_wanted == SERVICE_ALL_ACCESS);
     CHECK(window.rows() == rows);
     CHECK(service.state() == SERVICE_RUNNING);
@@ -287,9 +290,9 @@ TEST_CASE_FIXTURE(Desk, "nothing happens to a service that has gone, or without 
         show(service);
     }
     const auto rows = window.rows();
-    list.select(list.find(kServiceName, name));
+    list.select(list.find(ServiceColumn::Name, name));
     for (const ui::MenuItem& item : kServiceMenu) {
-        if (item.index != kCopyItem) mnuServiceItem_Click(item.index, list, L"", host);
+        if (item.index != ServiceItem::Copy) mnuServiceItem_Click(item.index, list, L"", host);
     }
     CHECK(window.rows() == rows);
     list.clear();
@@ -320,17 +323,17 @@ TEST_CASE_FIXTURE(Desk, "a request is sent to the one service and believed only 
     const auto state_after = [&](int index, std::int32_t returned) {
         answer = returned;
         called.clear();
-        list.set_cell(1, kState, L"unchanged");
+        list.set_cell(1, ServiceColumn::State, L"unchanged");
         list.select(1);
         mnuServiceItem_Click(index, list, L"", host);
-        CHECK(list.cell(0, kState) == L"other");
-        return list.cell(1, kState);
+        CHECK(list.cell(0, ServiceColumn::State) == L"other");
+        return list.cell(1, ServiceColumn::State);
     };
     const std::map<int, std::pair<std::wstring, std::wstring>> accepted = {
-        {kStartItem, {L"StartService", L"開始"}},
-        {kStopItem, {L"StopService", L"停止"}},
-        {kPauseItem, {L"PauseService", L"一時停止"}},
-        {kResumeItem, {L"ResumeService", L"開始"}},
+        {ServiceItem::Start, {L"StartService", L"開始"}},
+        {ServiceItem::Stop, {L"StopService", L"停止"}},
+        {ServiceItem::Pause, {L"PauseService", L"一時停止"}},
+        {ServiceItem::Resume, {L"ResumeService", L"開始"}},
     };
     for (const auto& [index, expected] : accepted) {
         CHECK(state_after(index, 0) == expected.second);
@@ -339,8 +342,8 @@ TEST_CASE_FIXTURE(Desk, "a request is sent to the one service and believed only 
         CHECK(state_after(index, -1) == L"unchanged");  // the call itself fails
     }
     CHECK(wmi.queries.back() == L"Select * From Win32_Service Where Name=\"it's\"");
-    CHECK(state_after(kRestartItem, 0) == L"unchanged");  // the service manager does not know it: no start
+    CHECK(state_after(ServiceItem::Restart, 0) == L"unchanged");  // the service manager does not know it: no start
     CHECK(called.empty());
-    mnuServiceItem_Click(kDisabledItem, list, L"", host);
-    CHECK(list.cell(1, kStartMode) == L"手動");  // "Boot" has no word
+    mnuServiceItem_Click(ServiceItem::Disabled, list, L"", host);
+    CHECK(list.cell(1, ServiceColumn::StartMode) == L"手動");  // "Boot" has no word
 }

@@ -60,15 +60,15 @@ TEST_CASE_FIXTURE(Fixture, "the services of this computer, as the service manage
     CHECK(real.size() > 5);
     CHECK(rows.size() == real.size());
     for (const Cells& cells : rows) {
-        const auto found = real.find(cells[services::kServiceName]);
+        const auto found = real.find(cells[services::ServiceColumn::Name]);
         REQUIRE(found != real.end());
-        CHECK(cells[services::kCaption] == found->second.lpDisplayName);
+        CHECK(cells[services::ServiceColumn::Caption] == found->second.lpDisplayName);
         const DWORD state = found->second.ServiceStatus.dwCurrentState;
-        CHECK((cells[services::kState] == services::kStarted) == (state == SERVICE_RUNNING));
-        CHECK((cells[services::kState] == services::kStopped) == (state == SERVICE_STOPPED));
+        CHECK((cells[services::ServiceColumn::State] == services::kStarted) == (state == SERVICE_RUNNING));
+        CHECK((cells[services::ServiceColumn::State] == services::kStopped) == (state == SERVICE_STOPPED));
         const bool stops = (found->second.ServiceStatus.dwControlsAccepted & SERVICE_ACCEPT_STOP) != 0;
-        CHECK(cells[services::kAcceptsStop] == (stops ? L"-1" : L"0"));
-        CHECK_FALSE(cells[services::kStartMode].empty());
+        CHECK(cells[services::ServiceColumn::AcceptsStop] == (stops ? L"-1" : L"0"));
+        CHECK_FALSE(cells[services::ServiceColumn::StartMode].empty());
     }
 }
 

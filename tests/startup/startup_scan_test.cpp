@@ -11,12 +11,13 @@
 #include "support/test_host.h"
 #include "support/test_key.h"
 #include "support/test_list.h"
+#include "win/folders.h"
 
 #include <algorithm>
 #include <array>
 #include <map>
 
-using startup::Column;
+using startup::StartupColumn;
 
 namespace {
 
@@ -44,7 +45,7 @@ public:
     TestKey machine_folders{HKEY_CURRENT_USER, sandbox.path() + L"\\machine\\" + kShellFolders};
     TestKey machine_run{HKEY_CURRENT_USER, sandbox.path() + L"\\machine\\" + startup::kRunKey};
     TestKey user_run{HKEY_CURRENT_USER, sandbox.path() + L"\\user\\" + startup::kRunKey};
-    TestList list{startup::kColumns};
+    TestList list{startup::kStartupColumns};
     TestHost host;
 
 private:
@@ -192,7 +193,8 @@ TEST_CASE("a row shows the icon of the file that it starts") {
     startup.run();
     const int icon = startup::GetSystemIconIndex(regedit);
     REQUIRE(icon != 0);
-    CHECK(startup.list.column(Column::Name) == std::vector<std::wstring>{L"a.lnk", L"b.lnk", L"v1", L"v2", L"v3"});
+    CHECK(startup.list.column(StartupColumn::Name) ==
+          std::vector<std::wstring>{L"a.lnk", L"b.lnk", L"v1", L"v2", L"v3"});
     CHECK(startup.list.image(0) == icon);
     CHECK(startup.list.image(1) == 0);
     CHECK(startup.list.image(2) == icon);
@@ -209,7 +211,7 @@ TEST_CASE("shortcut files that are none, and shortcuts to themselves") {
     MakeLink(own, own);
     MakeLink(own, own);
     startup.run();
-    CHECK(startup.list.column(Column::Value) ==
+    CHECK(startup.list.column(StartupColumn::Value) ==
           std::vector<std::wstring>{L"<リンク切れ>", L"<リンク切れ>", L"<リンク切れ>", own});
 }
 
@@ -233,7 +235,7 @@ TEST_CASE("the script host tells a shortcut's target; where it cannot, the shell
         CHECK(startup::GetShortcutTarget(link + L".exe") == L"");
     }
     SUBCASE("told to lie among the 32-bit programs") {
-        const std::wstring told = startup::GetSpecialFolderPath(CSIDL_PROGRAM_FILES) + L"\\only 64-bit.exe";
+        const std::wstring told = win::GetSpecialFolderPath(CSIDL_PROGRAM_FILES) + L"\\only 64-bit.exe";
         const auto host = ScriptHost(S_OK, told);
         wchar_t native[MAX_PATH] = {};
         GetEnvironmentVariableW(L"ProgramW6432", native, MAX_PATH);
@@ -265,8 +267,8 @@ TEST_CASE("values of every type are read as text, and a too long one ends its ke
     key.set_text(L"", L"v10", L"never seen");
     REQUIRE(native::SetText(startup.user_run.get(), std::wstring(L"v11\0hidden", 10), L"the next key"));
     startup.run();
-    CHECK(startup.list.column(Column::Name).back() == L"v11");
-    CHECK(startup.list.column(Column::Value) ==
+    CHECK(startup.list.column(StartupColumn::Name).back() == L"v11");
+    CHECK(startup.list.column(StartupColumn::Value) ==
           std::vector<std::wstring>{L"\x3030\x3030", L"", L"AB", L"a", std::wstring(512, L'\x3030'), L"\xD800 \xDFFF",
                                     L"long name", L"", L"the next key"});
 }

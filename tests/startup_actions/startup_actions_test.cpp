@@ -11,7 +11,7 @@
 #include "support/test_key.h"
 #include "support/test_list.h"
 #include "win/com_ptr.h"
-#include "win/system_library.h"
+#include "win/folders.h"
 
 #include <doctest/doctest.h>
 
@@ -28,7 +28,8 @@ struct List {
     void scan() { ScanStartup(rows.list, host); }
     std::optional<StartupEntry> select(const std::wstring& name, const std::wstring& location) {
         for (int row = 0; row < rows.list.count(); ++row) {
-            if (rows.list.cell(row, Column::Name) != name || rows.list.cell(row, Column::Location) != location)
+            if (rows.list.cell(row, StartupColumn::Name) != name ||
+                rows.list.cell(row, StartupColumn::Location) != location)
                 continue;
             rows.list.select(row);
             return SelectedStartupEntry(rows.list);
@@ -39,13 +40,13 @@ struct List {
 
     win::ComApartment apartment;
     TestHost host;
-    TestList rows{kColumns};
+    TestList rows{kStartupColumns};
 };
 
 // A file in a startup folder, deleted at the end.
 struct StartupFile {
     StartupFile(int csidl, const std::wstring& name)
-        : folder(GetSpecialFolderPath(csidl)), path(folder + L"\\" + name) {
+        : folder(win::GetSpecialFolderPath(csidl)), path(folder + L"\\" + name) {
         const win::File file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
     }
     ~StartupFile() { DeleteFileW(path.c_str()); }
@@ -128,7 +129,7 @@ TEST_CASE("Deleting a value whose name goes on behind a NUL spares the value of 
     REQUIRE(native::SetText(key.get(), std::wstring(L"Foo\0x", 5), L"hidden.exe"));
     List list;
     for (const wchar_t* value : {L"hidden.exe", L"foo.exe"}) {
-        list.rows.list.select(list.rows.list.find(Column::Value, value));
+        list.rows.list.select(list.rows.list.find(StartupColumn::Value, value));
         const auto entry = SelectedStartupEntry(list.rows.list);
         REQUIRE(entry);
         CHECK(entry->name == L"Foo");
@@ -166,11 +167,11 @@ TEST_CASE("The location opens in the Explorer or in the registry editor") {
         CHECK(LastKey() == "");
 
         OpenStartupLocation(L"(全ユーザー)SOFTWARE\\Run");
-        CHECK(win::EndsWith(win::FromAnsi(LastKey()), L"\\HKEY_LOCAL_MACHINE\\SOFTWARE\\Run"));
+        CHECK(win::FromAnsi(LastKey()).ends_with(L"\\HKEY_LOCAL_MACHINE\\SOFTWARE\\Run"));
         OpenStartupLocation(L"(個別ユーザー)SOFTWARE\\Run");
-        CHECK(win::EndsWith(win::FromAnsi(LastKey()), L"\\HKEY_CURRENT_USER\\SOFTWARE\\Run"));
+        CHECK(win::FromAnsi(LastKey()).ends_with(L"\\HKEY_CURRENT_USER\\SOFTWARE\\Run"));
         OpenStartupLocation(L"no folder");
-        CHECK(win::EndsWith(win::FromAnsi(LastKey()), L"\\HKEY_CURRENT_USER\\SOFTWARE\\Run"));
+        CHECK(win::FromAnsi(LastKey()).ends_with(L"\\HKEY_CURRENT_USER\\SOFTWARE\\Run"));
     }
     OpenStartupLocation(L"(個別ユーザー)SOFTWARE\\Run");
     const auto starts = recorder.starts(5);

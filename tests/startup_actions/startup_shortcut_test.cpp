@@ -8,7 +8,7 @@
 #include "support/throw_away.h"
 #include "ui/drop_files.h"
 #include "win/com_ptr.h"
-#include "win/system_library.h"
+#include "win/folders.h"
 #include "win/text.h"
 
 #include <doctest/doctest.h>
@@ -25,7 +25,7 @@ struct Link {
 
 // The shortcut `name` of the user's startup folder, read and deleted.
 std::optional<Link> TakeLink(const std::wstring& name) {
-    const std::wstring path = GetSpecialFolderPath(CSIDL_STARTUP) + L"\\" + name;
+    const std::wstring path = win::GetSpecialFolderPath(CSIDL_STARTUP) + L"\\" + name;
     win::ComPtr<IShellLinkW> link;
     CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW, link.put_void());
     const auto file = link.as<IPersistFile>(IID_IPersistFile);
@@ -45,7 +45,8 @@ std::optional<Link> TakeLink(const std::wstring& name) {
 
 int CountStartupFiles() {
     WIN32_FIND_DATAW entry = {};
-    const win::FindHandle search(FindFirstFileW((GetSpecialFolderPath(CSIDL_STARTUP) + L"\\*.lnk").c_str(), &entry));
+    const win::FindHandle search(
+        FindFirstFileW((win::GetSpecialFolderPath(CSIDL_STARTUP) + L"\\*.lnk").c_str(), &entry));
     int count = 0;
     for (BOOL more = search ? TRUE : FALSE; more; more = FindNextFileW(search.get(), &entry))
         ++count;

@@ -4,8 +4,8 @@
 #include "support/stand_in.h"
 #include "support/test_folder.h"
 #include "support/throw_away.h"
+#include "win/folders.h"
 #include "win/handle.h"
-#include "win/system_library.h"
 #include "win/text.h"
 
 #include <string>
@@ -52,7 +52,7 @@ public:
 
     // `program` is `name` in the folder that 64-bit Windows shows to the product as its system folder.
     static bool is_in_system(const std::wstring& program, const std::wstring& name) {
-        return win::EndsWith(program, L"\\syswow64\\" + name) || win::EndsWith(program, L"\\system32\\" + name);
+        return program.ends_with(L"\\syswow64\\" + name) || program.ends_with(L"\\system32\\" + name);
     }
 
     // The starts noted so far; waits until there are `expected` of them, 5 seconds at most.

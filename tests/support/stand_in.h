@@ -1,8 +1,8 @@
 // A file in the place of one of Windows' own in the system folder, until the end of the scope.
 #pragma once
 
+#include "win/folders.h"
 #include "win/handle.h"
-#include "win/system_library.h"
 #include "win/text.h"
 
 #include <string>
@@ -39,9 +39,7 @@ private:
     static constexpr const wchar_t* kOverrides = L"Software\\Wine\\DllOverrides";
 
     // Libraries are named there without their extension.
-    std::wstring override_name() const {
-        return win::EndsWith(name_, L".dll") ? name_.substr(0, name_.size() - 4) : name_;
-    }
+    std::wstring override_name() const { return name_.ends_with(L".dll") ? name_.substr(0, name_.size() - 4) : name_; }
 
     std::wstring name_;
     std::wstring path_ = win::SystemDirectory() + L"\\" + name_;

@@ -8,7 +8,7 @@
 #include "support/test_list.h"
 #include "support/throw_away.h"
 #include "win/com_ptr.h"
-#include "win/system_library.h"
+#include "win/folders.h"
 
 #include <doctest/doctest.h>
 
@@ -40,7 +40,7 @@ public:
     std::wstring expand(const std::wstring& text) const {
         for (const auto& [mark, folder] : {std::pair(L"SYS\\", &folders.system), std::pair(L"PF\\", &folders.programs),
                                            std::pair(L"WIN\\", &folders.windows)}) {
-            if (win::BeginsWith(text, mark)) return *folder + text.substr(std::wcslen(mark) - 1);
+            if (text.starts_with(mark)) return *folder + text.substr(std::wcslen(mark) - 1);
         }
         return text;
     }
@@ -86,7 +86,7 @@ public:
         return ImageColour(images, image);
     }
 
-    TestList shown{kControlPanelColumnTable};
+    TestList shown{kControlPanelColumns};
     HIMAGELIST images = ImageList_Create(16, 16, ILC_COLOR32 | ILC_MASK, 8, 8);
 };
 
@@ -184,8 +184,8 @@ TEST_CASE("The catalogue's rows, paths and icons for each version of Windows") {
         int index = 0;
         for (const Expected& row : kExpected) {
             if (os_number < row.from || os_number > row.to) continue;
-            CHECK(panel.shown.list.cell(index, kItemName) == row.name);
-            CHECK(panel.shown.list.cell(index, kItemPath) == machine.expand(row.path));
+            CHECK(panel.shown.list.cell(index, ControlPanelColumn::Name) == row.name);
+            CHECK(panel.shown.list.cell(index, ControlPanelColumn::Path) == machine.expand(row.path));
             CHECK(panel.colour(index) == machine.colour(IconFile(row), IconIndex(row)));
             ++index;
         }
@@ -194,7 +194,8 @@ TEST_CASE("The catalogue's rows, paths and icons for each version of Windows") {
     }
 
     const auto comment = [&](const wchar_t* name) {
-        return panel.shown.list.cell(panel.shown.list.find(kItemName, name), kItemComment);
+        return panel.shown.list.cell(panel.shown.list.find(ControlPanelColumn::Name, name),
+                                     ControlPanelColumn::Comment);
     };
     CHECK(comment(L"アクション センター") == L"最近のメッセージを確認し、コンピュータ上の問題を解決します。");
     CHECK(comment(L"レジストリエディタ") == L"システム レジストリの設定を表示および変更を行います。");
@@ -206,7 +207,7 @@ TEST_CASE("Files and icons that are missing take their rows or only their icons 
     Panel panel;
     using Names = std::vector<std::wstring>;
     panel.fill(machine, 61);
-    CHECK(panel.shown.column(kItemName) == Names{L"フォルダ オプション"});
+    CHECK(panel.shown.column(ControlPanelColumn::Name) == Names{L"フォルダ オプション"});
     CHECK_FALSE(panel.colour(0));
 
     machine.plant(L"SYS\\shell32.dll", 100);  // enough icons for 38 and 80, not for 110
@@ -214,7 +215,7 @@ TEST_CASE("Files and icons that are missing take their rows or only their icons 
     machine.plant(L"SYS\\Firewall.cpl");      // icon of another file from Windows 7 on
     machine.plant(L"SYS\\FirewallControlPanel.dll", 1);
     panel.fill(machine, 51);
-    CHECK(panel.shown.column(kItemName) ==
+    CHECK(panel.shown.column(ControlPanelColumn::Name) ==
           Names{L"フォルダ オプション", L"フォント", L"マウス", L"キーボード", L"Windows ファイアウォール"});
     CHECK(panel.colour(1) == machine.colour(L"SYS\\shell32.dll", 38));
     CHECK_FALSE(panel.colour(4));
@@ -256,8 +257,8 @@ TEST_CASE("Rows are opened themselves or through control.exe, with exact paramet
         OpenControlPanelRow(nullptr, path);
         const auto starts = recorder.starts(1);
         REQUIRE(starts.size() == 1);
-        CHECK(win::EndsWith(starts[0].program, win::LowerCase(machine.expand(opening.program))));
-        CHECK(win::EndsWith(starts[0].command_line, opening.parameters));
+        CHECK(starts[0].program.ends_with(win::LowerCase(machine.expand(opening.program))));
+        CHECK(starts[0].command_line.ends_with(opening.parameters));
         CHECK(starts[0].show == L"5");
     }
     const Recorder recorder;

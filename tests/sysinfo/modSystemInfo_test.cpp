@@ -7,8 +7,8 @@
 #include "support/stand_in.h"
 #include "support/test_key.h"
 #include "sysinfo/system_report.h"
+#include "win/folders.h"
 #include "win/process.h"
-#include "win/system_library.h"
 #include "win/text.h"
 
 #include <doctest/doctest.h>
@@ -117,8 +117,8 @@ TEST_CASE("The report under the versions of Windows, line by line") {
         CHECK(lines[12] == L"ファンクションキー数\t12");
         CHECK(lines[14] == L"ごみ箱\t\t" + GetRecycleBinSummary());
         CHECK(lines[16] == L"[バージョン情報]");
-        CHECK(win::BeginsWith(lines[17], L"Internet Explorer\t"));
-        CHECK(win::BeginsWith(lines[18], L"ComCtl32.dll\t5.8"));
+        CHECK(lines[17].starts_with(L"Internet Explorer\t"));
+        CHECK(lines[18].starts_with(L"ComCtl32.dll\t5.8"));
         for (const auto& line : {lines[17], lines[18]})
             CHECK(EndsWithFourNumbers(line));
         CHECK((GetIPAddress().empty() || EndsWithFourNumbers(lines[5])));
@@ -128,7 +128,7 @@ TEST_CASE("The report under the versions of Windows, line by line") {
     SetEnvironmentVariableW(L"XDG_DATA_HOME", L"/nonexistent");
     CHECK(Lines(versioned.report(L"")).at(14) == L"ごみ箱\t\t");
     SetEnvironmentVariableW(L"XDG_DATA_HOME", data.c_str());
-    CHECK(win::EndsWith(BuildSystemReport(L"C:\\missing"), L"\r\nComCtl32.dll\t"));
+    CHECK(BuildSystemReport(L"C:\\missing").ends_with(L"\r\nComCtl32.dll\t"));
 }
 
 TEST_CASE("In its box the report has margins, and its values one column") {

@@ -6,7 +6,7 @@
 #include "support/show.h"
 #include "support/test_host.h"
 #include "tools/modFile.h"
-#include "win/system_library.h"
+#include "win/folders.h"
 
 #include <string>
 #include <vector>

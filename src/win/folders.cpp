@@ -1,0 +1,64 @@
+#include "win/folders.h"
+
+#include "win/platform.h"
+
+namespace win {
+namespace {
+
+std::wstring FolderFrom(UINT(WINAPI* query)(LPWSTR, UINT)) {
+    std::wstring folder(MAX_PATH, L'\0');
+    UINT length = query(folder.data(), static_cast<UINT>(folder.size()));
+    if (length > folder.size()) {
+        folder.resize(length);
+        length = query(folder.data(), length);
+    }
+    folder.resize(length);
+    while (!folder.empty() && folder.back() == L'\\')
+        folder.pop_back();
+    return folder;
+}
+
+}  // namespace
+
+const std::wstring& SystemDirectory() {
+    static const std::wstring folder = FolderFrom(&GetSystemDirectoryW);
+    return folder;
+}
+
+const std::wstring& WindowsDirectory() {
+    static const std::wstring folder = FolderFrom(&GetSystemWindowsDirectoryW);
+    return folder;
+}
+
+std::wstring GetSpecialFolderPath(int csidl) {
+    wchar_t folder[MAX_PATH] = {};
+    return SHGetSpecialFolderPathW(nullptr, folder, csidl, FALSE) ? folder : std::wstring();
+}
+
+std::wstring ApplicationFolder() {
+    std::wstring path(MAX_PATH, L'\0');
+    for (;;) {
+        const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+        if (length < path.size()) {
+            path.resize(length);
+            return path.substr(0, path.rfind(L'\\'));
+        }
+        path.resize(path.size() * 2);
+    }
+}
+
+bool IsFile(const std::wstring& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+std::wstring FindSystemFile(std::wstring_view name) {
+    if (name.empty() || name.find_first_of(L"\\/:") != name.npos) return {};
+    for (const std::wstring* folder : {&SystemDirectory(), &WindowsDirectory()}) {
+        std::wstring path = *folder + L"\\" + std::wstring(name);
+        if (IsFile(path)) return path;
+    }
+    return {};
+}
+
+}  // namespace win

@@ -1,0 +1,30 @@
+// Windows' own folders and files, and the folder of this program.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace win {
+
+// "C:\Windows\system32", without a backslash at the end; GetSystemDirectoryW. For a 32-bit program on 64-bit
+// Windows the file system shows the 32-bit folder under this name.
+const std::wstring& SystemDirectory();
+
+// "C:\Windows", without a backslash at the end; GetSystemWindowsDirectoryW.
+const std::wstring& WindowsDirectory();
+
+// The path of a special folder (CSIDL_…, SHGetSpecialFolderPathW); empty when there is none.
+std::wstring GetSpecialFolderPath(int csidl);
+
+// The folder of the running executable, without a backslash at the end.
+std::wstring ApplicationFolder();
+
+// A file, not a folder, stands at `path`.
+bool IsFile(const std::wstring& path);
+
+// The full path of a file of Windows' own, given by its name alone ("regedit.exe"): in the system folder, then in the
+// Windows folder, the order in which Windows itself looks. Empty when neither has it, and for a name with a folder or
+// a drive in it. No other folder is searched, so that a file planted beside the program is never opened.
+std::wstring FindSystemFile(std::wstring_view name);
+
+}  // namespace win
