@@ -52,7 +52,7 @@ foreach(source IN LISTS sources)
   target_link_libraries(${name} PRIVATE test_flags)
 endforeach()
 
-# Installers of the two common kinds; the tests install what they bring and find it in the lists.
+# Installers of the two common kinds; tests/drive/programs.py installs what they bring and finds it in the list.
 find_program(MAKENSIS makensis REQUIRED NO_CMAKE_FIND_ROOT_PATH)
 find_program(WIXL wixl REQUIRED NO_CMAKE_FIND_ROOT_PATH)
 set(packages ${CMAKE_SOURCE_DIR}/tests/packages)
@@ -64,4 +64,3 @@ add_custom_command(OUTPUT ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/sample.msi
   DEPENDS ${packages}/sample.wxs WORKING_DIRECTORY ${packages} VERBATIM)
 add_custom_target(sample_packages ALL
   DEPENDS ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/sample_nsis.exe ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/sample.msi)
-add_dependencies(test_program_actions sample_packages)

@@ -2,6 +2,7 @@
 """Programs and start-up items by keyboard alone: real uninstallers run, are waited for and are gone from the list; the
 window meanwhile; forced uninstall; deletion of a start-up item."""
 import os
+import time
 
 from driver import Session, until
 
@@ -14,11 +15,10 @@ PROGRAMS, UPDATES, STARTUP = "ListView1_0", "ListView1_1", "lvStartUp"
 
 # Root, key and shown name of entries that bring nothing to uninstall.
 ENTRIES = [("HKLM", "Slow", "時間のかかる削除"), ("HKLM", "Machine", "全ユーザーの見本"),
-           ("HKLM", "Nested", "下にキーのある見本"), ("HKCU", "PerUser", "個別ユーザーの見本"),
+           ("HKCU", "PerUser", "個別ユーザーの見本"),
            ("HKLM", "KB123456", "見本の更新 (KB123456)")]
 FURTHER_VALUES = [  # key, value name, data
     (rf"HKLM\{UNINSTALL}\Slow", "UninstallString", WAITING),
-    (rf"HKLM\{UNINSTALL}\Nested\Below", "Value", ""),
     (rf"HKLM\{UNINSTALL}\KB123456", "Publisher", "Microsoft Corporation"),
     (rf"HKLM\{UNINSTALL}\KB123456", "HelpLink", "http://support.example.jp"),
     (rf"HKCU\{RUN}", "起動時の見本", r"C:\windows\notepad.exe"),
@@ -39,6 +39,17 @@ def question(session, text, key):
 
 def names(window, name=PROGRAMS):
     return [row[0] for row in window.list(name).rows]
+
+
+def installed_rows(window):
+    """What the two sample installers have registered, as the list tells it."""
+    rows = {row[6]: row for row in window.list(PROGRAMS).rows}
+    folder = rows["SampleNotes"][4]
+    assert rows["SampleNotes"] == ["小さなメモ帳", "見本工房", "1.50MB", "20100401", folder,
+                                   rf'"{folder}\uninstall.exe" /S _?={folder}', "SampleNotes", "00001.50"]
+    name, publisher, _, date, folder, *_ = rows[MSI]  # Wine and Windows differ in the size
+    assert (name, publisher, date, folder) == ("Sample Dictionary", "Sample Works", time.strftime("%Y%m%d"),
+                                               "C:\\Program Files\\SampleDictionary\\"), rows[MSI]
 
 
 def uninstall(window, row, act):
@@ -148,6 +159,7 @@ with Session() as session:
     with session.start() as window:
         pictures(window)
         window.keys(*["ctrl+Tab"] * 4)
+        installed_rows(window)
         uninstall(window, "小さなメモ帳", lambda: window.choose("d"))
         uninstall(window, "Sample Dictionary", lambda: window.keys("Delete"))
         print("uninstalled programs are gone from the list")
@@ -156,7 +168,6 @@ with Session() as session:
         forced(window, "全ユーザーの見本", rf"HKLM\{UNINSTALL}\Machine", "Escape", stays=True)
         forced(window, "全ユーザーの見本", rf"HKLM\{UNINSTALL}\Machine", "Return", stays=False)
         forced(window, "個別ユーザーの見本", rf"HKCU\{UNINSTALL}\PerUser", "Return", stays=True)
-        forced(window, "下にキーのある見本", rf"HKLM\{UNINSTALL}\Nested", "Return", stays=True)
-        print("forced uninstall removes machine-wide entries without keys below them, after its question")
+        print("forced uninstall removes machine-wide entries, after its question")
         delete_startup_item(window)
         print("the Delete key deletes a start-up item, after its question")

@@ -426,21 +426,6 @@ TEST_CASE(
     CHECK(list.selected() == -1);
 }
 
-TEST_CASE("a press on empty space of the services empties comment and status, a row shows both") {
-    const SettingsFile settings;
-    const Driven window(L"4");
-    const ui::ListView list = window.list(Control::lvService);
-    list.select(0);
-    CHECK(window.status().starts_with(L"判断基準："));
-    NMITEMACTIVATE click = {};
-    click.hdr = {list.window(), static_cast<UINT_PTR>(IdOf(Control::lvService)), static_cast<UINT>(NM_CLICK)};
-    click.iItem = -1;
-    click.ptAction = {5, 4000};
-    SendMessageW(window.form->window(), WM_NOTIFY, click.hdr.idFrom, reinterpret_cast<LPARAM>(&click));
-    CHECK(window.status().empty());
-    CHECK(window.text(Control::txtComment).empty());
-}
-
 TEST_CASE("two hundred visits and refreshes of the tabs leave nothing behind") {
     const SettingsFile settings("Icon=1\r\n");
     const Program program(L"QvxIcon", L"アイコン", L"C:\\windows\\regedit.exe");
