@@ -14,16 +14,8 @@ namespace {
 
 constexpr std::wstring_view kOpenedSchemes[] = {L"http:", L"https:", L"ftp:", L"mailto:"};
 
-constexpr struct {
-    std::wstring_view tag;
-    std::wstring_view root;
-} kScopes[] = {{kAllUsersTag, kLocalMachineRoot}, {kOneUserTag, kCurrentUserRoot}};
-
 constexpr wchar_t kOpeningUrl[] = L"指定URLを開きます...";
 constexpr wchar_t kShowingFile[] = L"ファイル位置をエクスプローラで開きます...";
-
-// The labels have always passed one NUL instead of no parameters.
-constexpr std::wstring_view kNoParameters(L"\0", 1);
 
 bool IsOpenedScheme(std::wstring_view url) {
     const std::wstring lower = win::LowerCase(url);
@@ -43,8 +35,9 @@ DetailLink FindDetailLink(std::wstring_view caption) {
     startup::FileProbe probe;
     std::wstring path = startup::ResolveCommandPath(text, probe);
     if (probe.exists(path)) return {LinkKind::File, std::move(path)};
-    for (const auto& [tag, root] : kScopes) {
-        if (text.starts_with(tag)) return {LinkKind::RegistryKey, std::wstring(root) + text.substr(tag.size())};
+    for (const Scope& scope : Scopes()) {
+        if (!text.starts_with(scope.tag)) continue;
+        return {LinkKind::RegistryKey, std::wstring(scope.root_name) + text.substr(scope.tag.size())};
     }
     return {};
 }
@@ -62,7 +55,7 @@ void OpenDetailLink(std::wstring_view caption, ui::Host& host) {
             break;
         case LinkKind::Url:
             host.status(kOpeningUrl);
-            OpenWithShell(host.window(), link.target, kNoParameters, {});
+            OpenWithShell(host.window(), link.target, {}, {});
             break;
         case LinkKind::File:
             host.status(kShowingFile);

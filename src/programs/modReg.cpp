@@ -15,6 +15,14 @@ constexpr DWORD kSubkeyNameLength = 512;
 
 }  // namespace
 
+std::span<const Scope> Scopes() {
+    static const Scope scopes[] = {
+        {HKEY_LOCAL_MACHINE, L"HKEY_LOCAL_MACHINE\\", L"(全ユーザー)"},
+        {HKEY_CURRENT_USER, L"HKEY_CURRENT_USER\\", L"(個別ユーザー)"},
+    };
+    return scopes;
+}
+
 std::wstring_view RegistryText(const wchar_t* buffer, DWORD bytes) {
     return win::CutAtNul({buffer, bytes / sizeof(wchar_t)});
 }

@@ -4,6 +4,7 @@
 #include "win/platform.h"
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -11,10 +12,17 @@
 
 namespace programs {
 
-// Written in front of a registry key's path, without a separator, and read back by position: the only link between a
-// shown entry and its hive.
-inline constexpr std::wstring_view kAllUsersTag = L"(全ユーザー)";   // HKEY_LOCAL_MACHINE
-inline constexpr std::wstring_view kOneUserTag = L"(個別ユーザー)";  // HKEY_CURRENT_USER
+// A hive that the lists show entries of.
+struct Scope {
+    HKEY root;
+    std::wstring_view root_name;  // with the backslash behind it, as the registry editor begins a path
+    // Written in front of a registry key's path, without a separator, and read back by position: the only link between
+    // a shown entry and its hive.
+    std::wstring_view tag;
+};
+
+// HKEY_LOCAL_MACHINE and HKEY_CURRENT_USER, in this order.
+std::span<const Scope> Scopes();
 
 inline constexpr std::wstring_view kKeyOpenError = L"キーオープンエラー";
 inline constexpr std::wstring_view kUndefinedDataType = L"未定義データタイプ";

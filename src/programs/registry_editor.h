@@ -9,10 +9,6 @@
 
 namespace programs {
 
-// What stands before a path of HKEY_LOCAL_MACHINE or HKEY_CURRENT_USER in the editor.
-inline constexpr std::wstring_view kLocalMachineRoot = L"HKEY_LOCAL_MACHINE\\";
-inline constexpr std::wstring_view kCurrentUserRoot = L"HKEY_CURRENT_USER\\";
-
 // Stores a path that begins with a root's name as the key at which the editor opens next, in the system's code page
 // (RegSetValueExA). The editor's label of the tree's top is put in front of a path that does not begin with it.
 // Nothing is stored when the editor's setting key does not exist.

@@ -3,11 +3,6 @@
 #include <string>
 
 namespace programs {
-namespace {
-
-constexpr wchar_t kUninstallKey[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
-
-}  // namespace
 
 win::RegKey OpenUninstallKey(std::wstring_view key_name, std::wstring_view user_sid) {
     std::wstring path = kUninstallKey;

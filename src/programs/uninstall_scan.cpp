@@ -2,12 +2,10 @@
 
 #include "programs/file_icon.h"
 #include "programs/modReg.h"
+#include "programs/uninstall_key.h"
 
 namespace programs {
 namespace {
-
-constexpr wchar_t kMachineKey[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
-constexpr wchar_t kUserKey[] = L"\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
 
 // The image index for a row; the lists get the image list with the first icon of a scan.
 int AddIcon(const ProgramLists& lists, const UninstallEntry& entry, startup::FileProbe& probe) {
@@ -62,8 +60,9 @@ void ScanUninstallKeys(const ProgramLists& lists, const ScanOptions& options, st
             AddRow(lists, *entry, options.show_icons ? AddIcon(lists, *entry, probe) : ui::ListView::kNoImage);
         }
     };
-    scan(HKEY_LOCAL_MACHINE, kMachineKey);
-    scan(HKEY_USERS, std::wstring(user_sid) + kUserKey);
+    const std::wstring path = std::wstring(kUninstallKey) + L"\\";
+    scan(HKEY_LOCAL_MACHINE, path);
+    scan(HKEY_USERS, std::wstring(user_sid) + L"\\" + path);
 }
 
 }  // namespace programs

@@ -15,10 +15,6 @@ namespace {
 
 constexpr wchar_t kSettingsFile[] = L"\\setting.ini";
 
-// Where the window stands before the settings are read.
-constexpr int kDesignedWidth = 12000;  // twips
-constexpr int kDesignedHeight = 8000;
-
 }  // namespace
 
 frmMain::frmMain(HINSTANCE instance)
@@ -104,6 +100,31 @@ void frmMain::Form_Unload() {
     restore_window_procedure();
     stop_monitor();
     save_everything();
+}
+
+std::optional<LRESULT> frmMain::end_message(UINT message, WPARAM wide) {
+    switch (message) {
+        case WM_CLOSE:
+            Form_QueryUnload();
+            return 0;
+        case WM_QUERYENDSESSION:
+            return !activity_.busy();
+        case WM_ENDSESSION:
+            if (wide) save_everything();
+            return 0;
+        case WM_DESTROY:
+            closed_ = true;
+            PostQuitMessage(0);
+            return 0;
+        case WM_NCDESTROY:
+            window_ = nullptr;
+            return 0;
+        case kCloseMessage:
+            close_now();
+            return 0;
+        default:
+            return {};
+    }
 }
 
 void frmMain::replace_window_procedure() {

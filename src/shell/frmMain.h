@@ -36,11 +36,9 @@ inline constexpr UINT_PTR kMonitorTimer = 1;
 inline constexpr UINT_PTR kActivateTimer = 2;
 inline constexpr UINT kActivateDelay = 20;  // milliseconds
 
-// The index of "情報の更新(&U)" in the File menu.
-inline constexpr int kRefreshIndex = 5;
-
-// The index of "削除(&D)..." in mnuStart; the button "削除(&D)" does the same on the startup tab.
-inline constexpr int kDeleteStartupIndex = 3;
+// The window's size before one is stored, in twips.
+inline constexpr int kDesignedWidth = 12000;
+inline constexpr int kDesignedHeight = 8000;
 
 // The value labels of the detail area, in their order.
 inline constexpr Control kDetailValues[] = {Control::Label1_2, Control::Label1_3, Control::Label1_11};
@@ -76,6 +74,7 @@ private:
     void Form_Unload();
     void close() override;
     void close_now();
+    std::optional<LRESULT> end_message(UINT message, WPARAM wide);  // nothing for a message that ends nothing
     void replace_window_procedure();
     void restore_window_procedure();
     void show_status();
@@ -123,24 +122,14 @@ private:
     void fill(Tab tab);
     void refresh_shown();
     void list_filled(Control which);
-    void focus_view();
-    void give_focus_on();
     int tab_at(POINT client) const;
     void tb_MouseMove(POINT client);
     void tb_MouseLeave();
     DetailKind detail_kind() const;
     void run(Activity::Request request) override;
 
-    // ---- sorting: frmMain_tabs.cpp
-    struct SortState {
-        int key = -1;     // the column whose text is compared; -1: not sorted
-        int column = -1;  // the column that was clicked
-        ui::SortOrder order = ui::SortOrder::Ascending;
-    };
-    void list_ColumnClick(Control which, int column);
-    void sort_again(Control which);
-
     // ---- messages: frmMain_messages.cpp
+    static frmMain* form_of(HWND window);  // what stands in the window's user data
     static LRESULT CALLBACK DesignedProcedure(HWND window, UINT message, WPARAM wide, LPARAM parameter);
     static LRESULT CALLBACK WindowProcedure(HWND window, UINT message, WPARAM wide, LPARAM parameter);
     static LRESULT CALLBACK StripProcedure(HWND strip, UINT message, WPARAM wide, LPARAM parameter);
@@ -150,17 +139,21 @@ private:
     LRESULT list_notify(Control which, NMHDR& header);
     bool stripe(NMHDR& header, LRESULT& answer);
     void mouse_wheel(int delta);
-    void menu_select(WPARAM wide, LPARAM parameter);
+    void menu_select(WPARAM wide);
     void command(int id, int code);
-    bool translate(const MSG& message);
-    bool translate_key(const MSG& message);
-    void walk_focus(bool back);
-    bool translate_mnemonic(const MSG& message);
     void dispatch(const MSG& message);
     void dispatch_pending();
     const ControlRow* row_of(HWND which) const;  // null for a window that is no control of the table
-    void keep_focus();
     HBRUSH static_colours(HDC dc, HWND which) const;
+
+    // ---- keys and focus: frmMain_keys.cpp
+    bool translate(const MSG& message);  // true for a message that is thereby done
+    bool translate_key(const MSG& message);
+    bool translate_mnemonic(const MSG& message);
+    void walk_focus(bool back);
+    void focus_view();
+    void give_focus_on();
+    void keep_focus();
 
     // ---- menus: frmMain_menus.cpp
     void create_menus();
@@ -174,7 +167,14 @@ private:
     void show_version();
     void check_view_items();
 
-    // ---- what lists, labels and buttons report: frmMain_lists.cpp
+    // ---- what lists, labels and buttons report, and sorting: frmMain_lists.cpp
+    struct SortState {
+        int key = -1;     // the column whose text is compared; -1: not sorted
+        int column = -1;  // the column that was clicked
+        ui::SortOrder order = ui::SortOrder::Ascending;
+    };
+    void list_ColumnClick(Control which, int column);
+    void sort_again(Control which);
     static bool is_program_list(Control which);
     void watch_list(Control which);
     static bool blocks_column(const NMHEADERW& change);
@@ -193,7 +193,7 @@ private:
     void cmdMenu_Click(int index);
     void enable_buttons();
 
-    // ---- programs and updates: frmMain_programs.cpp
+    // ---- programs, updates, restore points, registry path: frmMain_programs.cpp
     void fill_programs();
     ui::ListView program_list() const;
     void show_program(Control which);
@@ -202,6 +202,10 @@ private:
     void mnuPopItem_Click(int index);
     void uninstall();
     void forced_uninstall();
+    void fill_restore_points();
+    void create_restore_point();
+    void delete_restore_point();
+    void cb_Enter();
 
     // ---- startup items: frmMain_startup.cpp
     void fill_startup();
@@ -218,23 +222,19 @@ private:
     void press_service(int row);
     void mnuServiceItem_Click(int index);
 
-    // ---- Control Panel, report, memory, registry path: frmMain_information.cpp
+    // ---- Control Panel and system report: frmMain_sysinfo.cpp
     void fill_control_panel();
     void fill_report();
-    void start_monitor();
-    void stop_monitor();
-    void tmrMem_Timer();
-    void cmdSys_Click(int index);
-    void cb_Enter();
 
-    // ---- restore points, clean-up, repairs: frmMain_tools.cpp
-    void fill_restore_points();
-    void create_restore_point();
-    void delete_restore_point();
+    // ---- clean-up, repairs, memory: frmMain_tools.cpp
     void mnuDelete_Click();
     void mnuDeleteItem_Click(int index);
     void mnuSet_Click();
     void mnuSetItem_Click(int index);
+    void start_monitor();
+    void stop_monitor();
+    void tmrMem_Timer();
+    void cmdSys_Click(int index);
 
     HINSTANCE instance_;
     std::optional<win::ComApartment> apartment_;

@@ -73,7 +73,7 @@ void frmMain::create_later_controls() {
     attach_system_images();
     set_list_styles();
     restore_column_widths(Moment::Later);
-    ui::SetText(control(Control::txtMemPath), settings_.text("Mem"));
+    ui::SetText(control(Control::txtMemPath), settings_.text(kMemoryReleaseKey));
     watch_list(Control::lvStartUp);
     watch_list(Control::lvService);
     ui::AllowDrops(control(Control::lvStartUp));

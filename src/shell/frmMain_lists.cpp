@@ -10,9 +10,9 @@
 namespace shell {
 namespace {
 
-frmMain* FormOf(HWND window) {
-    return reinterpret_cast<frmMain*>(static_cast<LONG_PTR>(GetWindowLongW(window, GWL_USERDATA)));
-}
+// "サイズ" sorts by the hidden column, whose zero-padded text is in numeric order.
+constexpr int kSizeColumn = programs::ProgramColumn::Size;
+constexpr int kSizeKeyColumn = programs::ProgramColumn::SizeKey;
 
 }  // namespace
 
@@ -27,7 +27,7 @@ void frmMain::watch_list(Control which) {
 }
 
 LRESULT CALLBACK frmMain::ListProcedure(HWND window, UINT message, WPARAM wide, LPARAM parameter) {
-    frmMain* form = FormOf(window);
+    frmMain* form = form_of(window);
     const Control which = form->row_of(window)->control;
     switch (message) {
         case WM_MOUSEMOVE:
@@ -56,11 +56,11 @@ bool frmMain::blocks_column(const NMHEADERW& change) {
         case static_cast<UINT>(HDN_BEGINTRACKW):
         case static_cast<UINT>(HDN_DIVIDERDBLCLICKA):
         case static_cast<UINT>(HDN_DIVIDERDBLCLICKW):
-            return change.iItem == programs::ProgramColumn::SizeKey;
+            return change.iItem == kSizeKeyColumn;
         case static_cast<UINT>(HDN_ITEMCHANGINGA):
         case static_cast<UINT>(HDN_ITEMCHANGINGW):
-            return change.iItem == programs::ProgramColumn::SizeKey && change.pitem &&
-                   (change.pitem->mask & HDI_WIDTH) != 0 && change.pitem->cxy > 0;
+            return change.iItem == kSizeKeyColumn && change.pitem && (change.pitem->mask & HDI_WIDTH) != 0 &&
+                   change.pitem->cxy > 0;
         default:
             return false;
     }
@@ -128,7 +128,7 @@ void frmMain::list_pressed(Control which, POINT client) {
 void frmMain::list_KeyDown(Control which, WORD key) {
     if (which != RowOf(shown_tab_).view) return;
     if (is_program_list(which)) program_KeyDown(key);
-    if (which == Control::lvStartUp && key == VK_DELETE) mnuStartItem_Click(kDeleteStartupIndex);
+    if (which == Control::lvStartUp && key == VK_DELETE) mnuStartItem_Click(startup::StartItem::Delete);
 }
 
 // Double click or Enter on a row.
@@ -224,7 +224,7 @@ void frmMain::cmdMenu_Click(int index) {
             index == 0 ? uninstall() : forced_uninstall();
             break;
         case Tab::Startup:
-            if (index == 0) mnuStartItem_Click(kDeleteStartupIndex);
+            if (index == 0) mnuStartItem_Click(startup::StartItem::Delete);
             break;
         case Tab::Restore:
             index == 0 ? delete_restore_point() : create_restore_point();
@@ -237,9 +237,26 @@ void frmMain::cmdMenu_Click(int index) {
 
 // While an uninstaller runs no second one can start; on the other tabs the buttons stay usable.
 void frmMain::enable_buttons() {
-    const bool blocked = activity_.busy() && (shown_tab_ == Tab::Programs || shown_tab_ == Tab::Updates);
+    const bool blocked = activity_.busy() && is_program_list(RowOf(shown_tab_).view);
     EnableWindow(control(Control::cmdMenu_0), !blocked);
     EnableWindow(control(Control::cmdMenu_1), !blocked);
+}
+
+// ---- sorting ----------------------------------------------------------------------------------------------------
+
+void frmMain::list_ColumnClick(Control which, int column) {
+    const int key = is_program_list(which) && column == kSizeColumn ? kSizeKeyColumn : column;
+    SortState& sort = sort_[IndexOf(which)];
+    const bool flips = sort.key == key && sort.order == ui::SortOrder::Ascending;
+    sort = {key, column, flips ? ui::SortOrder::Descending : ui::SortOrder::Ascending};
+    sort_again(which);
+}
+
+void frmMain::sort_again(Control which) {
+    const SortState& sort = sort_[IndexOf(which)];
+    if (sort.key < 0) return;
+    list(which).sort(sort.key, sort.order);
+    list(which).show_sort_arrow(sort.column, sort.order);
 }
 
 }  // namespace shell

@@ -9,27 +9,12 @@
 namespace shell {
 namespace {
 
-constexpr int kSaveIndex = 3;
-constexpr int kExitIndex = 99;
-
-constexpr int kReadMeIndex = 0;
-constexpr int kHomePageIndex = 1;
-constexpr int kVersionIndex = 2;
-constexpr int kUpdateIndex = 99;
-
 constexpr wchar_t kReadMeFile[] = L"\\ReadMe.txt";
 constexpr wchar_t kUpdateFile[] = L"\\Update.exe";
-
-// An open with no folder of its own.
-constexpr std::wstring_view kNoFolder(L"\0", 1);
 
 constexpr wchar_t kSaveTitle[] = L"名前を付けて保存";
 constexpr ui::FileFilter kCsvFilter = {L"CSV ファイル(*.csv)", L"*.csv"};
 constexpr wchar_t kSaved[] = L"保存が完了しました";
-
-constexpr int kIconsIndex = 1;
-constexpr int kStripesIndex = 2;
-constexpr int kSystemComponentsIndex = 6;
 
 }  // namespace
 
@@ -65,13 +50,13 @@ void frmMain::menu_Click(int id) {
 
 void frmMain::mnuFileItem_Click(int index) {
     switch (index) {
-        case kSaveIndex:
+        case FileItem::Save:
             save_shown_list();
             break;
-        case kRefreshIndex:
+        case FileItem::Refresh:
             activity_.request(Activity::Request::Refresh);
             break;
-        case kExitIndex:
+        case FileItem::Exit:
             Form_QueryUnload();
             break;
         default:
@@ -85,7 +70,7 @@ void frmMain::menu_opens(HMENU menu) {
     if (menu == SubMenuOf(menu_bar_, MenuArray::mnuDeleteItem)) mnuDelete_Click();
     if (menu == SubMenuOf(menu_bar_, MenuArray::mnuSetItem)) mnuSet_Click();
     if (menu == SubMenuOf(menu_bar_, MenuArray::mnuFileItem)) {
-        EnableItem(menu, MenuArray::mnuFileItem, kSaveIndex, shown_list_can_be_saved());
+        EnableItem(menu, MenuArray::mnuFileItem, FileItem::Save, shown_list_can_be_saved());
     }
 }
 
@@ -106,16 +91,16 @@ void frmMain::mnuHelpItem_Click(int index) {
         if (PathFileExistsW(file.c_str())) programs::OpenWithShell(window_, file, L"", L"");
     };
     switch (index) {
-        case kReadMeIndex:
+        case HelpItem::ReadMe:
             open_if_there(application_folder_ + kReadMeFile);
             break;
-        case kHomePageIndex:
-            programs::OpenWithShell(window_, kHomePage, L"", kNoFolder);
+        case HelpItem::HomePage:
+            programs::OpenWithShell(window_, kHomePage, L"", programs::kNoFolder);
             break;
-        case kVersionIndex:
+        case HelpItem::Version:
             show_version();
             break;
-        case kUpdateIndex:
+        case HelpItem::Update:
             open_if_there(application_folder_ + kUpdateFile);
             break;
         default:
@@ -131,27 +116,27 @@ void frmMain::show_version() {
 }
 
 void frmMain::check_view_items() {
-    CheckItem(menu_bar_, MenuArray::mnuViewItem, kIconsIndex, scan_options_.show_icons);
-    CheckItem(menu_bar_, MenuArray::mnuViewItem, kStripesIndex, stripes_);
-    CheckItem(menu_bar_, MenuArray::mnuViewItem, kSystemComponentsIndex, scan_options_.show_system_components);
+    CheckItem(menu_bar_, MenuArray::mnuViewItem, ViewItem::Icons, scan_options_.show_icons);
+    CheckItem(menu_bar_, MenuArray::mnuViewItem, ViewItem::Stripes, stripes_);
+    CheckItem(menu_bar_, MenuArray::mnuViewItem, ViewItem::SystemComponents, scan_options_.show_system_components);
 }
 
 void frmMain::mnuViewItem_Click(int index) {
     switch (index) {
-        case kIconsIndex:
+        case ViewItem::Icons:
             scan_options_.show_icons = !scan_options_.show_icons;
             break;
-        case kStripesIndex:
+        case ViewItem::Stripes:
             stripes_ = !stripes_;
             break;
-        case kSystemComponentsIndex:
+        case ViewItem::SystemComponents:
             scan_options_.show_system_components = !scan_options_.show_system_components;
             break;
         default:
             return;
     }
     check_view_items();
-    if (index == kStripesIndex) {
+    if (index == ViewItem::Stripes) {
         activity_.request(Activity::Request::Refresh);
         InvalidateRect(control(RowOf(shown_tab_).view), nullptr, TRUE);
     } else {

@@ -16,18 +16,13 @@ constexpr COLORREF kOddRow = RGB(240, 240, 255);
 constexpr int kLeastWidth = 480;
 constexpr int kLeastHeight = 320;
 
-// Alt with these opens a menu of the bar, whatever letter a button has.
-constexpr std::wstring_view kMenuLetters = L"fvdrh";
-
-frmMain* FormOf(HWND window) {
-    return reinterpret_cast<frmMain*>(static_cast<LONG_PTR>(GetWindowLongW(window, GWL_USERDATA)));
-}
-
-bool IsKeyDown(int key) { return GetKeyState(key) < 0; }
-
 }  // namespace
 
 // ---- procedures -------------------------------------------------------------------------------------------------
+
+frmMain* frmMain::form_of(HWND window) {
+    return reinterpret_cast<frmMain*>(static_cast<LONG_PTR>(GetWindowLongW(window, GWL_USERDATA)));
+}
 
 LRESULT CALLBACK frmMain::DesignedProcedure(HWND window, UINT message, WPARAM wide, LPARAM parameter) {
     if (message == WM_NCCREATE) {
@@ -35,13 +30,13 @@ LRESULT CALLBACK frmMain::DesignedProcedure(HWND window, UINT message, WPARAM wi
         form->window_ = window;
         SetWindowLongW(window, GWL_USERDATA, static_cast<LONG>(reinterpret_cast<LONG_PTR>(form)));
     }
-    frmMain* form = FormOf(window);
+    frmMain* form = form_of(window);
     return form ? form->message(message, wide, parameter) : DefWindowProcW(window, message, wide, parameter);
 }
 
 // In front of the designed procedure from Form_Load to Form_Unload; what it does not consume goes on to that one.
 LRESULT CALLBACK frmMain::WindowProcedure(HWND window, UINT message, WPARAM wide, LPARAM parameter) {
-    frmMain* form = FormOf(window);
+    frmMain* form = form_of(window);
     LRESULT answer = 0;
     switch (message) {
         case WM_NOTIFY:
@@ -51,7 +46,7 @@ LRESULT CALLBACK frmMain::WindowProcedure(HWND window, UINT message, WPARAM wide
             form->mouse_wheel(GET_WHEEL_DELTA_WPARAM(wide));
             return 0;
         case WM_MENUSELECT:
-            form->menu_select(wide, parameter);
+            form->menu_select(wide);
             break;
         default:
             break;
@@ -61,7 +56,7 @@ LRESULT CALLBACK frmMain::WindowProcedure(HWND window, UINT message, WPARAM wide
 
 // The tab strip tells its window nothing of the pointer, and a click on a tab shall lead into the list.
 LRESULT CALLBACK frmMain::StripProcedure(HWND strip, UINT message, WPARAM wide, LPARAM parameter) {
-    frmMain* form = FormOf(strip);
+    frmMain* form = form_of(strip);
     switch (message) {
         case WM_MOUSEMOVE: {
             TRACKMOUSEEVENT leave = {sizeof leave, TME_LEAVE, strip, 0};
@@ -91,6 +86,7 @@ LRESULT CALLBACK frmMain::StripProcedure(HWND strip, UINT message, WPARAM wide, 
 }
 
 LRESULT frmMain::message(UINT message, WPARAM wide, LPARAM parameter) {
+    if (const auto answer = end_message(message, wide)) return *answer;
     switch (message) {
         case WM_SIZE:
             if (loaded_) arrange();
@@ -135,24 +131,6 @@ LRESULT frmMain::message(UINT message, WPARAM wide, LPARAM parameter) {
                 SendMessageW(each, message, wide, parameter);
             window_brush_.reset(CreateSolidBrush(GetSysColor(COLOR_WINDOW)));
             break;
-        case WM_CLOSE:
-            Form_QueryUnload();
-            return 0;
-        case WM_QUERYENDSESSION:
-            return !activity_.busy();
-        case WM_ENDSESSION:
-            if (wide) save_everything();
-            return 0;
-        case WM_DESTROY:
-            closed_ = true;
-            PostQuitMessage(0);
-            return 0;
-        case WM_NCDESTROY:
-            window_ = nullptr;
-            return 0;
-        case kCloseMessage:
-            close_now();
-            return 0;
         default:
             break;
     }
@@ -187,7 +165,7 @@ void frmMain::mouse_wheel(int delta) {
 }
 
 // Only the menu bar has hints; a pop-up menu leaves the advice or the count readable.
-void frmMain::menu_select(WPARAM wide, LPARAM) {
+void frmMain::menu_select(WPARAM wide) {
     const UINT flags = HIWORD(wide);
     const bool on_item = flags != 0xFFFF && (flags & (MF_POPUP | MF_SEPARATOR | MF_SYSMENU)) == 0;
     status_.menu(on_item ? HintOf(LOWORD(wide)) : std::wstring_view());
@@ -284,87 +262,6 @@ void frmMain::dispatch(const MSG& message) {
     if (translate(message)) return;
     TranslateMessage(&message);
     DispatchMessageW(&message);
-}
-
-bool frmMain::translate(const MSG& message) {
-    if (message.hwnd != window_ && !IsChild(window_, message.hwnd)) return false;
-    switch (message.message) {
-        case WM_MOUSEWHEEL:
-            // Wherever the pointer or the focus is; only the open history scrolls by itself.
-            if (SendMessageW(control(Control::cb), CB_GETDROPPEDSTATE, 0, 0)) return false;
-            SendMessageW(window_, message.message, message.wParam, message.lParam);
-            return true;
-        case WM_KEYDOWN:
-            return translate_key(message);
-        case WM_SYSCHAR:
-            return translate_mnemonic(message);
-        default:
-            return false;
-    }
-}
-
-// No dialog handling: it would take Enter away from the lists, leave the Tab key to the report, and let a plain letter
-// press "削除(&D)".
-bool frmMain::translate_key(const MSG& message) {
-    const bool control_key = IsKeyDown(VK_CONTROL);
-    const HWND focus = GetFocus();
-    switch (message.wParam) {
-        case VK_TAB: {
-            const bool back = IsKeyDown(VK_SHIFT);
-            if (control_key) {
-                focus_view_wanted_ = true;
-                step_tab(back ? -1 : +1, true);
-            } else {
-                walk_focus(back);
-            }
-            return true;
-        }
-        case VK_F5:
-            mnuFileItem_Click(kRefreshIndex);
-            return true;
-        case VK_RETURN: {
-            const ControlRow* row = row_of(focus);
-            if (row && row->kind == Kind::CommandButton) {
-                SendMessageW(focus, BM_CLICK, 0, 0);
-                return true;
-            }
-            if (GetParent(focus) != control(Control::cb)) return false;
-            if (SendMessageW(control(Control::cb), CB_GETDROPPEDSTATE, 0, 0)) return false;
-            cb_Enter();
-            return true;
-        }
-        default:
-            return false;
-    }
-}
-
-void frmMain::walk_focus(bool back) {
-    HWND present = GetFocus();
-    while (present && GetParent(present) != window_)
-        present = GetParent(present);  // out of the box in cb
-    const HWND next = GetNextDlgTabItem(window_, present, back);
-    if (!next) return;
-    SendMessageW(window_, WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEFOCUS), 0);
-    SetFocus(next);
-    if (next == control(Control::txtMemPath)) SendMessageW(next, EM_SETSEL, 0, -1);
-}
-
-// Alt with a button's letter, as far as the menu bar does not use it.
-bool frmMain::translate_mnemonic(const MSG& message) {
-    const wchar_t letter =
-        static_cast<wchar_t>(reinterpret_cast<LONG_PTR>(CharLowerW(reinterpret_cast<LPWSTR>(message.wParam & 0xFFFF))));
-    if (kMenuLetters.find(letter) != kMenuLetters.npos) return false;
-    for (const Control which : {Control::cmdMenu_0, Control::cmdMenu_1}) {
-        const std::wstring caption = ui::TextOf(control(which));
-        const std::size_t mark = caption.find(L'&');
-        if (mark == caption.npos || !IsWindowVisible(control(which)) || !IsWindowEnabled(control(which))) continue;
-        const std::wstring own = caption.substr(mark + 1, 1);
-        if (CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, own.c_str(), 1, &letter, 1) != CSTR_EQUAL) continue;
-        SetFocus(control(which));
-        SendMessageW(control(which), BM_CLICK, 0, 0);
-        return true;
-    }
-    return false;
 }
 
 }  // namespace shell

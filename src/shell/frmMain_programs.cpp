@@ -1,10 +1,12 @@
-// The tabs of installed programs and updates.
+// The tabs of installed programs and updates and of restore points, and the box for registry paths.
 #include "shell/frmMain.h"
 
 #include "programs/detail_link.h"
 #include "programs/program_actions.h"
 #include "programs/program_details.h"
 #include "programs/program_menu.h"
+#include "programs/registry_editor.h"
+#include "programs/restore_points.h"
 #include "ui/clipboard.h"
 #include "ui/control.h"
 
@@ -13,8 +15,7 @@ namespace shell {
 using programs::ProgramItem;
 
 void frmMain::fill_programs() {
-    const bool shown = shown_tab_ == Tab::Programs || shown_tab_ == Tab::Updates;
-    if (shown) clear_detail_values();
+    if (is_program_list(RowOf(shown_tab_).view)) clear_detail_values();
     if (scan_options_.show_icons) begin_com();
     const programs::ProgramLists lists = {list(Control::ListView1_0), list(Control::ListView1_1),
                                           program_images_.get()};
@@ -96,6 +97,41 @@ void frmMain::forced_uninstall() {
         tried = programs::ForcedUninstall(*row, strSID_, *this);
     }
     if (tried) activity_.request(Activity::Request::Rescan);
+}
+
+// ---- restore points ---------------------------------------------------------------------------------------------
+
+void frmMain::fill_restore_points() {
+    const ui::ListView points = list(Control::lvRestore);
+    if (!programs::ListRestorePoints(points)) points.clear();
+    list_filled(Control::lvRestore);
+}
+
+void frmMain::create_restore_point() {
+    const Activity::Command command(activity_);
+    if (command) programs::CreateRestorePoint(list(Control::lvRestore), *this);
+}
+
+void frmMain::delete_restore_point() {
+    bool agreed = false;
+    {
+        const Activity::Command command(activity_);
+        agreed = command && programs::DeleteRestorePoint(list(Control::lvRestore), *this);
+    }
+    if (agreed) activity_.request(Activity::Request::TabClick);
+}
+
+// ---- the box for registry paths ---------------------------------------------------------------------------------
+
+void frmMain::cb_Enter() {
+    if (activity_.running()) return;
+    const HWND cb = control(Control::cb);
+    std::vector<std::wstring> history = ui::ComboItems(cb);
+    const std::wstring text = programs::OpenTypedRegistryPath(ui::TextOf(cb), history);
+    ui::SetText(cb, text);
+    if (text.empty()) return;
+    ui::SetComboItems(cb, history);
+    SendMessageW(cb, CB_SETCURSEL, 0, 0);
 }
 
 }  // namespace shell

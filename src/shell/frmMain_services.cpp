@@ -30,7 +30,7 @@ void frmMain::press_service(int row) {
 
 void frmMain::mnuServiceItem_Click(int index) {
     if (index == services::ServiceItem::Refresh) {
-        mnuFileItem_Click(kRefreshIndex);
+        mnuFileItem_Click(FileItem::Refresh);
         return;
     }
     const Activity::Command command(activity_);

@@ -9,8 +9,6 @@ namespace {
 
 enum WindowState { kNormal = 0, kMinimised = 1, kMaximised = 2 };
 
-constexpr int kDefaultWidth = 12000;  // twips
-constexpr int kDefaultHeight = 8000;
 constexpr int kFarthest = 32767;  // pixels; window coordinates end there
 
 struct StoredColumns {
@@ -41,33 +39,33 @@ void KeepOnMonitor(RECT& place) {
 }  // namespace
 
 void frmMain::load_view_options() {
-    scan_options_.show_icons = settings_.number("Icon", 0) != 0;
-    stripes_ = settings_.number("Stripe", 0) != 0;
-    scan_options_.show_system_components = settings_.number("SysCom", 0) != 0;
+    scan_options_.show_icons = settings_.number(kIconKey, 0) != 0;
+    stripes_ = settings_.number(kStripeKey, 0) != 0;
+    scan_options_.show_system_components = settings_.number(kSystemComponentsKey, 0) != 0;
     check_view_items();
 }
 
 void frmMain::save_view_options() const {
     const auto write_check = [this](std::string_view key, bool checked) { settings_.write(key, checked ? -1 : 0); };
-    if (control(Control::txtMemPath)) settings_.write("Mem", ui::TextOf(control(Control::txtMemPath)));
-    write_check("Icon", scan_options_.show_icons);
-    write_check("Stripe", stripes_);
-    write_check("SysCom", scan_options_.show_system_components);
+    if (control(Control::txtMemPath)) settings_.write(kMemoryReleaseKey, ui::TextOf(control(Control::txtMemPath)));
+    write_check(kIconKey, scan_options_.show_icons);
+    write_check(kStripeKey, stripes_);
+    write_check(kSystemComponentsKey, scan_options_.show_system_components);
 }
 
 int frmMain::restore_window() {
     // The stored state is applied as it is: a program closed while minimised starts minimised.
-    const int state = settings_.number("WinState", kNormal);
+    const int state = settings_.number(kWindowStateKey, kNormal);
     if (state == kMinimised) return SW_SHOWMINIMIZED;
     if (state == kMaximised) return SW_SHOWMAXIMIZED;
     const auto pixels = [this](const char* key, int missing, int least) {
         return std::clamp(PixelsFromTwips(settings_.number(key, missing), dpi_), least, kFarthest);
     };
     RECT place = {};
-    place.left = pixels("X", 0, -kFarthest);
-    place.top = pixels("Y", 0, -kFarthest);
-    place.right = place.left + pixels("W", kDefaultWidth, 1);
-    place.bottom = place.top + pixels("H", kDefaultHeight, 1);
+    place.left = pixels(kLeftKey, 0, -kFarthest);
+    place.top = pixels(kTopKey, 0, -kFarthest);
+    place.right = place.left + pixels(kWidthKey, kDesignedWidth, 1);
+    place.bottom = place.top + pixels(kHeightKey, kDesignedHeight, 1);
     KeepOnMonitor(place);
     MoveWindow(window_, place.left, place.top, place.right - place.left, place.bottom - place.top, FALSE);
     return SW_SHOWNORMAL;
@@ -75,14 +73,14 @@ int frmMain::restore_window() {
 
 void frmMain::save_window() const {
     const int state = IsIconic(window_) ? kMinimised : IsZoomed(window_) ? kMaximised : kNormal;
-    settings_.write("WinState", state);
+    settings_.write(kWindowStateKey, state);
     if (state != kNormal) return;
     RECT place = {};
     GetWindowRect(window_, &place);
-    settings_.write("X", TwipsFromPixels(place.left, dpi_));
-    settings_.write("Y", TwipsFromPixels(place.top, dpi_));
-    settings_.write("H", TwipsFromPixels(place.bottom - place.top, dpi_));
-    settings_.write("W", TwipsFromPixels(place.right - place.left, dpi_));
+    settings_.write(kLeftKey, TwipsFromPixels(place.left, dpi_));
+    settings_.write(kTopKey, TwipsFromPixels(place.top, dpi_));
+    settings_.write(kHeightKey, TwipsFromPixels(place.bottom - place.top, dpi_));
+    settings_.write(kWidthKey, TwipsFromPixels(place.right - place.left, dpi_));
 }
 
 void frmMain::restore_column_widths(Moment moment) const {
@@ -116,7 +114,7 @@ void frmMain::save_everything() const {
 
 // The face changes; size and style stay. What Windows makes of a face that it does not have stands.
 void frmMain::read_font_option() {
-    const std::wstring face = settings_.text("Font");
+    const std::wstring face = settings_.text(kFontKey);
     if (face.empty()) return;
     LOGFONTW look = {};
     GetObjectW(font_.get(), sizeof look, &look);

@@ -14,8 +14,6 @@ namespace shell {
 
 using startup::StartItem;
 
-static_assert(kDeleteStartupIndex == StartItem::Delete);
-
 void frmMain::fill_startup() {
     startup::ScanStartup(list(Control::lvStartUp), *this);
     list_filled(Control::lvStartUp);

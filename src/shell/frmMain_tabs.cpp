@@ -17,10 +17,6 @@ constexpr wchar_t kCreateTip[] = L"復元ポイントを作成します";
 constexpr wchar_t kForcedCaption[] = L"強制削除";
 constexpr wchar_t kForcedTip[] = L"プログラムの強制アンインストールを実施します";
 
-// "サイズ" sorts by the hidden column, whose zero-padded text is in numeric order.
-constexpr int kSizeColumn = programs::ProgramColumn::Size;
-constexpr int kSizeKeyColumn = programs::ProgramColumn::SizeKey;
-
 constexpr Control kDetailCaptions[] = {Control::Label1_0, Control::Label1_1, Control::Label1_6};
 
 }  // namespace
@@ -118,7 +114,6 @@ void frmMain::show_view(const TabRow& row) {
 void frmMain::show_detail(const TabRow& row) {
     const bool services = row.tab == Tab::Services;
     const bool restore = row.tab == Tab::Restore;
-    const bool programs = row.tab == Tab::Programs || row.tab == Tab::Updates;
     for (const Control each : {Control::Label1_0, Control::Label1_6}) {
         ui::Show(control(each), row.shows_detail);
     }
@@ -127,7 +122,7 @@ void frmMain::show_detail(const TabRow& row) {
         ui::Show(control(each), row.shows_detail && !services && !restore);
     ui::Show(control(Control::txtComment), services);
     ui::Show(control(Control::cmdMenu_0), row.shows_detail && !services);
-    ui::Show(control(Control::cmdMenu_1), programs || restore);
+    ui::Show(control(Control::cmdMenu_1), is_program_list(row.view) || restore);
 
     for (std::size_t i = 0; i < std::size(kDetailCaptions); ++i) {
         ui::SetText(control(kDetailCaptions[i]), row.captions[i]);
@@ -189,45 +184,6 @@ void frmMain::list_filled(Control which) {
     const TabRow& row = RowOf(shown_tab_);
     if (row.view != which || !row.counts) return;
     status(win::ToText(list(which).count()) + kCountUnit);
-}
-
-void frmMain::list_ColumnClick(Control which, int column) {
-    const bool programs = which == Control::ListView1_0 || which == Control::ListView1_1;
-    const int key = programs && column == kSizeColumn ? kSizeKeyColumn : column;
-    SortState& sort = sort_[IndexOf(which)];
-    const bool flips = sort.key == key && sort.order == ui::SortOrder::Ascending;
-    sort = {key, column, flips ? ui::SortOrder::Descending : ui::SortOrder::Ascending};
-    sort_again(which);
-}
-
-void frmMain::sort_again(Control which) {
-    const SortState& sort = sort_[IndexOf(which)];
-    if (sort.key < 0) return;
-    list(which).sort(sort.key, sort.order);
-    list(which).show_sort_arrow(sort.column, sort.order);
-}
-
-// What the tab shows; the strip where that could not be filled and is hidden.
-void frmMain::focus_view() {
-    const HWND view = control(RowOf(shown_tab_).view);
-    last_focus_ = ui::IsShown(view) ? view : control(Control::tb);
-    if (GetActiveWindow() == window_) SetFocus(last_focus_);
-}
-
-// The frame itself has got the focus, where keys would go nowhere.
-void frmMain::give_focus_on() {
-    if (last_focus_ && ui::IsShown(last_focus_) && IsWindowEnabled(last_focus_)) {
-        SetFocus(last_focus_);
-    } else {
-        focus_view();
-    }
-}
-
-// A control that has just been hidden must not keep the focus: keys would go nowhere.
-void frmMain::keep_focus() {
-    const HWND focus = GetFocus();
-    const bool lost = !focus || (IsChild(window_, focus) && !IsWindowVisible(focus));
-    if (lost) focus_view();
 }
 
 DetailKind frmMain::detail_kind() const {

@@ -1,65 +1,77 @@
-// Restore points, clean-up and shell repairs.
+// The menus of clean-up and shell repairs, and the memory panel.
 #include "shell/frmMain.h"
 
-#include "programs/restore_points.h"
 #include "tools/cleanup.h"
 #include "tools/shell_repairs.h"
+#include "ui/control.h"
 
 namespace shell {
 
-void frmMain::fill_restore_points() {
-    const ui::ListView points = list(Control::lvRestore);
-    if (!programs::ListRestorePoints(points)) points.clear();
-    list_filled(Control::lvRestore);
-}
-
-void frmMain::create_restore_point() {
-    const Activity::Command command(activity_);
-    if (command) programs::CreateRestorePoint(list(Control::lvRestore), *this);
-}
-
-void frmMain::delete_restore_point() {
-    bool agreed = false;
-    {
-        const Activity::Command command(activity_);
-        agreed = command && programs::DeleteRestorePoint(list(Control::lvRestore), *this);
-    }
-    if (agreed) activity_.request(Activity::Request::TabClick);
-}
-
 void frmMain::mnuDelete_Click() {
     const tools::ItemState bin = tools::mnuDelete_Click();
-    const int bin_index = static_cast<int>(tools::Cleanup::RecycleBin);
-    SetItemCaption(menu_bar_, MenuArray::mnuDeleteItem, bin_index, bin.caption);
-    EnableItem(menu_bar_, MenuArray::mnuDeleteItem, bin_index, bin.enabled);
+    SetItemCaption(menu_bar_, MenuArray::mnuDeleteItem, tools::CleanupItem::RecycleBin, bin.caption);
+    EnableItem(menu_bar_, MenuArray::mnuDeleteItem, tools::CleanupItem::RecycleBin, bin.enabled);
     // Installers unpack into the temporary folder.
-    EnableItem(menu_bar_, MenuArray::mnuDeleteItem, static_cast<int>(tools::Cleanup::TemporaryFiles),
-               !activity_.busy());
+    EnableItem(menu_bar_, MenuArray::mnuDeleteItem, tools::CleanupItem::TemporaryFiles, !activity_.busy());
 }
 
 void frmMain::mnuDeleteItem_Click(int index) {
-    const auto cleanup = static_cast<tools::Cleanup>(index);
-    if (cleanup == tools::Cleanup::TemporaryFiles && activity_.busy()) return;
+    if (index == tools::CleanupItem::TemporaryFiles && activity_.busy()) return;
     bool emptied = false;
     {
         const Activity::Command command(activity_);
-        emptied = command && tools::mnuDeleteItem_Click(cleanup, *this);
+        emptied = command && tools::mnuDeleteItem_Click(index, *this);
     }
     if (emptied && shown_tab_ == Tab::SystemInformation) activity_.request(Activity::Request::TabClick);
 }
 
 void frmMain::mnuSet_Click() {
     const tools::RepairItems items = tools::mnuSet_Click(os_.tenths());
-    SetItemCaption(menu_bar_, MenuArray::mnuSetItem, static_cast<int>(tools::Repair::SendTo), items.send_to_caption);
-    EnableItem(menu_bar_, MenuArray::mnuSetItem, static_cast<int>(tools::Repair::DownloadLocation),
-               items.download_location_enabled);
+    SetItemCaption(menu_bar_, MenuArray::mnuSetItem, tools::RepairItem::SendTo, items.send_to_caption);
+    EnableItem(menu_bar_, MenuArray::mnuSetItem, tools::RepairItem::DownloadLocation, items.download_location_enabled);
 }
 
 void frmMain::mnuSetItem_Click(int index) {
     const Activity::Command command(activity_);
     if (!command) return;
-    const std::wstring caption = ItemCaption(menu_bar_, MenuArray::mnuSetItem, static_cast<int>(tools::Repair::SendTo));
-    tools::mnuSetItem_Click(static_cast<tools::Repair>(index), caption, *this);
+    const std::wstring caption = ItemCaption(menu_bar_, MenuArray::mnuSetItem, tools::RepairItem::SendTo);
+    tools::mnuSetItem_Click(index, caption, *this);
+}
+
+// ---- the memory panel -------------------------------------------------------------------------------------------
+
+void frmMain::start_monitor() {
+    tmrMem_Timer();
+    SetTimer(window_, kMonitorTimer, tools::kTickInterval, nullptr);
+}
+
+void frmMain::stop_monitor() {
+    KillTimer(window_, kMonitorTimer);
+    monitor_.close();
+}
+
+void frmMain::tmrMem_Timer() {
+    if (shown_tab_ == Tab::SystemInformation) {
+        const tools::MemoryTexts& texts = monitor_.read();
+        for (int figure = 0; figure < tools::kMemoryFigures; ++figure) {
+            ui::SetText(control(Element(Control::lblMem_0, figure, 2)), texts[static_cast<std::size_t>(figure)]);
+        }
+    }
+    SYSTEMTIME now = {};
+    GetLocalTime(&now);
+    ui::SetText(window_, tools::TitleText(now));
+}
+
+void frmMain::cmdSys_Click(int index) {
+    const HWND txtMemPath = control(Control::txtMemPath);
+    if (index == 0) {
+        tools::RunMemoryRelease(ui::TextOf(txtMemPath));
+        return;
+    }
+    const Activity::Command command(activity_);
+    if (!command) return;
+    const std::wstring chosen = tools::ChooseMemoryRelease(window_);
+    if (!chosen.empty()) ui::SetText(txtMemPath, chosen);
 }
 
 }  // namespace shell

@@ -3,7 +3,12 @@
 #include "programs/program_menu.h"
 #include "services/service_control.h"
 #include "startup/startup_menu.h"
+#include "tools/cleanup.h"
+#include "tools/shell_repairs.h"
+#include "win/text.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string_view>
 
 namespace shell {
@@ -11,54 +16,36 @@ namespace {
 
 using ui::MenuItem;
 
-constexpr MenuItem Separator(int index) { return {index, ui::kSeparator}; }
-
-constexpr MenuItem kFile[] = {
-    {3, L"リストをファイルに保存(&S)", L"表示中の一覧をCSVファイルに保存します"},
-    Separator(4),
-    {5, L"情報の更新(&U)", L"表示中の情報を最新の状態に更新します"},
-    Separator(98),
-    {99, L"終了(&X)", L"Qorvenixを終了します"},
+constexpr MenuItem kFileMenu[] = {
+    {FileItem::Save, L"リストをファイルに保存(&S)", L"表示中の一覧をCSVファイルに保存します"},
+    {4, ui::kSeparator},
+    {FileItem::Refresh, L"情報の更新(&U)", L"表示中の情報を最新の状態に更新します"},
+    {98, ui::kSeparator},
+    {FileItem::Exit, L"終了(&X)", L"Qorvenixを終了します"},
 };
 
-constexpr MenuItem kView[] = {
-    {1, L"アイコンの表示(&I)", L"プログラムの一覧にアイコンを表示します"},
-    {2, L"リストのストライプ表示(&S)", L"一覧の行を1行おきに色分けします"},
-    Separator(3),
-    {6, L"システムコンポーネントを表示(&C)", L"通常は隠されているシステムコンポーネントも一覧に表示します"},
+constexpr MenuItem kViewMenu[] = {
+    {ViewItem::Icons, L"アイコンの表示(&I)", L"プログラムの一覧にアイコンを表示します"},
+    {ViewItem::Stripes, L"リストのストライプ表示(&S)", L"一覧の行を1行おきに色分けします"},
+    {3, ui::kSeparator},
+    {ViewItem::SystemComponents, L"システムコンポーネントを表示(&C)",
+     L"通常は隠されているシステムコンポーネントも一覧に表示します"},
 };
 
-constexpr MenuItem kDelete[] = {
-    {0, L"ごみ箱を空にする(&E)", L"すべてのドライブのごみ箱を空にします"},
-    {1, L"一時ファイルの削除(&T)", L"一時フォルダの中のファイルを削除します"},
-    {2, L"最近使ったファイル一覧のクリア(&R)", L"最近使ったファイルの一覧を消去します"},
-    {3, L"IEキャッシュファイルの削除(&I)", L"Internet Explorerのキャッシュファイルを削除します"},
-    {4, L"Cookieの削除(&C)", L"Internet ExplorerのCookieを削除します"},
-    {5, L"IEのURL履歴を削除(&U)", L"Internet ExplorerのURL履歴を削除します"},
-};
-
-constexpr MenuItem kSet[] = {
-    {5, L"コンテキストメニューの「送る」を削除 (XP/Vista)",
-     L"ファイルの右クリックメニューの「送る」を削除または復元します"},
-    Separator(6),
-    {9, L"ダウンロードの保存先が指定できなくなった際の対処 (Vista)",
-     L"ダウンロードの保存先を選べなくなった設定を元に戻します"},
-};
-
-constexpr MenuItem kHelp[] = {
-    {0, L"ReadMeを開く(&R)...", L"説明書を開きます"},
-    {1, L"作者のHPへ(&H)", L"作者のホームページをブラウザで開きます"},
-    {2, L"バージョン情報(&V)...", L"Qorvenixのバージョンを表示します"},
-    Separator(3),
-    {99, L"自動更新(&U)...", L"更新プログラムを起動します"},
+constexpr MenuItem kHelpMenu[] = {
+    {HelpItem::ReadMe, L"ReadMeを開く(&R)...", L"説明書を開きます"},
+    {HelpItem::HomePage, L"作者のHPへ(&H)", L"作者のホームページをブラウザで開きます"},
+    {HelpItem::Version, L"バージョン情報(&V)...", L"Qorvenixのバージョンを表示します"},
+    {3, ui::kSeparator},
+    {HelpItem::Update, L"自動更新(&U)...", L"更新プログラムを起動します"},
 };
 
 constexpr MenuRow kMenus[] = {
-    {MenuArray::mnuFileItem, L"ファイル(&F)", true, kFile},
-    {MenuArray::mnuViewItem, L"表示(&V)", true, kView},
-    {MenuArray::mnuDeleteItem, L"ファイル削除(&D)", true, kDelete},
-    {MenuArray::mnuSetItem, L"レジストリ操作(&R)", true, kSet},
-    {MenuArray::mnuHelpItem, L"ヘルプ(&H)", true, kHelp},
+    {MenuArray::mnuFileItem, L"ファイル(&F)", true, kFileMenu},
+    {MenuArray::mnuViewItem, L"表示(&V)", true, kViewMenu},
+    {MenuArray::mnuDeleteItem, L"ファイル削除(&D)", true, tools::kCleanupMenu},
+    {MenuArray::mnuSetItem, L"レジストリ操作(&R)", true, tools::kRepairMenu},
+    {MenuArray::mnuHelpItem, L"ヘルプ(&H)", true, kHelpMenu},
     {MenuArray::mnuPopItem, L"ポップアップ", false, programs::kProgramMenu},
     {MenuArray::mnuStartItem, L"スタートアップ", false, startup::kStartMenu},
     {MenuArray::mnuServiceItem, L"サービス", false, services::kServiceMenu},
@@ -109,13 +96,19 @@ std::wstring_view HintOf(int command) {
     return {};
 }
 
-void EnableItem(HMENU menu, MenuArray array, int index, bool enabled) {
-    EnableMenuItem(menu, Id(array, index), MF_BYCOMMAND | static_cast<UINT>(enabled ? MF_ENABLED : MF_GRAYED));
+wchar_t MnemonicOf(std::wstring_view caption) {
+    const std::size_t mark = caption.find(L'&');
+    if (mark == caption.npos || mark + 1 == caption.size()) return L'\0';
+    return win::LowerCase(caption.substr(mark + 1, 1))[0];
 }
 
-bool IsItemEnabled(HMENU menu, MenuArray array, int index) {
-    const UINT state = GetMenuState(menu, Id(array, index), MF_BYCOMMAND);
-    return (state & (MF_GRAYED | MF_DISABLED)) == 0;
+bool OpensMenu(wchar_t letter) {
+    return std::any_of(std::begin(kMenus), std::end(kMenus),
+                       [letter](const MenuRow& row) { return row.on_bar && MnemonicOf(row.caption) == letter; });
+}
+
+void EnableItem(HMENU menu, MenuArray array, int index, bool enabled) {
+    EnableMenuItem(menu, Id(array, index), MF_BYCOMMAND | static_cast<UINT>(enabled ? MF_ENABLED : MF_GRAYED));
 }
 
 void CheckItem(HMENU menu, MenuArray array, int index, bool checked) {

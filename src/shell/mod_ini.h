@@ -6,6 +6,18 @@
 
 namespace shell {
 
+// The keys, beside those that ColumnKey makes.
+inline constexpr char kIconKey[] = "Icon";  // these three: not 0 where the View item is checked
+inline constexpr char kStripeKey[] = "Stripe";
+inline constexpr char kSystemComponentsKey[] = "SysCom";
+inline constexpr char kMemoryReleaseKey[] = "Mem";  // the path of the memory-release program
+inline constexpr char kFontKey[] = "Font";          // a face name; written by hand only
+inline constexpr char kWindowStateKey[] = "WinState";
+inline constexpr char kLeftKey[] = "X";  // these four: of the window, in twips
+inline constexpr char kTopKey[] = "Y";
+inline constexpr char kWidthKey[] = "W";
+inline constexpr char kHeightKey[] = "H";
+
 class Settings {
 public:
     Settings() = default;

@@ -11,18 +11,11 @@
 namespace startup {
 namespace {
 
-struct Scope {
-    std::wstring_view tag;
-    HKEY root;
-    std::wstring_view root_name;
-};
+using programs::Scope;
 
+// Null for the location of a file.
 const Scope* FindScope(std::wstring_view location) {
-    static const Scope scopes[] = {
-        {programs::kAllUsersTag, HKEY_LOCAL_MACHINE, programs::kLocalMachineRoot},
-        {programs::kOneUserTag, HKEY_CURRENT_USER, programs::kCurrentUserRoot},
-    };
-    for (const Scope& scope : scopes) {
+    for (const Scope& scope : programs::Scopes()) {
         if (win::Contains(location, scope.tag)) return &scope;
     }
     return nullptr;

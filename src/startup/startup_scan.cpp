@@ -22,7 +22,7 @@ public:
     explicit Fill(const ui::ListView& list) : list_(list) {}
 
     void scan_startup_folder(const std::wstring& folder);
-    void scan_run_key(HKEY hive, const wchar_t* key_path);
+    void scan_run_key(const programs::Scope& scope, const wchar_t* key_path);
 
 private:
     void add_file(const std::wstring& folder, const std::wstring& name);
@@ -56,11 +56,10 @@ void Fill::add_file(const std::wstring& folder, const std::wstring& name) {
     add_row(name, broken, folder, {}, broken);
 }
 
-void Fill::scan_run_key(HKEY hive, const wchar_t* key_path) {
+void Fill::scan_run_key(const programs::Scope& scope, const wchar_t* key_path) {
     win::RegKey key;
-    if (RegOpenKeyW(hive, key_path, key.put()) != ERROR_SUCCESS) return;
-    const std::wstring_view tag = hive == HKEY_LOCAL_MACHINE ? programs::kAllUsersTag : programs::kOneUserTag;
-    const std::wstring location = std::wstring(tag) + key_path;
+    if (RegOpenKeyW(scope.root, key_path, key.put()) != ERROR_SUCCESS) return;
+    const std::wstring location = std::wstring(scope.tag) + key_path;
     std::wstring name(kValueNameLength, L'\0');
     wchar_t data[kValueBytes / sizeof(wchar_t)] = {};
     for (DWORD index = 0;; ++index) {
@@ -100,9 +99,9 @@ void ScanStartup(const ui::ListView& list, ui::Host& host) {
         fill.scan_startup_folder(win::GetSpecialFolderPath(folder));
         host.pump();
     }
-    for (const HKEY hive : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
+    for (const programs::Scope& scope : programs::Scopes()) {
         for (const wchar_t* key_path : {kRunKey, kRunOnceKey}) {
-            fill.scan_run_key(hive, key_path);
+            fill.scan_run_key(scope, key_path);
             host.pump();
         }
     }

@@ -12,7 +12,7 @@ struct StartupColumn {
     enum Index : int {
         Name,      // the file's name, or the registry value's
         Value,     // the shortcut's target, the file's path, or the command line as stored
-        Location,  // the folder, or scope tag and registry key: kAllUsersTag, kOneUserTag
+        Location,  // the folder, or the tag of a programs::Scope and the registry key
         Description,
     };
 };
@@ -23,7 +23,7 @@ inline constexpr ui::Column kStartupColumns[] = {{L"名前", 150}, {L"値", 260}
 // Stands directly behind the target of a shortcut that leads nowhere.
 inline constexpr std::wstring_view kBrokenLink = L"<リンク切れ>";
 
-// The keys whose values are started at log-on, below HKEY_LOCAL_MACHINE and HKEY_CURRENT_USER.
+// The keys whose values are started at log-on, in each programs::Scope.
 inline constexpr wchar_t kRunKey[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
 inline constexpr wchar_t kRunOnceKey[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
 

@@ -12,9 +12,6 @@ namespace {
 
 constexpr wchar_t kControlPanelHost[] = L"control.exe";
 
-// No working folder: an empty text would stand for the folder of the file.
-constexpr std::wstring_view kNoDirectory(L"\0", 1);
-
 constexpr std::size_t kExtensionLength = 3;
 
 std::wstring FullPath(const Location& location, const ControlPanelFolders& folders) {
@@ -70,14 +67,14 @@ void OpenControlPanelRow(HWND owner, std::wstring_view path) {
     const std::wstring extension = startup::ExtensionPart(path);
     const std::wstring kind = win::LowerCase(extension.substr(0, kExtensionLength));
     if (kind != L"msc" && kind != L"exe") {
-        programs::OpenWithShell(owner, kControlPanelHost, path, kNoDirectory);
+        programs::OpenWithShell(owner, kControlPanelHost, path, programs::kNoFolder);
         return;
     }
-    if (programs::OpenWithShell(owner, path, {}, kNoDirectory) || extension.size() <= kind.size()) return;
+    if (programs::OpenWithShell(owner, path, {}, programs::kNoFolder) || extension.size() <= kind.size()) return;
     // A path with something behind ".exe" is a file with parameters.
     const std::size_t file_length = path.size() - (extension.size() - kind.size());
     programs::OpenWithShell(owner, path.substr(0, file_length), win::TrimBlanks(path.substr(file_length)),
-                            kNoDirectory);
+                            programs::kNoFolder);
 }
 
 }  // namespace sysinfo

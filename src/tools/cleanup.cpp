@@ -7,7 +7,6 @@
 namespace tools {
 namespace {
 
-constexpr wchar_t kEmptyBin[] = L"ごみ箱を空にする(&E)";
 constexpr wchar_t kBinIsEmpty[] = L"ごみ箱を空にする(空)";
 constexpr wchar_t kDeleting[] = L"削除処理中です...";
 constexpr wchar_t kDeleted[] = L"削除完了";
@@ -19,24 +18,27 @@ void DeleteTemporaryFiles(ui::Host& host) {
 // Windows clears its list of recent documents when it is given none.
 void ClearRecentDocuments() { SHAddToRecentDocs(SHARD_PATHA, nullptr); }
 
-bool Run(Cleanup command, ui::Host& host) {
-    switch (command) {
-        case Cleanup::RecycleBin:
+// True when the recycle bin was emptied.
+bool Run(int index, ui::Host& host) {
+    switch (index) {
+        case CleanupItem::RecycleBin:
             return EmptyRecycleBin(true, {}, 0, host);
-        case Cleanup::TemporaryFiles:
+        case CleanupItem::TemporaryFiles:
             DeleteTemporaryFiles(host);
             break;
-        case Cleanup::RecentDocuments:
+        case CleanupItem::RecentDocuments:
             ClearRecentDocuments();
             break;
-        case Cleanup::BrowserCache:
+        case CleanupItem::BrowserCache:
             DeleteUrlCacheEntries(false, host);
             break;
-        case Cleanup::Cookies:
+        case CleanupItem::Cookies:
             DeleteUrlCacheEntries(true, host);
             break;
-        case Cleanup::UrlHistory:
+        case CleanupItem::UrlHistory:
             ClearUrlHistory();
+            break;
+        default:
             break;
     }
     return false;
@@ -51,9 +53,9 @@ ItemState RecycleBinItem(std::uint64_t items) {
 
 ItemState mnuDelete_Click() { return RecycleBinItem(GetRecycleBinCount()); }
 
-bool mnuDeleteItem_Click(Cleanup command, ui::Host& host) {
+bool mnuDeleteItem_Click(int index, ui::Host& host) {
     host.status(kDeleting);
-    const bool bin_emptied = Run(command, host);
+    const bool bin_emptied = Run(index, host);
     host.status(kDeleted);
     return bin_emptied;
 }

@@ -6,7 +6,6 @@
 namespace tools {
 namespace {
 
-constexpr wchar_t kRemoveSendTo[] = L"コンテキストメニューの「送る」を削除 (XP/Vista)";
 constexpr wchar_t kRestoreSendTo[] = L"コンテキストメニューの「送る」を復元 (XP/Vista)";
 constexpr wchar_t kRemoved[] = L"削除完了";
 constexpr wchar_t kRestored[] = L"復元完了";
@@ -67,13 +66,9 @@ RepairItems RepairItemsFor(bool send_to_exists, unsigned os_tenths) {
 
 RepairItems mnuSet_Click(unsigned os_tenths) { return RepairItemsFor(SendToExists(), os_tenths); }
 
-void mnuSetItem_Click(Repair repair, std::wstring_view caption, ui::Host& host) {
-    switch (repair) {
-        case Repair::SendTo:
-            return RepairSendTo(caption, host);
-        case Repair::DownloadLocation:
-            return RepairDownloadLocation(host);
-    }
+void mnuSetItem_Click(int index, std::wstring_view caption, ui::Host& host) {
+    if (index == RepairItem::SendTo) RepairSendTo(caption, host);
+    if (index == RepairItem::DownloadLocation) RepairDownloadLocation(host);
 }
 
 }  // namespace tools

@@ -1,14 +1,25 @@
-// Two repairs of the Windows shell in the registry.
+// mnuSet, the menu of two repairs of the Windows shell in the registry.
 #pragma once
 
 #include "ui/host.h"
+#include "ui/menu.h"
 
 #include <string_view>
 
 namespace tools {
 
-// The items of mnuSetItem that act, by their index.
-enum class Repair { SendTo = 5, DownloadLocation = 9 };
+struct RepairItem {
+    enum Index : int { SendTo = 5, DownloadLocation = 9 };
+};
+
+inline constexpr wchar_t kRemoveSendTo[] = L"コンテキストメニューの「送る」を削除 (XP/Vista)";  // while it is there
+
+inline constexpr ui::MenuItem kRepairMenu[] = {
+    {RepairItem::SendTo, kRemoveSendTo, L"ファイルの右クリックメニューの「送る」を削除または復元します"},
+    {6, ui::kSeparator},
+    {RepairItem::DownloadLocation, L"ダウンロードの保存先が指定できなくなった際の対処 (Vista)",
+     L"ダウンロードの保存先を選べなくなった設定を元に戻します"},
+};
 
 // What the menu shows. Item SendTo is always enabled, item DownloadLocation keeps its caption.
 struct RepairItems {
@@ -22,8 +33,8 @@ RepairItems RepairItemsFor(bool send_to_exists, unsigned os_tenths);
 // What the menu shows when it opens.
 RepairItems mnuSet_Click(unsigned os_tenths);
 
-// Runs a repair. `caption` is what the menu shows for item SendTo and decides between removing and restoring; item
-// DownloadLocation takes no notice of it. Failures are silent.
-void mnuSetItem_Click(Repair repair, std::wstring_view caption, ui::Host& host);
+// Runs an item of mnuSetItem. `caption` is what the menu shows for item SendTo and decides between removing and
+// restoring; item DownloadLocation takes no notice of it. Failures are silent.
+void mnuSetItem_Click(int index, std::wstring_view caption, ui::Host& host);
 
 }  // namespace tools

@@ -21,20 +21,15 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 SETTINGS_KEY = r"HKCU\Software\Wine\AppDefaults\Qorvenix.exe"
 
 
-def _enumeration(header, name):
-    """The names of a C++ enumeration in the product, with their values."""
-    body = re.search(r"enum class %s[^{]*\{([^}]*)\}" % name, (ROOT / "src/shell" / header).read_text()).group(1)
-    values, following = {}, 0
-    for each in re.findall(r"(\w+)(?: = (\d+))?,?", re.sub(r"//.*", "", body)):
-        following = int(each[1]) if each[1] else following
-        values[each[0]] = following
-        following += 1
-    return values
+def _controls():
+    """The ids of the window's controls by their names, as the product's header has them."""
+    header = (ROOT / "src/shell/controls.h").read_text()
+    first = int(re.search(r"kFirstControlId = (\d+)", header)[1])
+    names = re.search(r"enum class Control \{([^}]*)\}", header)[1]
+    return {name: first + place for place, name in enumerate(re.findall(r"\w+", names))}
 
 
-_FIRST_CONTROL = int(re.search(r"kFirstControlId = (\d+)", (ROOT / "src/shell/controls.h").read_text()).group(1))
-CONTROL = {name: _FIRST_CONTROL + place for name, place in _enumeration("controls.h", "Control").items()}
-MENU = _enumeration("menus.h", "MenuArray")
+CONTROL = _controls()
 LIST_OF_TAB = {
     "プログラムの追加と削除": "ListView1_0", "更新プログラム": "ListView1_1", "スタートアップ": "lvStartUp",
     "サービス": "lvService", "コントロールパネル": "ListView2", "システムの復元": "lvRestore"}
@@ -397,11 +392,6 @@ class Window:
         self.session.keys("Menu")
         self.session.menu_items()
         self.keys(letter)
-
-    def command(self, array, index):
-        """Sends the command of a menu item, past the menu."""
-        self.session.peek("command", MENU[array] + index)
-        self.settle()
 
     def point(self, name, x=None, y=None):
         """Where a pixel of a control lies on the screen; its middle without a pixel."""

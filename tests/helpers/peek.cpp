@@ -10,8 +10,6 @@
 //   status                  the text of the status bar
 //   text ID                 the text of a control
 //   type HANDLE TEXT        gives a control a text, as if it had been typed
-//   command ID              chooses a menu item
-//   click ID X Y [right]    a mouse button on a control, in its own pixels
 //   wait                    until the window answers
 //   close                   as the title bar does
 //   end HANDLE              the same for another window
@@ -317,20 +315,6 @@ bool Type(const Words& words) {
     return SendMessageW(WindowOf(words[1]), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str())) != 0;
 }
 
-bool Command(const Words& words) {
-    return words.size() > 1 && PostMessageW(MainWindow(), WM_COMMAND, std::wcstoul(words[1].c_str(), nullptr, 10), 0);
-}
-
-bool Click(const Words& words) {
-    const HWND control = ControlOf(words);
-    if (!control || words.size() < 4) return false;
-    const LPARAM point =
-        MAKELPARAM(std::wcstol(words[2].c_str(), nullptr, 10), std::wcstol(words[3].c_str(), nullptr, 10));
-    const bool right = words.size() > 4 && words[4] == L"right";
-    return PostMessageW(control, right ? WM_RBUTTONDOWN : WM_LBUTTONDOWN, right ? MK_RBUTTON : MK_LBUTTON, point) &&
-           PostMessageW(control, right ? WM_RBUTTONUP : WM_LBUTTONUP, 0, point);
-}
-
 bool Wait(const Words&) {
     DWORD_PTR answer = 0;
     return SendMessageTimeoutW(MainWindow(), WM_NULL, 0, 0, SMTO_NORMAL, 30000, &answer) != 0;
@@ -347,9 +331,9 @@ bool Run(const Words& words) {
         const wchar_t* name;
         bool (*run)(const Words&);
     } kCommands[] = {
-        {L"windows", Windows}, {L"tree", Tree},       {L"list", List},   {L"tabs", Tabs}, {L"status", Status},
-        {L"text", Text},       {L"type", Type},       {L"click", Click}, {L"wait", Wait}, {L"close", Close},
-        {L"end", End},         {L"command", Command}, {L"row", Row},
+        {L"windows", Windows}, {L"tree", Tree}, {L"list", List}, {L"tabs", Tabs},
+        {L"status", Status},   {L"text", Text}, {L"type", Type}, {L"wait", Wait},
+        {L"close", Close},     {L"end", End},   {L"row", Row},
     };
     for (const auto& command : kCommands) {
         if (!words.empty() && words[0] == command.name) return command.run(words);

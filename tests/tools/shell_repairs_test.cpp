@@ -32,11 +32,11 @@ std::wstring DefaultValue(HKEY parent, const wchar_t* subkey) {
     return std::to_wstring(type) + L":" + std::to_wstring(size) + L":" + text;
 }
 
-std::wstring Run(Repair repair, std::wstring_view caption, ui::Answer answer = ui::Answer::Ok) {
+std::wstring Run(int repair, std::wstring_view caption, ui::Answer answer = ui::Answer::Ok) {
     TestHost host;
     host.answer = answer;
     mnuSetItem_Click(repair, caption, host);
-    const std::size_t questions = repair == Repair::DownloadLocation ? 1 : 0;
+    const std::size_t questions = repair == RepairItem::DownloadLocation ? 1 : 0;
     REQUIRE(host.questions.size() == questions);
     if (questions == 1) {
         CHECK(host.questions[0].text == kQuestion);
@@ -62,44 +62,44 @@ TEST_CASE("Send To is removed and restored by the caption") {
     REQUIRE_FALSE(KeyExists(HKEY_CLASSES_ROOT, kHandlers));
     CHECK(Caption() == kRestore);
     // Without the parent key neither does anything.
-    CHECK(Run(Repair::SendTo, kRestore) == L"");
-    CHECK(Run(Repair::SendTo, kRemove) == L"");
+    CHECK(Run(RepairItem::SendTo, kRestore) == L"");
+    CHECK(Run(RepairItem::SendTo, kRemove) == L"");
     CHECK_FALSE(KeyExists(HKEY_CLASSES_ROOT, kHandlers));
 
     const TestKey handlers(HKEY_CLASSES_ROOT, kHandlers);
     handlers.make(L"Open With");
     CHECK(Caption() == kRestore);
-    CHECK(Run(Repair::SendTo, Caption()) == L"復元完了");
+    CHECK(Run(RepairItem::SendTo, Caption()) == L"復元完了");
     CHECK(DefaultValue(handlers.get(), L"Send To") == L"1:78:{7BA4C740-9E81-11CF-99D3-00AA004AE837}");
     CHECK(Caption() == kRemove);
-    CHECK(Run(Repair::SendTo, Caption()) == L"削除完了");
+    CHECK(Run(RepairItem::SendTo, Caption()) == L"削除完了");
     CHECK(Caption() == kRestore);
     CHECK_FALSE(KeyExists(handlers.get(), L"Send To"));
     CHECK(KeyExists(handlers.get(), L"Open With"));
 
     // The caption decides, not what is there: a removal that finds nothing is not noticed, a restoration overwrites.
-    CHECK(Run(Repair::SendTo, kRemove) == L"削除完了");
+    CHECK(Run(RepairItem::SendTo, kRemove) == L"削除完了");
     handlers.set_text(L"Send To", L"", L"something else");
-    CHECK(Run(Repair::SendTo, kRestore) == L"復元完了");
+    CHECK(Run(RepairItem::SendTo, kRestore) == L"復元完了");
     CHECK(DefaultValue(handlers.get(), L"Send To") == L"1:78:{7BA4C740-9E81-11CF-99D3-00AA004AE837}");
     // A key with subkeys stays, and that is not noticed either.
     handlers.make(L"Send To\\below");
-    CHECK(Run(Repair::SendTo, kRemove) == L"削除完了");
+    CHECK(Run(RepairItem::SendTo, kRemove) == L"削除完了");
     CHECK(Caption() == kRemove);
 }
 
 TEST_CASE("The download location is repaired after OK and after Cancel") {
     REQUIRE_FALSE(KeyExists(HKEY_CURRENT_USER, kAttachments));
-    CHECK(Run(Repair::DownloadLocation, kRemove) == L"");
+    CHECK(Run(RepairItem::DownloadLocation, kRemove) == L"");
     CHECK_FALSE(KeyExists(HKEY_CURRENT_USER, kAttachments));
 
     const TestKey attachments(HKEY_CURRENT_USER, kAttachments);
     for (const ui::Answer answer : {ui::Answer::Ok, ui::Answer::Cancel}) {
         attachments.set_text(kDownloads, L"value", L"text");
         attachments.make(L"{another}");
-        CHECK(Run(Repair::DownloadLocation, L"", answer) == L"完了");
+        CHECK(Run(RepairItem::DownloadLocation, L"", answer) == L"完了");
         CHECK_FALSE(KeyExists(attachments.get(), kDownloads));
         CHECK(KeyExists(attachments.get(), L"{another}"));
     }
-    CHECK(Run(Repair::DownloadLocation, L"") == L"完了");
+    CHECK(Run(RepairItem::DownloadLocation, L"") == L"完了");
 }
