@@ -128,8 +128,8 @@ ServicePress lvService_MouseDown(const ui::ListView& lvService, int row) {
 void mnuServiceItem_Click(int index, const ui::ListView& lvService, std::wstring_view tooltip, ui::Host& host) {
     const int row = lvService.selected();
     if (index == ServiceItem::Copy) {
-        ui::CopyText(host.window(),
-                     tooltip.empty() ? lvService.cell(row, ServiceColumn::Caption) : std::wstring(tooltip));
+        const std::wstring text = tooltip.empty() ? lvService.cell(row, ServiceColumn::Caption) : std::wstring(tooltip);
+        if (!text.empty()) ui::CopyText(host.window(), text);
         return;
     }
     const ListedService service(lvService, lvService.cell(row, ServiceColumn::Name));
