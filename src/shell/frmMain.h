@@ -86,7 +86,6 @@ private:
     void put_in_order();
     void begin_com();
     HWND create_control(const ControlRow& row);
-    void make_fonts();
     void set_font(const ControlRow& row) const;
     void measure();
     void arrange();

@@ -41,7 +41,7 @@ constexpr KindRow kKinds[] = {
 }  // namespace
 
 void frmMain::create_first_controls() {
-    make_fonts();
+    font_ = ui::CreateMessageFont();
     tooltips_.create(window_, dpi_);
     tooltips_.set_font(font_.get());
     create_menus();
@@ -132,13 +132,6 @@ void frmMain::attach_system_images() {
     SHFILEINFOW info = {};
     const DWORD_PTR images = SHGetFileInfoW(L"C:\\", 0, &info, sizeof info, SHGFI_SYSICONINDEX | SHGFI_SMALLICON);
     list(Control::lvStartUp).set_small_images(reinterpret_cast<HIMAGELIST>(images));
-}
-
-void frmMain::make_fonts() {
-    NONCLIENTMETRICSW metrics = {};
-    metrics.cbSize = sizeof metrics;
-    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
-    font_.reset(CreateFontIndirectW(&metrics.lfMessageFont));
 }
 
 void frmMain::set_font(const ControlRow& row) const {

@@ -1,5 +1,6 @@
 #include "tools/real_path.h"
 
+#include "win/sized_text.h"
 #include "win/system_library.h"
 
 #include <winternl.h>
@@ -24,19 +25,6 @@ FinalPathFunction FindFinalPathFunction() {
     return function;
 }
 
-// The text that a function writes into a buffer; the function answers with the room it needs when that is too small.
-template <class Query>
-std::wstring TextFrom(Query&& query) {
-    std::wstring text(MAX_PATH, L'\0');
-    DWORD length = query(text.data(), static_cast<DWORD>(text.size()));
-    if (length > text.size()) {
-        text.resize(length);
-        length = query(text.data(), length);
-    }
-    text.resize(length < text.size() ? length : 0);
-    return text;
-}
-
 // The name of the opened object, where that is a path (NtQueryObject). Wine's GetFinalPathNameByHandleW ends at 260
 // characters, this does not; on Windows the name begins with a device and is no path.
 std::wstring ObjectPath(HANDLE file) {
@@ -53,7 +41,7 @@ std::wstring ObjectPath(HANDLE file) {
 
 std::wstring FinalPath(HANDLE file) {
     std::wstring path =
-        TextFrom([file](LPWSTR text, DWORD size) { return FindFinalPathFunction()(file, text, size, 0); });
+        win::SizedText([file](LPWSTR text, DWORD size) { return FindFinalPathFunction()(file, text, size, 0); });
     return path.empty() ? ObjectPath(file) : path;
 }
 
@@ -81,7 +69,7 @@ std::wstring Extended(std::wstring_view path) { return std::wstring(kExtendedPre
 std::wstring RealPath(const std::wstring& path) {
     if (!FindFinalPathFunction()) {
         const std::wstring full =
-            TextFrom([&](LPWSTR text, DWORD size) { return GetLongPathNameW(path.c_str(), text, size); });
+            win::SizedText([&](LPWSTR text, DWORD size) { return GetLongPathNameW(path.c_str(), text, size); });
         return full.empty() || full.starts_with(kExtendedPrefix) ? full : Extended(full);
     }
     const win::File file(CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING,

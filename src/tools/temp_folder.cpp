@@ -3,6 +3,7 @@
 #include "startup/path.h"
 #include "tools/real_path.h"
 #include "win/folders.h"
+#include "win/sized_text.h"
 #include "win/text.h"
 
 #include <algorithm>
@@ -35,9 +36,7 @@ constexpr const wchar_t* kKeptVariables[] = {L"ProgramFiles",    L"ProgramW6432"
 constexpr const wchar_t* kTempVariables[] = {L"TMP", L"TEMP"};
 
 std::wstring Variable(const wchar_t* name) {
-    std::wstring value(GetEnvironmentVariableW(name, nullptr, 0), L'\0');
-    value.resize(GetEnvironmentVariableW(name, value.data(), static_cast<DWORD>(value.size())));
-    return value;
+    return win::SizedText([name](LPWSTR text, DWORD size) { return GetEnvironmentVariableW(name, text, size); });
 }
 
 bool HasDrive(std::wstring_view path) {

@@ -1,7 +1,5 @@
 #include "ui/control.h"
 
-#include "win/handle.h"
-
 namespace ui {
 
 std::wstring TextOf(HWND control) {
@@ -14,6 +12,13 @@ std::wstring TextOf(HWND control) {
 
 void SetText(HWND control, std::wstring_view text) {
     if (TextOf(control) != text) SetWindowTextW(control, std::wstring(text).c_str());
+}
+
+win::Font CreateMessageFont() {
+    NONCLIENTMETRICSW metrics = {};
+    metrics.cbSize = sizeof metrics;
+    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    return win::Font(CreateFontIndirectW(&metrics.lfMessageFont));
 }
 
 void FitScrollBar(HWND box) {

@@ -1,7 +1,7 @@
 // What all controls have in common.
 #pragma once
 
-#include "win/platform.h"
+#include "win/handle.h"
 
 #include <string>
 #include <string_view>
@@ -14,6 +14,9 @@ std::wstring TextOf(HWND control);
 
 // Sets the text only when it is another one, so that nothing flickers.
 void SetText(HWND control, std::wstring_view text);
+
+// The font of the system's message boxes, made anew.
+win::Font CreateMessageFont();
 
 // Shows the vertical scroll bar of a multi-line text box only when its text needs one.
 void FitScrollBar(HWND box);

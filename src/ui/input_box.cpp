@@ -1,6 +1,6 @@
 #include "ui/input_box.h"
 
-#include "win/handle.h"
+#include "ui/control.h"
 
 #include <algorithm>
 #include <iterator>
@@ -51,7 +51,7 @@ private:
         auto* const box = reinterpret_cast<InputBox*>(GetWindowLongPtrW(dialog, DWLP_USER));
         const WORD command = LOWORD(wparam);
         if (!box || message != WM_COMMAND || (command != IDOK && command != IDCANCEL)) return FALSE;
-        if (command == IDOK) box->read();
+        if (command == IDOK) box->text_ = TextOf(GetDlgItem(dialog, kEditId));
         EndDialog(dialog, command);
         return TRUE;
     }
@@ -76,18 +76,9 @@ private:
         SetFocus(edit);
     }
 
-    void read() {
-        const HWND edit = GetDlgItem(dialog_, kEditId);
-        text_.resize(static_cast<std::size_t>(GetWindowTextLengthW(edit)) + 1);
-        text_.resize(static_cast<std::size_t>(GetWindowTextW(edit, text_.data(), static_cast<int>(text_.size()))));
-    }
-
     // Takes the message font and its dialog units: a quarter of a letter's mean width, an eighth of its height.
     void measure() {
-        NONCLIENTMETRICSW metrics = {};
-        metrics.cbSize = sizeof metrics;
-        SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
-        font_.reset(CreateFontIndirectW(&metrics.lfMessageFont));
+        font_ = CreateMessageFont();
         const win::WindowDc dc(dialog_);
         const win::Selected selected(dc.get(), font_.get());
         constexpr wchar_t kLetters[] = L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";

@@ -12,6 +12,18 @@ constexpr WORD kGetOrCall = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
 
 constexpr std::size_t kMostArguments = 8;
 
+// An interface of the object that a VARIANT holds; empty where it holds none.
+template <class Interface>
+ComPtr<Interface> InterfaceOf(const Variant& value, const IID& id) {
+    const VARIANT& held = value.get();
+    IUnknown* unknown = nullptr;
+    if (held.vt == VT_DISPATCH) unknown = held.pdispVal;
+    if (held.vt == VT_UNKNOWN) unknown = held.punkVal;
+    ComPtr<Interface> found;
+    if (!unknown || FAILED(unknown->QueryInterface(id, found.put_void()))) return {};
+    return found;
+}
+
 }  // namespace
 
 Variant::Variant(std::wstring_view text) {
@@ -77,16 +89,7 @@ Object Object::bind(const wchar_t* moniker) {
     return Object(std::move(dispatch));
 }
 
-Object Object::from(const Variant& value) {
-    const VARIANT& held = value.get();
-    IUnknown* unknown = nullptr;
-    if (held.vt == VT_DISPATCH) unknown = held.pdispVal;
-    if (held.vt == VT_UNKNOWN) unknown = held.punkVal;
-    if (!unknown) return {};
-    ComPtr<IDispatch> dispatch;
-    if (FAILED(unknown->QueryInterface(IID_IDispatch, dispatch.put_void()))) return {};
-    return Object(std::move(dispatch));
-}
+Object Object::from(const Variant& value) { return Object(InterfaceOf<IDispatch>(value, IID_IDispatch)); }
 
 HRESULT Object::invoke_id(DISPID id, WORD flags, std::span<const Variant> arguments, Variant* result) const {
     if (!dispatch_) return E_POINTER;
@@ -111,41 +114,33 @@ HRESULT Object::invoke_id(DISPID id, WORD flags, std::span<const Variant> argume
     return code;
 }
 
-HRESULT Object::invoke(const wchar_t* name, std::span<const Variant> arguments, Variant* result) const {
+HRESULT Object::invoke_name(const wchar_t* name, WORD flags, std::span<const Variant> arguments,
+                            Variant* result) const {
     if (!dispatch_) return E_POINTER;
     DISPID id = DISPID_UNKNOWN;
     LPOLESTR names[] = {const_cast<LPOLESTR>(name)};
     const HRESULT found = dispatch_->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id);
-    return FAILED(found) ? found : invoke_id(id, kGetOrCall, arguments, result);
+    return FAILED(found) ? found : invoke_id(id, flags, arguments, result);
+}
+
+HRESULT Object::invoke(const wchar_t* name, std::span<const Variant> arguments, Variant* result) const {
+    return invoke_name(name, kGetOrCall, arguments, result);
 }
 
 HRESULT Object::put(const wchar_t* name, const Variant& value) const {
-    if (!dispatch_) return E_POINTER;
-    DISPID id = DISPID_UNKNOWN;
-    LPOLESTR names[] = {const_cast<LPOLESTR>(name)};
-    const HRESULT found = dispatch_->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id);
-    return FAILED(found) ? found : invoke_id(id, DISPATCH_PROPERTYPUT, {&value, 1}, nullptr);
+    return invoke_name(name, DISPATCH_PROPERTYPUT, {&value, 1}, nullptr);
 }
 
-std::optional<std::int32_t> Object::call_wmi_method(const wchar_t* name, Object* output) const {
+std::optional<std::int32_t> Object::call_wmi_method(const wchar_t* name) const {
     Variant result;
     if (SUCCEEDED(invoke(name, {}, &result))) return result.number();
-    const Object parameters = get_object(L"ExecMethod_", name);
-    if (!parameters) return {};
-    if (output) *output = parameters;
-    return parameters.get(L"ReturnValue").number();
+    return get_object(L"ExecMethod_", name).get(L"ReturnValue").number();
 }
 
 ComPtr<IEnumVARIANT> Object::enumerate() const {
     Variant members;
     if (FAILED(invoke_id(DISPID_NEWENUM, kGetOrCall, {}, &members))) return {};
-    const VARIANT& held = members.get();
-    IUnknown* unknown = nullptr;
-    if (held.vt == VT_UNKNOWN) unknown = held.punkVal;
-    if (held.vt == VT_DISPATCH) unknown = held.pdispVal;
-    ComPtr<IEnumVARIANT> enumeration;
-    if (!unknown || FAILED(unknown->QueryInterface(IID_IEnumVARIANT, enumeration.put_void()))) return {};
-    return enumeration;
+    return InterfaceOf<IEnumVARIANT>(members, IID_IEnumVARIANT);
 }
 
 Object QueryWmi(std::wstring_view query) {

@@ -86,9 +86,8 @@ public:
     HRESULT put(const wchar_t* name, const Variant& value) const;
 
     // A method of a WMI object that takes no input: called by its name and, where the provider cannot do that, through
-    // ExecMethod_. The result is the method's return value; nothing when neither way worked. `output`, when given,
-    // receives in the second case the object with the output parameters.
-    std::optional<std::int32_t> call_wmi_method(const wchar_t* name, Object* output = nullptr) const;
+    // ExecMethod_. The result is the method's return value; nothing when neither way worked.
+    std::optional<std::int32_t> call_wmi_method(const wchar_t* name) const;
 
     // Calls `visit(Object)` for each member of a collection, in its order, until `visit` returns false. A member that
     // is no object is passed over. False when the collection cannot be enumerated or breaks off with an error.
@@ -108,6 +107,7 @@ public:
 
 private:
     ComPtr<IEnumVARIANT> enumerate() const;
+    HRESULT invoke_name(const wchar_t* name, WORD flags, std::span<const Variant> arguments, Variant* result) const;
     HRESULT invoke_id(DISPID id, WORD flags, std::span<const Variant> arguments, Variant* result) const;
 
     ComPtr<IDispatch> dispatch_;

@@ -1,4 +1,4 @@
-// An owned COM interface pointer.
+// Owned COM interface pointers, and COM itself for the length of a scope.
 #pragma once
 
 #include "win/platform.h"
@@ -30,7 +30,6 @@ public:
     explicit operator bool() const { return pointer_ != nullptr; }
 
     void reset() { *this = ComPtr(); }
-    [[nodiscard]] Interface* release() { return std::exchange(pointer_, nullptr); }
 
     // For functions that hand out a reference through a pointer.
     Interface** put() {

@@ -1,21 +1,14 @@
 #include "win/folders.h"
 
 #include "win/platform.h"
+#include "win/sized_text.h"
 
 namespace win {
 namespace {
 
 std::wstring FolderFrom(UINT(WINAPI* query)(LPWSTR, UINT)) {
-    std::wstring folder(MAX_PATH, L'\0');
-    UINT length = query(folder.data(), static_cast<UINT>(folder.size()));
-    if (length > folder.size()) {
-        folder.resize(length);
-        length = query(folder.data(), length);
-    }
-    folder.resize(length);
-    while (!folder.empty() && folder.back() == L'\\')
-        folder.pop_back();
-    return folder;
+    const std::wstring folder = SizedText(query);
+    return folder.substr(0, folder.find_last_not_of(L'\\') + 1);
 }
 
 }  // namespace

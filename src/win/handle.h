@@ -78,7 +78,6 @@ using ImageList = Unique<NullTraits<HIMAGELIST, &::ImageList_Destroy>>;
 using Window = Unique<NullTraits<HWND, &::DestroyWindow>>;
 using GlobalMemory = Unique<NullTraits<HGLOBAL, &::GlobalFree>>;
 using LocalMemory = Unique<NullTraits<HLOCAL, &::LocalFree>>;
-using TaskMemory = Unique<NullTraits<void*, &::CoTaskMemFree>>;
 
 // The device context of a window, given back when the scope ends.
 class WindowDc {

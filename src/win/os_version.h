@@ -14,8 +14,7 @@ struct OsVersion {
     unsigned tenths() const { return major * 10 + minor; }
 };
 
-inline constexpr unsigned kWindows2000 = 50;
-inline constexpr unsigned kWindowsVista = 60;
+inline constexpr unsigned kWindows2000 = 50;  // in tenths
 
 // GetVersionExW. Without a compatibility entry in the manifest, Windows 8.1 and later answer 6.2. All zero when
 // the call fails.
