@@ -131,19 +131,6 @@ std::vector<std::wstring> Captions(const Driven& window) {
     return captions;
 }
 
-// What happens while the uninstaller of a test runs: a close, the end of the session, two turns of the wheel.
-struct Tick {
-    static void CALLBACK close(HWND form, UINT, UINT_PTR id, DWORD) {
-        KillTimer(form, id);
-        PostMessageW(form, WM_CLOSE, 0, 0);
-        answered = SendMessageW(form, WM_QUERYENDSESSION, 0, 0) == 0;
-        buttons_blocked = !IsWindowEnabled(GetDlgItem(form, IdOf(Control::cmdMenu_0)));
-        SendMessageW(form, WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-240)), 0);
-    }
-    inline static bool answered = false;
-    inline static bool buttons_blocked = false;
-};
-
 }  // namespace
 
 TEST_CASE("the window opens on the programs with designed sizes and the count of the first fill") {
@@ -403,27 +390,6 @@ TEST_CASE("stripes colour every other row while they are switched on") {
     CHECK(draw.clrTextBk == RGB(255, 255, 255));
     CHECK(ask(CDDS_ITEMPREPAINT, 7) == 0);
     CHECK(draw.clrTextBk == RGB(240, 240, 255));
-}
-
-TEST_CASE(
-    "while an uninstaller runs the window does not close, other tabs work, and the lists are scanned at its end") {
-    const SettingsFile settings;
-    // Waits for a second and a half, then ends; its entry is still there afterwards.
-    const Program program(L"QvxWait", L"待つもの", L"C:\\windows\\system32\\cmd.exe /c ping -n 3 127.0.0.1");
-    const Driven window;
-    const ui::ListView list = window.list(Control::ListView1_0);
-    list.select(list.find(0, L"待つもの"));
-    SetTimer(window.form->window(), 77, 200, &Tick::close);
-    window.command(MenuArray::mnuPopItem, 3);
-    CHECK(Tick::answered);
-    CHECK(Tick::buttons_blocked);
-    CHECK(window.open());
-    CHECK(window.tab() == 2);  // the user has moved on, and the scan at the end leaves that alone
-    CHECK(window.shown(Control::lvStartUp));
-    CHECK(window.status() == win::ToText(window.list(Control::lvStartUp).count()) + L" 個の項目");
-    CHECK(IsWindowEnabled(window.at(Control::cmdMenu_0)));
-    CHECK(list.find(0, L"待つもの") >= 0);
-    CHECK(list.selected() == -1);
 }
 
 TEST_CASE("two hundred visits and refreshes of the tabs leave nothing behind") {
