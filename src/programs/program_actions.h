@@ -19,6 +19,7 @@ struct ProgramRow {
     std::wstring key_name;
 };
 
+// The selected row; nothing without one.
 std::optional<ProgramRow> SelectedProgram(const ui::ListView& list);
 
 // Runs the uninstall command and waits for its process. True when it ran and the lists are to be scanned again.

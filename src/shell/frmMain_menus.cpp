@@ -1,3 +1,4 @@
+// The menus, and what the items of File, View and Help do.
 #include "shell/frmMain.h"
 
 #include "programs/open_with_shell.h"

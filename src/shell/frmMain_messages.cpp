@@ -1,6 +1,5 @@
+// The window procedures, the notifications of the controls, and the message loop.
 #include "shell/frmMain.h"
-
-#include "ui/control.h"
 
 #include <windowsx.h>
 

@@ -1,3 +1,4 @@
+// What setting.ini keeps from one run to the next.
 #include "shell/frmMain.h"
 
 #include "ui/control.h"

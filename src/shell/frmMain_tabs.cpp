@@ -1,3 +1,4 @@
+// The tab strip: which view it shows, and its filling.
 #include "shell/frmMain.h"
 
 #include "ui/control.h"

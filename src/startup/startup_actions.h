@@ -19,6 +19,7 @@ struct StartupEntry {
     bool name_goes_on = false;  // kNameGoesOn
 };
 
+// The selected row; nothing without one.
 std::optional<StartupEntry> SelectedStartupEntry(const ui::ListView& list);
 
 // A registry value rather than a file in a folder.

@@ -21,6 +21,7 @@ win::Font CreateMessageFont();
 // Shows the vertical scroll bar of a multi-line text box only when its text needs one.
 void FitScrollBar(HWND box);
 
+// Shows or hides a control without giving it the focus (ShowWindow); nothing is done where it is so already.
 void Show(HWND control, bool shown);
 
 // The lines of a combo box's list.
