@@ -25,8 +25,8 @@ frmMain::~frmMain() {
 }
 
 bool frmMain::open(std::wstring_view argument) {
-    INITCOMMONCONTROLSEX classes = {sizeof classes,
-                                    ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES | ICC_BAR_CLASSES | ICC_STANDARD_CLASSES};
+    // Not ICC_STANDARD_CLASSES: before Windows XP the whole call may fail for it, and the manifest brings those anyway.
+    INITCOMMONCONTROLSEX classes = {sizeof classes, ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES | ICC_BAR_CLASSES};
     InitCommonControlsEx(&classes);
     ui::RegisterLinkLabel(instance_);
     const int small_icon = GetSystemMetrics(SM_CXSMICON);
