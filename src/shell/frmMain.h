@@ -111,6 +111,7 @@ private:
     void remove_tab(Tab tab);
     void select_tab(int place);  // 0-based; runs the tab click
     void step_tab(int direction, bool wrap);
+    void mouse_wheel(int delta);
     Tab selected_tab() const;
     void tb_Click();
     void show_view(const TabRow& row);
@@ -136,9 +137,6 @@ private:
     static LRESULT CALLBACK ListProcedure(HWND window, UINT message, WPARAM wide, LPARAM parameter);
     LRESULT notify(NMHDR& header);
     LRESULT list_notify(Control which, NMHDR& header);
-    bool stripe(NMHDR& header, LRESULT& answer);
-    void mouse_wheel(int delta);
-    void menu_select(WPARAM wide);
     void command(int id, int code);
     void dispatch(const MSG& message);
     void dispatch_pending();
@@ -157,6 +155,7 @@ private:
     // ---- menus: frmMain_menus.cpp
     void create_menus();
     void menu_opens(HMENU menu);
+    void menu_select(WPARAM wide);
     void menu_Click(int id);
     void mnuFileItem_Click(int index);
     void mnuViewItem_Click(int index);
@@ -166,12 +165,13 @@ private:
     void show_version();
     void check_view_items();
 
-    // ---- what lists, labels and buttons report, and sorting: frmMain_lists.cpp
+    // ---- what lists, labels and buttons report, stripes, sorting: frmMain_lists.cpp
     struct SortState {
         int key = -1;     // the column whose text is compared; -1: not sorted
         int column = -1;  // the column that was clicked
         ui::SortOrder order = ui::SortOrder::Ascending;
     };
+    bool stripe(NMHDR& header, LRESULT& answer);
     void list_ColumnClick(Control which, int column);
     void sort_again(Control which);
     static bool is_program_list(Control which);

@@ -14,6 +14,9 @@ namespace {
 constexpr int kSizeColumn = programs::ProgramColumn::Size;
 constexpr int kSizeKeyColumn = programs::ProgramColumn::SizeKey;
 
+constexpr COLORREF kEvenRow = RGB(255, 255, 255);
+constexpr COLORREF kOddRow = RGB(240, 240, 255);
+
 }  // namespace
 
 bool frmMain::is_program_list(Control which) { return which == Control::ListView1_0 || which == Control::ListView1_1; }
@@ -242,7 +245,23 @@ void frmMain::enable_buttons() {
     EnableWindow(control(Control::cmdMenu_1), !blocked);
 }
 
-// ---- sorting ----------------------------------------------------------------------------------------------------
+// ---- stripes and sorting ----------------------------------------------------------------------------------------
+
+// The colour of every other row, while stripes are switched on. True when `answer` is the whole answer.
+bool frmMain::stripe(NMHDR& header, LRESULT& answer) {
+    if (!stripes_ || header.code != static_cast<UINT>(NM_CUSTOMDRAW)) return false;
+    const ControlRow* row = row_of(header.hwndFrom);
+    if (!row || row->kind != Kind::ListView) return false;
+    auto& draw = reinterpret_cast<NMLVCUSTOMDRAW&>(header);
+    if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) {
+        answer = CDRF_NOTIFYITEMDRAW;
+        return true;
+    }
+    if (draw.nmcd.dwDrawStage == CDDS_ITEMPREPAINT) {
+        draw.clrTextBk = draw.nmcd.dwItemSpec % 2 == 0 ? kEvenRow : kOddRow;
+    }
+    return false;
+}
 
 void frmMain::list_ColumnClick(Control which, int column) {
     const int key = is_program_list(which) && column == kSizeColumn ? kSizeKeyColumn : column;

@@ -75,6 +75,14 @@ void frmMain::menu_opens(HMENU menu) {
     }
 }
 
+// Only the menu bar has hints; a pop-up menu leaves the advice or the count readable.
+void frmMain::menu_select(WPARAM wide) {
+    const UINT flags = HIWORD(wide);
+    const bool on_item = flags != 0xFFFF && (flags & (MF_POPUP | MF_SEPARATOR | MF_SYSMENU)) == 0;
+    status_.menu(on_item ? HintOf(LOWORD(wide)) : std::wstring_view());
+    show_status();
+}
+
 // The tab of the system report shows no list.
 bool frmMain::shown_list_can_be_saved() const { return shown_tab_ != Tab::SystemInformation; }
 

@@ -8,9 +8,6 @@
 namespace shell {
 namespace {
 
-constexpr COLORREF kEvenRow = RGB(255, 255, 255);
-constexpr COLORREF kOddRow = RGB(240, 240, 255);
-
 // The smallest window, pixels at 96 dpi.
 constexpr int kLeastWidth = 480;
 constexpr int kLeastHeight = 320;
@@ -134,41 +131,6 @@ LRESULT frmMain::message(UINT message, WPARAM wide, LPARAM parameter) {
             break;
     }
     return DefWindowProcW(window_, message, wide, parameter);
-}
-
-// ---- what the window procedure adds -----------------------------------------------------------------------------
-
-bool frmMain::stripe(NMHDR& header, LRESULT& answer) {
-    if (!stripes_ || header.code != static_cast<UINT>(NM_CUSTOMDRAW)) return false;
-    const ControlRow* row = row_of(header.hwndFrom);
-    if (!row || row->kind != Kind::ListView) return false;
-    auto& draw = reinterpret_cast<NMLVCUSTOMDRAW&>(header);
-    if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) {
-        answer = CDRF_NOTIFYITEMDRAW;
-        return true;
-    }
-    if (draw.nmcd.dwDrawStage == CDDS_ITEMPREPAINT) {
-        draw.clrTextBk = draw.nmcd.dwItemSpec % 2 == 0 ? kEvenRow : kOddRow;
-    }
-    return false;
-}
-
-// Not while a menu, a message box or the open history wants the wheel. Fine wheels turn in parts of a notch.
-void frmMain::mouse_wheel(int delta) {
-    if (in_menu_ || !IsWindowEnabled(window_) || SendMessageW(control(Control::cb), CB_GETDROPPEDSTATE, 0, 0)) return;
-    wheel_ += delta;
-    for (; wheel_ <= -WHEEL_DELTA; wheel_ += WHEEL_DELTA)
-        step_tab(+1, false);
-    for (; wheel_ >= WHEEL_DELTA; wheel_ -= WHEEL_DELTA)
-        step_tab(-1, false);
-}
-
-// Only the menu bar has hints; a pop-up menu leaves the advice or the count readable.
-void frmMain::menu_select(WPARAM wide) {
-    const UINT flags = HIWORD(wide);
-    const bool on_item = flags != 0xFFFF && (flags & (MF_POPUP | MF_SEPARATOR | MF_SYSMENU)) == 0;
-    status_.menu(on_item ? HintOf(LOWORD(wide)) : std::wstring_view());
-    show_status();
 }
 
 // ---- notifications ----------------------------------------------------------------------------------------------

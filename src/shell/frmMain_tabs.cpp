@@ -61,6 +61,16 @@ void frmMain::step_tab(int direction, bool wrap) {
     if (next >= 0 && next < tabs) select_tab(next);
 }
 
+// Not while a menu, a message box or the open history wants the wheel. Fine wheels turn in parts of a notch.
+void frmMain::mouse_wheel(int delta) {
+    if (in_menu_ || !IsWindowEnabled(window_) || SendMessageW(control(Control::cb), CB_GETDROPPEDSTATE, 0, 0)) return;
+    wheel_ += delta;
+    for (; wheel_ <= -WHEEL_DELTA; wheel_ += WHEEL_DELTA)
+        step_tab(+1, false);
+    for (; wheel_ >= WHEEL_DELTA; wheel_ -= WHEEL_DELTA)
+        step_tab(-1, false);
+}
+
 void frmMain::run(Activity::Request request) {
     if (request != Activity::Request::Rescan) create_later_controls();
     hourglass(true);
