@@ -3,6 +3,7 @@
 
 #include "sysinfo/control_panel.h"
 #include "sysinfo/modSystemInfo.h"
+#include "sysinfo/report_box.h"
 #include "ui/control.h"
 #include "win/folders.h"
 
@@ -16,7 +17,7 @@ void frmMain::fill_control_panel() {
 }
 
 void frmMain::fill_report() {
-    sysinfo::ShowSystemReport(control(Control::txtSys), win::SystemDirectory());
+    sysinfo::ShowInReportBox(control(Control::txtSys), sysinfo::BuildSystemReport(win::SystemDirectory()));
     ui::FitScrollBar(control(Control::txtSys));
     tmrMem_Timer();
 }

@@ -11,9 +11,6 @@ namespace sysinfo {
 // name does.
 std::wstring BuildSystemReport(const std::wstring& system_directory);
 
-// Puts the report into `box` (txtSys), a multi-line edit control: margins and tab stops for its font first.
-void ShowSystemReport(HWND box, const std::wstring& system_directory);
-
 // GetVersionExW, GetProductInfo and IsWow64Process where there are any.
 std::wstring GetOSName();
 

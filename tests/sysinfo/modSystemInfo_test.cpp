@@ -6,6 +6,7 @@
 #include "support/show.h"
 #include "support/stand_in.h"
 #include "support/test_key.h"
+#include "sysinfo/report_box.h"
 #include "sysinfo/system_report.h"
 #include "win/folders.h"
 #include "win/process.h"
@@ -139,8 +140,8 @@ TEST_CASE("In its box the report has margins, and its values one column") {
         const win::Window box(CreateWindowExW(0, L"EDIT", L"", WS_POPUP | ES_MULTILINE | ES_READONLY | ES_AUTOHSCROLL,
                                               0, 0, 900, 700, nullptr, nullptr, nullptr, nullptr));
         SendMessageW(box.get(), WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), FALSE);
-        ShowSystemReport(box.get(), win::SystemDirectory());
-        ShowSystemReport(box.get(), win::SystemDirectory());
+        for (int time = 0; time < 2; ++time)
+            ShowInReportBox(box.get(), BuildSystemReport(win::SystemDirectory()));
 
         std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(box.get())) + 1, L'\0');
         text.resize(static_cast<std::size_t>(GetWindowTextW(box.get(), text.data(), static_cast<int>(text.size()))));
