@@ -120,7 +120,7 @@ void frmMain::mnuHelpItem_Click(int index) {
 void frmMain::show_version() {
     const Activity::Command command(activity_);
     if (!command) return;
-    const std::wstring text = std::wstring(ui::kProductName) + L" Ver" + version_text + L"\r\n" + kAuthor;
+    const std::wstring text = std::wstring(ui::kProductName) + L" Ver" + kVersion + L"\r\n" + kAuthor;
     ui::Inform(window_, text, ui::kProductName);
 }
 
