@@ -6,6 +6,7 @@
 #include "tools/memory_monitor.h"
 #include "win/folders.h"
 
+#include "../tests/support/test_host.h"
 #include "../tests/support/test_list.h"
 #include "timing.h"
 
@@ -44,7 +45,8 @@ void MeasureCatalogue() {
     const TestList shown(sysinfo::kControlPanelColumns);
     const win::ImageList images(ImageList_Create(16, 16, ILC_COLOR32 | ILC_MASK, 0, 64));
     const auto folders = sysinfo::QueryControlPanelFolders();
-    const auto fill = [&] { sysinfo::FillControlPanelList(shown.list, images.get(), kWindows7, folders); };
+    TestHost host;
+    const auto fill = [&] { sysinfo::FillControlPanelList(shown.list, images.get(), kWindows7, folders, host); };
     const double first = BestOf(1, fill);
     const double again = BestOf(20, fill);
     const int rows = shown.list.count();

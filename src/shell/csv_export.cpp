@@ -21,7 +21,8 @@ bool IsNumeric(const std::wstring& text) {
     return SUCCEEDED(VarR8FromStr(const_cast<wchar_t*>(text.c_str()), LOCALE_USER_DEFAULT, 0, &number));
 }
 
-std::string CsvOf(const ui::ListView& list) {
+std::string CsvOf(const ui::ListView& list, ui::Host& host) {
+    ui::PumpNowAndThen pump(host);
     const int columns = list.column_count();
     std::wstring text;
     for (int column = 0; column < columns; ++column) {
@@ -40,6 +41,7 @@ std::string CsvOf(const ui::ListView& list) {
             }
         }
         text += L"\r\n";
+        pump();
     }
     return win::ToAnsi(text);
 }

@@ -91,7 +91,7 @@ void frmMain::save_shown_list() {
     if (!command || !shown_list_can_be_saved()) return;
     const ui::ListView shown = list(RowOf(shown_tab_).view);
     const std::wstring path = ui::ChooseFileToSave(window_, kSaveTitle, kCsvFilter, L"csv");
-    if (!path.empty() && WriteWholeFile(path, CsvOf(shown))) status(kSaved);
+    if (!path.empty() && WriteWholeFile(path, CsvOf(shown, *this))) status(kSaved);
 }
 
 void frmMain::mnuHelpItem_Click(int index) {

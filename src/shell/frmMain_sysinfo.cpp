@@ -12,7 +12,7 @@ namespace shell {
 void frmMain::fill_control_panel() {
     const ui::ListView catalogue = list(Control::ListView2);
     sysinfo::FillControlPanelList(catalogue, control_panel_images_.get(), os_.tenths(),
-                                  sysinfo::QueryControlPanelFolders());
+                                  sysinfo::QueryControlPanelFolders(), *this);
     list_filled(Control::ListView2);
 }
 

@@ -19,7 +19,7 @@ constexpr DWORD kNotListed = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN;
 // One fill of the list, with what is remembered for its length.
 class Fill {
 public:
-    explicit Fill(const ui::ListView& list) : list_(list) {}
+    Fill(const ui::ListView& list, ui::Host& host) : list_(list), pump_(host) {}
 
     void scan_startup_folder(const std::wstring& folder);
     void scan_run_key(const programs::Scope& scope, const wchar_t* key_path);
@@ -31,6 +31,7 @@ private:
                  const std::wstring& description, const std::wstring& icon_path, LPARAM tag = 0);
 
     ui::ListView list_;
+    ui::PumpNowAndThen pump_;  // an icon or a description can take its time
     FileProbe probe_;
     FileDescriptions descriptions_;
 };
@@ -87,6 +88,7 @@ void Fill::add_row(const std::wstring& name, const std::wstring& value, const st
     list_.set_cell(row, StartupColumn::Value, value);
     list_.set_cell(row, StartupColumn::Location, location);
     list_.set_cell(row, StartupColumn::Description, description);
+    pump_();
 }
 
 }  // namespace
@@ -94,7 +96,7 @@ void Fill::add_row(const std::wstring& name, const std::wstring& value, const st
 void ScanStartup(const ui::ListView& list, ui::Host& host) {
     const ui::ListFill painted_once(list);
     list.clear();
-    Fill fill(list);
+    Fill fill(list, host);
     for (const int folder : {CSIDL_STARTUP, CSIDL_COMMON_STARTUP}) {
         fill.scan_startup_folder(win::GetSpecialFolderPath(folder));
         host.pump();

@@ -46,14 +46,16 @@ ControlPanelFolders QueryControlPanelFolders() {
 }
 
 void FillControlPanelList(const ui::ListView& list, HIMAGELIST images, unsigned os_number,
-                          const ControlPanelFolders& folders) {
+                          const ControlPanelFolders& folders, ui::Host& host) {
     const auto catalogue = ControlPanelCatalogue();
     const ui::ListFill fill(list, static_cast<int>(catalogue.size()));
     list.clear();
     ImageList_RemoveAll(images);
+    ui::PumpNowAndThen pump(host);
     for (const CatalogueRow& row : catalogue) {
         if (os_number < row.versions.from || os_number > row.versions.to) continue;
         AddCatalogueRow(list, images, row, folders);
+        if (!pump()) return;
     }
 }
 

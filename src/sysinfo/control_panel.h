@@ -1,6 +1,7 @@
 // The Control Panel list: what of the catalogue this machine has, and opening it.
 #pragma once
 
+#include "ui/host.h"
 #include "ui/list_view.h"
 
 #include <string>
@@ -29,7 +30,7 @@ ControlPanelFolders QueryControlPanelFolders();
 // Fills ListView2 anew; `images`, its small image list, is emptied first and belongs to the caller. `os_number` is the
 // OS version number in tenths.
 void FillControlPanelList(const ui::ListView& list, HIMAGELIST images, unsigned os_number,
-                          const ControlPanelFolders& folders);
+                          const ControlPanelFolders& folders, ui::Host& host);
 
 // Appends the small icon `index` of `file` (ExtractIconExW) to `images` and returns the new number of images; 0 when
 // there is no such icon. A name without folder is searched for as Windows does.

@@ -1,6 +1,7 @@
 #include "shell/csv_export.h"
 
 #include "support/test_folder.h"
+#include "support/test_host.h"
 #include "support/test_list.h"
 #include "win/text.h"
 
@@ -36,6 +37,7 @@ std::vector<std::wstring> FilesIn(const std::wstring& folder) {
 
 TEST_CASE("a list becomes lines in the system's code page, numbers bare, everything else in quotes") {
     const TestList shown(kColumns);
+    TestHost host;
     const auto add = [&shown](const wchar_t* name, const wchar_t* value, const wchar_t* key) {
         const int row = shown.list.add_row(name);
         shown.list.set_cell(row, 1, value);
@@ -51,13 +53,14 @@ TEST_CASE("a list becomes lines in the system's code page, numbers bare, everyth
         L"\"say \"hi\"\",\"1.50MB\",\"\"\r\n"
         L"\"絵文字\U0001F600é\",-1,20090301\r\n"
         L"\"二行\r\n目,\",\"1.5 GB\",\"\"\"\r\n";
-    CHECK(shell::CsvOf(shown.list) == win::ToAnsi(expected));
+    CHECK(shell::CsvOf(shown.list, host) == win::ToAnsi(expected));
     shown.list.sort(0, ui::SortOrder::Descending);
-    CHECK(shell::CsvOf(shown.list).ends_with(win::ToAnsi(L"\"123\",123,00001.50\r\n")));
+    CHECK(shell::CsvOf(shown.list, host).ends_with(win::ToAnsi(L"\"123\",123,00001.50\r\n")));
 }
 
 TEST_CASE("cells are saved whole, and ten thousand rows keep their order") {
     const TestList shown(kColumns);
+    TestHost host;
     const std::wstring longest(20'000, L'長');
     {
         const ui::ListFill fill(shown.list, 10'000);
@@ -65,7 +68,7 @@ TEST_CASE("cells are saved whole, and ten thousand rows keep their order") {
             shown.list.set_cell(shown.list.add_row(win::ToText(i)), 1, L"x");
     }
     shown.list.set_cell(0, 1, longest);
-    const std::string csv = shell::CsvOf(shown.list);
+    const std::string csv = shell::CsvOf(shown.list, host);
     CHECK(csv.find(win::ToAnsi(longest)) != csv.npos);
     CHECK(csv.ends_with("\"9999\",\"x\",\"\"\r\n"));
 }

@@ -74,6 +74,7 @@ class DetailsShell {
 public:
     int headers_read = 0;
     int details_read = 0;
+    DWORD delay = 0;  // milliseconds that a detail takes
     std::vector<std::wstring> folders;
 
 private:
@@ -89,6 +90,7 @@ private:
             return column <= 40 ? S_OK : E_INVALIDARG;
         }
         ++details_read;
+        Sleep(delay);
         const std::wstring name = win::Object::from(win::Variant(arguments[0]->pdispVal)).get(L"Name").text();
         result = win::Variant(name + (column == kLater ? L" の説明" : L" の何か"));
         return S_OK;
@@ -142,6 +144,7 @@ doubles::RegisteredClass ScriptHost(HRESULT code, std::wstring target) {
 TEST_CASE("both folders and the four keys are listed in their order, with targets, places and descriptions") {
     SeededStartup startup;
     DetailsShell shell;
+    shell.delay = 20;
     const std::wstring program = startup.programs.make_file(L"常駐 1.exe");
     const std::wstring other = startup.programs.make_file(L"other.exe");
     const std::wstring gone = startup.programs.path() + L"\\gone.exe";
@@ -180,6 +183,7 @@ TEST_CASE("both folders and the four keys are listed in their order, with target
     CHECK(shell.folders == std::vector<std::wstring>(3, startup.programs.path()));
     CHECK(shell.headers_read == 3 * 41);
     CHECK(shell.details_read == 3 * 4 * 2);
+    CHECK(startup.host.pumps > 3 * (2 + 4));  // not only behind each folder and key
 }
 
 TEST_CASE("a row shows the icon of the file that it starts") {

@@ -4,6 +4,7 @@
 #include "support/recorder.h"
 #include "support/show.h"
 #include "support/stand_in.h"
+#include "support/test_host.h"
 #include "support/test_key.h"
 #include "support/test_list.h"
 #include "support/throw_away.h"
@@ -76,7 +77,7 @@ public:
     ~Panel() { ImageList_Destroy(images); }
 
     void fill(const Machine& machine, unsigned os_number) {
-        FillControlPanelList(shown.list, images, os_number, machine.folders);
+        FillControlPanelList(shown.list, images, os_number, machine.folders, host);
     }
 
     // The colour of a row's icon; nothing for a row without one.
@@ -86,6 +87,7 @@ public:
         return ImageColour(images, image);
     }
 
+    TestHost host;
     TestList shown{kControlPanelColumns};
     HIMAGELIST images = ImageList_Create(16, 16, ILC_COLOR32 | ILC_MASK, 8, 8);
 };

@@ -46,6 +46,7 @@ BOOL WINAPI InterferingFindNext(HANDLE entries, INTERNET_CACHE_ENTRY_INFOA* entr
     if (entry && *size < 1000) {
         for (const std::string& url : std::exchange(vanishing, {}))
             DeleteUrlCacheEntryA(url.c_str());
+        Sleep(20);
     }
     return FindNextUrlCacheEntryA(entries, entry, size);
 }
@@ -87,7 +88,7 @@ TEST_CASE("Normal entries go by kind, entries of any size, and others stay") {
             MakeEntry(kind.url, kind.type, kind.header_bytes);
         TestHost host;
         DeleteUrlCacheEntries(cookies, host);
-        CHECK(host.pumps == 1);
+        CHECK(host.pumps > 0);
         for (const Kind& kind : kinds) {
             CAPTURE(kind.url);
             CHECK(Cached(kind.url) == (cookies ? kind.stays_without_cookies : kind.stays_without_pages));
@@ -119,6 +120,7 @@ TEST_CASE("An entry that vanishes between the two calls or is locked costs no ot
     TestHost host;
     DeleteUrlCacheEntries(false, host);
     CHECK(vanishing.empty());
+    CHECK(host.pumps > 1);  // the window lives while the cache takes its time
     for (int number = 0; number < 40; ++number)
         CHECK_FALSE(Cached(url(number)));
     UnlockUrlCacheEntryFileA(locked.c_str(), 0);
