@@ -1,4 +1,4 @@
-// What this process holds. GetGuiResources and GetProcessHandleCount always answer 0 under Wine, so the figures come
+// What a process holds. GetGuiResources and GetProcessHandleCount always answer 0 under Wine, so the figures come
 // from where the system itself keeps them.
 #pragma once
 
@@ -17,7 +17,12 @@ struct Counters {
 
 namespace counters {
 
-inline long Handles() {
+template <class Function>
+Function Native(const char* name) {
+    return win::FindFunction<Function>(GetModuleHandleW(L"ntdll.dll"), name);
+}
+
+inline long Handles(DWORD process) {
     struct Entry {
         DWORD process;
         BYTE type;
@@ -28,7 +33,7 @@ inline long Handles() {
     };
     constexpr ULONG kSystemHandleInformation = 16;
     using Query = LONG(WINAPI*)(ULONG, void*, ULONG, ULONG*);
-    const auto query = win::FindFunction<Query>(GetModuleHandleW(L"ntdll.dll"), "NtQuerySystemInformation");
+    const auto query = Native<Query>("NtQuerySystemInformation");
     std::vector<std::byte> buffer(1 << 20);
     if (!query || query(kSystemHandleInformation, buffer.data(), static_cast<ULONG>(buffer.size()), nullptr) != 0) {
         return -1;
@@ -37,21 +42,33 @@ inline long Handles() {
     const auto* entries = reinterpret_cast<const Entry*>(buffer.data() + sizeof count);
     long own = 0;
     for (ULONG index = 0; index < count; ++index)
-        own += entries[index].process == GetCurrentProcessId();
+        own += entries[index].process == process;
     return own;
 }
 
-// The address of the process's table of GDI objects: 0x94 of the process environment block, or, for a 32-bit process
-// of a 64-bit prefix, 0xF8 of the 64-bit block, which the 64-bit thread block leads to.
-inline DWORD GdiTable() {
-    const auto at = [](DWORD address) { return *reinterpret_cast<const DWORD*>(address); };
-    DWORD thread = 0;
-    __asm__("movl %%fs:0x18, %0" : "=r"(thread));
-    const DWORD wide_thread = at(thread + 0xF70);
-    return wide_thread ? at(at(wide_thread + 0x60) + 0xF8) : at(at(thread + 0x30) + 0x94);
+// A 32-bit number, or an address, in a process.
+inline DWORD At(HANDLE process, DWORD address) {
+    DWORD value = 0;
+    ReadProcessMemory(process, reinterpret_cast<const void*>(address), &value, sizeof value, nullptr);
+    return value;
 }
 
-inline long GdiObjects() {
+// The address of a thread's block.
+inline DWORD ThreadBlock(HANDLE thread) {
+    struct Record {  // THREAD_BASIC_INFORMATION
+        LONG status;
+        DWORD block;
+        DWORD other[5];
+    };
+    using Query = LONG(WINAPI*)(HANDLE, ULONG, void*, ULONG, ULONG*);
+    const auto query = Native<Query>("NtQueryInformationThread");
+    Record record = {};
+    return query && query(thread, 0, &record, sizeof record, nullptr) == 0 ? record.block : 0;
+}
+
+// From the process's table of GDI objects: 0x94 of the process environment block, or, for a 32-bit process of a 64-bit
+// prefix, 0xF8 of the 64-bit block, which the 64-bit thread block leads to.
+inline long GdiObjects(HANDLE process, HANDLE thread) {
     struct Entry {
         std::uint64_t object;
         std::uint32_t owner;
@@ -61,30 +78,41 @@ inline long GdiObjects() {
         std::uint64_t user;
     };
     constexpr int kTableLength = 0x4000;
-    const auto* table = reinterpret_cast<const Entry*>(GdiTable());
+    const DWORD block = ThreadBlock(thread);
+    const DWORD wide = At(process, block + 0xF70);
+    const DWORD table =
+        wide ? At(process, At(process, wide + 0x60) + 0xF8) : At(process, At(process, block + 0x30) + 0x94);
+    std::vector<Entry> entries(kTableLength);
+    if (!ReadProcessMemory(process, reinterpret_cast<const void*>(table), entries.data(), kTableLength * sizeof(Entry),
+                           nullptr)) {
+        return -1;
+    }
     long used = 0;
-    for (int index = 0; table && index < kTableLength; ++index)
-        used += table[index].type != 0;
+    for (const Entry& entry : entries)
+        used += entry.type != 0;
     return used;
 }
 
-inline long PrivateKilobytes() {
-    struct Record {  // PROCESS_MEMORY_COUNTERS
-        DWORD size;
-        DWORD faults;
-        SIZE_T other[6];
-        SIZE_T page_file;  // the private bytes; under Wine those that are in use
+// The private bytes; under Wine those that are in use.
+inline long PrivateKilobytes(HANDLE process) {
+    struct Record {  // VM_COUNTERS
+        SIZE_T other[9];
+        SIZE_T page_file;
         SIZE_T page_file_peak;
     };
-    using Query = BOOL(WINAPI*)(HANDLE, Record*, DWORD);
-    const win::Module library = win::LoadSystemLibrary(L"psapi.dll");
-    const auto query = win::FindFunction<Query>(library.get(), "GetProcessMemoryInfo");
+    constexpr ULONG kProcessVmCounters = 3;
+    using Query = LONG(WINAPI*)(HANDLE, ULONG, void*, ULONG, ULONG*);
+    const auto query = Native<Query>("NtQueryInformationProcess");
     Record record = {};
-    record.size = sizeof record;
-    if (!query || !query(GetCurrentProcess(), &record, sizeof record)) return -1;
+    if (!query || query(process, kProcessVmCounters, &record, sizeof record, nullptr) != 0) return -1;
     return static_cast<long>(record.page_file / 1024);
 }
 
 }  // namespace counters
 
-inline Counters CountOwn() { return {counters::Handles(), counters::GdiObjects(), counters::PrivateKilobytes()}; }
+// `thread` is any thread of the process.
+inline Counters Count(HANDLE process, DWORD process_id, HANDLE thread) {
+    return {counters::Handles(process_id), counters::GdiObjects(process, thread), counters::PrivateKilobytes(process)};
+}
+
+inline Counters CountOwn() { return Count(GetCurrentProcess(), GetCurrentProcessId(), GetCurrentThread()); }
