@@ -1,23 +1,20 @@
-// Emptying a folder of 100,000 small files against bare loops of the same Windows calls: as on a volume that does not
-// tell links from files, Wine's, and as on one that does, Windows'. bench_temp_delete [files]
-#include "../tests/support/counters.h"
+// Emptying the temporary folder: as on a volume that does not tell links from files, Wine's, and as on one that does,
+// Windows'.
+#include "results.h"
+
 #include "../tests/support/host_link.h"
 #include "../tests/support/import_hook.h"
 #include "../tests/support/test_host.h"
-
-#include "timing.h"
 #include "tools/modFile.h"
 #include "tools/real_path.h"
+#include "win/system_library.h"
 #include "win/text.h"
-
-#include <algorithm>
-#include <cstdio>
-#include <iterator>
 
 namespace {
 
 constexpr wchar_t kFolder[] = L"C:\\bench temp";
 constexpr int kRounds = 5;
+constexpr int kFiles = 10000;
 
 // The host makes them: Wine looks through the whole folder for each new name.
 bool MakeFiles(int count) {
@@ -71,51 +68,24 @@ BOOL WINAPI VolumeWithLinks(LPCWSTR, LPWSTR, DWORD, DWORD*, DWORD*, DWORD* flags
     return TRUE;
 }
 
-struct Way {
-    const char* name;
-    void (*run)();
-};
-
-// Each bare loop and then what is measured against it.
-constexpr Way kWays[] = {
-    {"links shown: bare loop", [] { BareLoop([](const wchar_t* path) { DeleteFileW(path); }); }},
-    {"links shown: DeleteFolderContents",
-     [] {
-         const ImportHook hook("GetVolumeInformationW", &VolumeWithLinks);
-         Clean();
-     }},
-    {"links not shown: bare loop", [] { BareLoop(&DeleteByHandle); }},
-    {"links not shown: DeleteFolderContents", &Clean},
-};
+void CleanWithLinks() {
+    const ImportHook hook("GetVolumeInformationW", &VolumeWithLinks);
+    Clean();
+}
 
 }  // namespace
 
 int wmain(int count, wchar_t** arguments) {
-    setvbuf(stdout, nullptr, _IONBF, 0);
-    if (const std::wstring objection = throw_away::Objection(); !objection.empty()) {
-        std::printf("not here: %s\n", win::ToAnsi(objection).c_str());
-        return 1;
-    }
-    const int files = count > 1 ? win::ToInteger(arguments[1]) : 100000;
-    if (!CreateDirectoryW(kFolder, nullptr)) return 1;
-    // Wine's two processes may or may not find themselves on one processor: the best times compare like with like.
-    double best[std::size(kWays)] = {1e9, 1e9, 1e9, 1e9};
-    for (int round = 0; round < kRounds; ++round) {
-        for (std::size_t way = 0; way < std::size(kWays); ++way) {
-            if (!MakeFiles(files)) return 1;
-            const Counters before = CountOwn();
-            const double time = Once(kWays[way].run);
-            best[way] = std::min(best[way], time);
-            const Counters after = CountOwn();
-            std::printf("%-38s %8.0f ms   handles %+ld   private memory %+ld KB\n", kWays[way].name, time,
-                        after.handles - before.handles, after.private_kilobytes - before.private_kilobytes);
-        }
-    }
-    std::printf("\nbest of %d rounds with %d files\n", kRounds, files);
-    std::printf("DeleteFolderContents : bare loop, links shown      %.2f\n", best[1] / best[0]);
-    std::printf("DeleteFolderContents : bare loop, links not shown  %.2f\n", best[3] / best[2]);
-    std::printf("links not shown : links shown                      %.2f\n", best[3] / best[1]);
-    const bool empty = RemoveDirectoryW(kFolder) != FALSE;
-    std::printf("%s\n", empty ? "everything is gone" : "SOMETHING IS LEFT");
-    return empty ? 0 : 1;
+    bench::Begin(count, arguments);
+    const std::wstring objection = throw_away::Objection();
+    bench::Expect(objection.empty(), win::ToAnsi(L"no place to delete files: " + objection).c_str());
+    if (bench::failed || !CreateDirectoryW(kFolder, nullptr)) return 1;
+    const int files = bench::small ? 30 : kFiles;
+    const auto make = [&] { bench::Expect(MakeFiles(files), "the files to delete"); };
+    const auto delete_by_path = [] { BareLoop([](const wchar_t* path) { DeleteFileW(path); }); };
+    bench::Compare("temporary files, links shown", files, kRounds, {&CleanWithLinks, delete_by_path, {}, make});
+    bench::Compare("temporary files, links not shown", files, kRounds,
+                   {&Clean, [] { BareLoop(&DeleteByHandle); }, {}, make});
+    bench::Expect(RemoveDirectoryW(kFolder) != FALSE, "everything is deleted");
+    return bench::End();
 }

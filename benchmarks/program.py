@@ -1,0 +1,107 @@
+#!/usr/bin/env python3
+"""Size, memory and idle processor time of the real program, looked at from outside, beside those of an empty window
+with the same timer (empty_window.cpp). Prints what results.h prints.
+
+    program.py [--small]     in a throw-away prefix, with PREFIX and QORVENIX as ./bench sets them
+"""
+import os
+import pathlib
+import re
+import statistics
+import subprocess
+import sys
+import time
+
+SMALL = "--small" in sys.argv
+ENTRIES = 30 if SMALL else 1000
+IDLE_SECONDS = 3 if SMALL else 600
+PROGRAM = os.environ["QORVENIX"]
+EMPTY = r"Q:\release\bin\bench_empty_window.exe"
+UNINSTALL = r"[HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall\Program "
+
+
+def result(what, entries, unit, measured, bare, kind, goal):
+    print("result", what, entries, unit, f"{measured:.3f}", f"{bare:.3f}", "0", kind, goal, sep="\t")
+
+
+class Running:
+    """A program from its start to its forced end."""
+
+    def __init__(self, *command):
+        self.process = subprocess.Popen(["wine", *command], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.folder = pathlib.Path(f"/proc/{self.process.pid}")
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.process.kill()
+        self.process.wait()
+
+    def processor_time(self):
+        """Seconds, of all threads."""
+        return sum(int(each.read_text().split()[0]) for each in self.folder.glob("task/*/schedstat")) / 1e9
+
+    def private_memory(self):
+        """Kilobytes that belong to this process alone."""
+        return int(re.search(r"RssAnon:\s+(\d+)", (self.folder / "status").read_text()).group(1))
+
+    def peak_memory(self):
+        """The most of it until the program has come to rest."""
+        most, checked, used = 0, time.monotonic(), 0
+        while True:
+            assert self.process.poll() is None, "the program has ended"
+            most = max(most, self.private_memory())
+            time.sleep(0.002)
+            if time.monotonic() - checked > 2:
+                before, used, checked = used, self.processor_time(), time.monotonic()
+                if used - before < 0.05:
+                    return most
+
+
+def seed():
+    lines = ["Windows Registry Editor Version 5.00", ""]
+    for number in range(ENTRIES):
+        lines += [f"{UNINSTALL}{number}]", f'"DisplayName"="日本語のプログラム {number}"',
+                  '"Publisher"="株式会社プログラム"', f'"UninstallString"="MsiExec.exe /X{number}"',
+                  '"InstallDate"="20100401"', f'"InstallLocation"="C:\\\\Program Files\\\\Program {number}"',
+                  f'"EstimatedSize"=dword:{number * 1000:08x}', ""]
+    file = pathlib.Path(os.environ["PREFIX"]) / "drive_c/entries.reg"
+    file.write_bytes("\r\n".join(lines).encode("utf-16"))
+    subprocess.run(["wine", "regedit", "/S", r"C:\entries.reg"], check=True, stderr=subprocess.DEVNULL)
+
+
+def measure_memory():
+    peaks = {PROGRAM: [], EMPTY: []}
+    for _ in range(1 if SMALL else 5):
+        for command, found in peaks.items():
+            with Running(command) as program:
+                found.append(program.peak_memory())
+    result("peak private memory", ENTRIES, "KB", statistics.median(peaks[PROGRAM]), statistics.median(peaks[EMPTY]),
+           "more", 4096)
+
+
+def measure_idle():
+    commands = {"empty": [EMPTY], "idle": [PROGRAM], "idle with the memory panel": [PROGRAM, "7"]}
+    running = {what: Running(*command) for what, command in commands.items()}
+    for program in running.values():
+        program.peak_memory()  # until it has come to rest
+    before = {what: program.processor_time() for what, program in running.items()}
+    time.sleep(IDLE_SECONDS)
+    used = {what: program.processor_time() - before[what] for what, program in running.items()}
+    for program in running.values():
+        program.__exit__()
+    for what in list(commands)[1:]:
+        result(f"{what}, seconds of processor time in {IDLE_SECONDS} s", "", "s", used[what], used["empty"], "more", 0.5)
+
+
+def main():
+    file = pathlib.Path(os.environ["PREFIX"]) / "dosdevices" / (PROGRAM[:2].lower() + PROGRAM[2:].replace("\\", "/"))
+    result("executable", "", "bytes", file.stat().st_size, 0, "size", 300 * 1024)
+    seed()
+    measure_memory()
+    measure_idle()
+
+
+if __name__ == "__main__":
+    main()
