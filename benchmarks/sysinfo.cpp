@@ -7,6 +7,7 @@
 #include "sysinfo/control_panel.h"
 #include "sysinfo/control_panel_catalogue.h"
 #include "sysinfo/modSystemInfo.h"
+#include "sysinfo/report_box.h"
 #include "sysinfo/system_report.h"
 #include "tools/memory_monitor.h"
 #include "win/folders.h"
@@ -147,8 +148,9 @@ void MeasureReport() {
         BareTabs(box.get());
         SetWindowTextW(box.get(), report.c_str());
     };
-    bench::Compare("system report", 1, 41,
-                   {[&] { sysinfo::ShowSystemReport(box.get(), win::SystemDirectory()); }, bare}, 1.2);
+    bench::Compare(
+        "system report", 1, 41,
+        {[&] { sysinfo::ShowInReportBox(box.get(), sysinfo::BuildSystemReport(win::SystemDirectory())); }, bare}, 1.2);
     bench::Expect(sum > 0 && GetWindowTextLengthW(box.get()) > 100, "the system report");
 }
 
