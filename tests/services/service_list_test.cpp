@@ -1,7 +1,6 @@
 #include "services/service_list.h"
 
 #include "service_row_double.h"
-#include "support/leaks.h"
 #include "support/show.h"
 #include "support/test_host.h"
 #include "support/test_list.h"
@@ -119,14 +118,6 @@ TEST_CASE_FIXTURE(Fixture, "without WMI the list is empty and shown") {
     SUBCASE("no connection") { wmi.connects = false; }
     SUBCASE("no query") { wmi.takes_queries = false; }
     CHECK(fill().empty());
-}
-
-TEST_CASE_FIXTURE(Fixture, "a thousand refreshes leave nothing behind") {
-    const ServiceRow row = {L"service", L"Running", L"Auto", std::wstring(200, L'説'), L"C:\\s.exe", true, true, L"s"};
-    const WmiDouble wmi([&](const std::wstring&) { return Rows(std::vector<ServiceRow>(20, row)); });
-    const long objects = doubles::alive;
-    CheckHoldsOnToNothing(100, 1000, 255, [&] { services::FillServiceList(window.list, host); });
-    CHECK(doubles::alive == objects);
 }
 
 TEST_CASE("a description is shown with one sentence a line") {

@@ -1,6 +1,5 @@
 #include "tools/memory_monitor.h"
 
-#include "support/leaks.h"
 #include "support/recorder.h"
 #include "support/show.h"
 #include "support/stand_in.h"
@@ -94,18 +93,4 @@ TEST_CASE("The memory-release program is started quoted and minimised, or nothin
         RunMemoryRelease(path);
     }
     CHECK(recorder.starts_after_a_while().size() == 1);
-}
-
-TEST_CASE("An hour of ticks holds on to nothing") {
-    MemoryMonitor monitor;
-    SYSTEMTIME time = {};
-    std::size_t written = 0;
-    const auto tick = [&] {
-        for (const std::wstring& text : monitor.read())
-            written += text.size();
-        GetLocalTime(&time);
-        written += TitleText(time).size();
-    };
-    CheckHoldsOnToNothing(200, 7200, 256, tick);
-    CHECK(written > 0);
 }

@@ -1,7 +1,6 @@
 // The whole window, driven as a user drives it: posted mouse and key messages, read back from the real controls.
 #include "shell/frmMain.h"
 
-#include "support/counters.h"
 #include "ui/control.h"
 #include "ui/link_label.h"
 #include "win/com_ptr.h"
@@ -390,32 +389,4 @@ TEST_CASE("stripes colour every other row while they are switched on") {
     CHECK(draw.clrTextBk == RGB(255, 255, 255));
     CHECK(ask(CDDS_ITEMPREPAINT, 7) == 0);
     CHECK(draw.clrTextBk == RGB(240, 240, 255));
-}
-
-TEST_CASE("two hundred visits and refreshes of the tabs leave nothing behind") {
-    const SettingsFile settings("Icon=1\r\n");
-    const Program program(L"QvxIcon", L"アイコン", L"C:\\windows\\regedit.exe");
-    const Driven window;
-    constexpr int kRestoreTab = 5;  // Wine itself keeps two handles with every bind of a WMI moniker
-    const auto visit = [&window](int rounds) {
-        for (int round = 0; round < rounds; ++round) {
-            for (int place = 0; place < window.tabs(); ++place) {
-                if (place == kRestoreTab) continue;
-                SendMessageW(window.at(Control::tb), TCM_SETCURSEL, static_cast<WPARAM>(place), 0);
-                NMHDR change = {window.at(Control::tb), static_cast<UINT_PTR>(IdOf(Control::tb)),
-                                static_cast<UINT>(TCN_SELCHANGE)};
-                SendMessageW(window.form->window(), WM_NOTIFY, change.idFrom, reinterpret_cast<LPARAM>(&change));
-                window.command(MenuArray::mnuFileItem, 5);
-                window.form->pump();
-            }
-        }
-    };
-    visit(5);
-    const Counters before = CountOwn();
-    visit(30);
-    const Counters after = CountOwn();
-    CHECK(before.gdi_objects > 0);
-    CHECK(after.gdi_objects - before.gdi_objects <= 2);
-    CHECK(after.handles - before.handles <= 2);
-    CHECK(after.private_kilobytes - before.private_kilobytes < 300);
 }
