@@ -5,13 +5,17 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
+#include <cstring>
 #include <limits>
 
 namespace shell {
 namespace {
 
 constexpr char kSection[] = "Morlet";
-constexpr DWORD kTextLength = 1024;
+constexpr std::size_t kTextLength = 1023;
+constexpr DWORD kSectionLength = 8192;
+constexpr DWORD kLongestSection = 1 << 24;
 constexpr std::int64_t kTwipsPerInch = 1440;
 
 // The profile functions want an ANSI path. A folder whose name the code page lacks is reached by its short name.
@@ -27,6 +31,27 @@ std::string AnsiPath(std::wstring_view path) {
     return win::ToAnsi(short_folder + std::wstring(path.substr(slash)));
 }
 
+// "key=value" after "key=value", each with its NUL.
+std::string ReadSection(const std::string& file) {
+    for (DWORD room = kSectionLength;; room *= 2) {
+        std::string lines(room, '\0');
+        const DWORD length = GetPrivateProfileSectionA(kSection, lines.data(), room, file.c_str());
+        lines.resize(length);
+        if (length + 2 < room || room >= kLongestSection) return lines;
+    }
+}
+
+// One pair of quotes around the whole value belongs to the file, not to the value.
+std::string_view WithoutQuotes(std::string_view value) {
+    const bool quoted =
+        value.size() >= 2 && value.front() == value.back() && (value.front() == '"' || value.front() == '\'');
+    return quoted ? value.substr(1, value.size() - 2) : value;
+}
+
+bool SameKey(const std::string& left, std::string_view right) {
+    return left.size() == right.size() && _strnicmp(left.c_str(), right.data(), right.size()) == 0;
+}
+
 int Scale(std::int64_t value, std::int64_t numerator, std::int64_t denominator) {
     const std::int64_t scaled = value * numerator * 2;
     const std::int64_t half = scaled < 0 ? -denominator : denominator;
@@ -36,17 +61,31 @@ int Scale(std::int64_t value, std::int64_t numerator, std::int64_t denominator) 
 
 }  // namespace
 
-Settings::Settings(std::wstring_view file) : file_(AnsiPath(file)) {}
-
-std::wstring Settings::text(std::string_view key) const {
-    char value[kTextLength] = {};
-    const DWORD length =
-        GetPrivateProfileStringA(kSection, std::string(key).c_str(), "", value, kTextLength, file_.c_str());
-    return std::wstring(win::CutAtNul(win::FromAnsi({value, std::min(length, kTextLength)})));
+Settings::Settings(std::wstring_view file) : file_(AnsiPath(file)) {
+    const std::string section = ReadSection(file_);
+    for (std::string_view left = section; !left.empty();) {
+        const std::string_view line = left.substr(0, left.find('\0'));
+        left.remove_prefix(std::min(line.size() + 1, left.size()));
+        const std::size_t equals = line.find('=');
+        if (equals == line.npos) continue;
+        values_.emplace_back(line.substr(0, equals), WithoutQuotes(line.substr(equals + 1)));
+    }
 }
 
+std::string_view Settings::value(std::string_view key) const {
+    const auto found =
+        std::find_if(values_.begin(), values_.end(), [key](const auto& each) { return SameKey(each.first, key); });
+    return found == values_.end() ? std::string_view() : found->second;
+}
+
+std::wstring Settings::text(std::string_view key) const { return win::FromAnsi(value(key).substr(0, kTextLength)); }
+
 int Settings::number(std::string_view key, int missing) const {
-    return static_cast<int>(GetPrivateProfileIntA(kSection, std::string(key).c_str(), missing, file_.c_str()));
+    const std::string digits(value(key));
+    if (digits.empty()) return missing;
+    const int base = digits.starts_with("0x") ? 16 : 10;
+    // Too large a number wraps, as the profile functions have it.
+    return static_cast<int>(static_cast<unsigned>(std::strtoull(digits.c_str(), nullptr, base)));
 }
 
 void Settings::write(std::string_view key, std::wstring_view value) const {

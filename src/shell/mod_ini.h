@@ -3,6 +3,8 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace shell {
 
@@ -21,19 +23,24 @@ inline constexpr char kHeightKey[] = "H";
 class Settings {
 public:
     Settings() = default;
-    // `file` is the full path. Nothing is opened or created before the first access.
+    // `file` is the full path. The section is read here, in one go: the profile functions open the file again for every
+    // single key, and a start asks for thirty.
     explicit Settings(std::wstring_view file);
 
-    // GetPrivateProfileStringA with room for 1024 characters; empty when the key is missing.
+    // The first 1023 bytes of the value, as GetPrivateProfileStringA has it; empty when the key is missing.
     std::wstring text(std::string_view key) const;
-    // GetPrivateProfileIntA; `missing` when the key is missing or has no value, 0 for what is no number.
+    // As GetPrivateProfileIntA: `missing` when the key is missing or has no value, 0 for what is no number.
     int number(std::string_view key, int missing) const;
-    // WritePrivateProfileStringA. A file that cannot be written is left as it is, without a word.
+    // WritePrivateProfileStringA. A file that cannot be written is left as it is, without a word. What is written is not
+    // read back.
     void write(std::string_view key, std::wstring_view value) const;
     void write(std::string_view key, int value) const;
 
 private:
+    std::string_view value(std::string_view key) const;
+
     std::string file_;
+    std::vector<std::pair<std::string, std::string>> values_;  // by key, in the order of the file
 };
 
 // The key of a stored column width: the 1-based column, "Col", the list's suffix ("7Col0").

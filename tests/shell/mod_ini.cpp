@@ -2,10 +2,12 @@
 
 #include "support/test_folder.h"
 #include "win/handle.h"
+#include "win/text.h"
 
 #include <doctest/doctest.h>
 
 #include <string>
+#include <vector>
 
 using shell::Settings;
 
@@ -23,13 +25,44 @@ TEST_CASE("settings are read back as written, and nothing else in the file is lo
     TestFolder folder(L"Qorvenix shell test");
     const std::wstring file = folder.own(L"設定 setting.ini");
     WriteBytes(file, "[Other]\r\nKeep=1\r\n[Morlet]\r\nMine=by hand\r\n");
+    Settings(file).write("Mem", L"C:\\開放 プログラム\\a b.exe");
+    Settings(file).write("X", -120);
     const Settings settings(file);
-    settings.write("Mem", L"C:\\開放 プログラム\\a b.exe");
-    settings.write("X", -120);
     CHECK(settings.text("Mem") == L"C:\\開放 プログラム\\a b.exe");
     CHECK(settings.number("X", 7) == -120);
     CHECK(settings.text("Mine") == L"by hand");
     CHECK(GetPrivateProfileIntW(L"Other", L"Keep", 0, file.c_str()) == 1);
+}
+
+// Read as the profile functions read each key on its own, from files that users and other programs have edited.
+TEST_CASE("a section read in one go holds what the single reads give") {
+    TestFolder folder(L"Qorvenix shell test");
+    const std::wstring file = folder.own(L"edited.ini");
+    std::string lines = "; a remark\r\n[Other]\r\nX=1\r\n\r\n[morlet]\r\n";
+    const char* const values[] = {"12",  " 7 ",        "-1",          "0x10",    "010",       "12abc",
+                                  "abc", "",           "\"5\"",       "'6'",     "\"\"a\"\"", "4294967295",
+                                  "a=b", "\"",         "99999999999", "C:\\a b", "＝表能",    "+3",
+                                  "- 4", "1 ; remark", "\"a\" /b",    "\t9"};
+    int count = 0;
+    for (const char* value : values) {
+        lines += "  key" + std::to_string(count) + (count % 2 == 0 ? " = " : "=") + std::string(value) + "\r\n";
+        ++count;
+    }
+    WriteBytes(file, lines + "KEY0=99\r\nno value\r\n=nameless\r\n[morlet]\r\nlate=1\r\n" + std::string(40'000, ';') +
+                         "\r\nfar=8\r\n" + std::string(70'000, 'k') + "=1\r\nlast=2");
+    const Settings settings(file);
+    std::vector<std::string> keys = {"late", "far", "last", "no value", "nothing"};
+    for (int each = 0; each < count; ++each)
+        keys.push_back("Key" + std::to_string(each));
+    for (const std::string& key : keys) {
+        CAPTURE(key);
+        char text[1024] = {};
+        const std::string path = win::ToAnsi(file);
+        GetPrivateProfileStringA("Morlet", key.c_str(), "", text, 1024, path.c_str());
+        CHECK(win::ToAnsi(settings.text(key)) == text);
+        CHECK(settings.number(key, 77) ==
+              static_cast<int>(GetPrivateProfileIntA("Morlet", key.c_str(), 77, path.c_str())));
+    }
 }
 
 TEST_CASE("what is no number is 0, what is missing the default") {
