@@ -67,7 +67,8 @@ static_assert(InOrder(), "one row for each control, in the order of the enumerat
 std::span<const ControlRow> AllControls() { return kControls; }
 
 Moment MomentOf(const ControlRow& row) {
-    if (row.area == Area::Information) return Moment::Later;
+    if (row.area == Area::Window) return Moment::Frame;
+    if (row.area == Area::Information || row.control == Control::txtComment) return Moment::Later;
     const bool scanned = row.control == Control::ListView1_0 || row.control == Control::ListView1_1;
     return row.area == Area::List && !scanned ? Moment::Later : Moment::AtOnce;
 }

@@ -70,8 +70,9 @@ enum class Kind { TabStrip, ListView, Label, Link, TextBox, CommandButton, Combo
 // The area that a control belongs to.
 enum class Area { Window, List, Detail, Information };
 
-// Controls that the first view does not need are made after it is painted.
-enum class Moment { AtOnce, Later };
+// The frame comes first, because its heights say where the rest belongs. Controls that the first view does not need are
+// made after it is painted.
+enum class Moment { Frame, AtOnce, Later };
 
 struct ControlRow {
     Control control;

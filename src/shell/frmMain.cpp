@@ -43,9 +43,12 @@ bool frmMain::open(std::wstring_view argument) {
     if (!RegisterClassExW(&description) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) return false;
 
     dpi_ = GetDeviceCaps(win::WindowDc(nullptr).get(), LOGPIXELSX);
-    CreateWindowExW(0, kMainClass, ui::kProductName, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, 0,
-                    PixelsFromTwips(kDesignedWidth, dpi_), PixelsFromTwips(kDesignedHeight, dpi_), nullptr, nullptr,
-                    instance_, this);
+    application_folder_ = win::ApplicationFolder();
+    settings_ = Settings(application_folder_ + kSettingsFile);
+    create_menus();
+    const Rectangle place = stored_place();
+    CreateWindowExW(0, kMainClass, ui::kProductName, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, place.left, place.top,
+                    place.width, place.height, nullptr, menu_bar_, instance_, this);
     if (!window_) return false;
     create_first_controls();
     Form_Load(argument);
@@ -57,15 +60,12 @@ bool frmMain::open(std::wstring_view argument) {
 void frmMain::Form_Load(std::wstring_view argument) {
     os_ = win::QueryOsVersion();
     strSID_ = programs::CurrentUserSid();
-    application_folder_ = win::ApplicationFolder();
-    settings_ = Settings(application_folder_ + kSettingsFile);
     remove_tab(Tab::Processes);
     set_list_styles();
     load_view_options();
     replace_window_procedure();
     activity_.request(Activity::Request::Rescan);
     if (activity_.close_waits()) return;
-    const int show_command = restore_window();
     restore_column_widths(Moment::AtOnce);
     settings_restored_ = true;
     read_font_option();
@@ -76,7 +76,7 @@ void frmMain::Form_Load(std::wstring_view argument) {
     start_monitor();
     loaded_ = true;
     arrange();
-    ShowWindow(window_, show_command);
+    ShowWindow(window_, stored_show_command());
 }
 
 void frmMain::Form_Activate() {

@@ -83,11 +83,13 @@ private:
     void create_first_controls();
     void create_later_controls();
     void create_controls(Moment moment);
+    void create_tooltips();
     void put_in_order();
     void begin_com();
     HWND create_control(const ControlRow& row);
     void set_font(const ControlRow& row) const;
     void measure();
+    Placement placement();
     void arrange();
     int strip_height(int width);
     void set_list_styles();
@@ -99,7 +101,8 @@ private:
     // ---- settings: frmMain_settings.cpp
     void load_view_options();
     void save_view_options() const;
-    int restore_window();  // returns how the window is to be shown
+    int stored_show_command() const;
+    Rectangle stored_place() const;
     void save_window() const;
     void restore_column_widths(Moment moment) const;
     void save_column_widths() const;
@@ -277,7 +280,8 @@ private:
     win::Font configured_font_;  // the same in the face that "Font" names; empty without the option
     win::Brush window_brush_;
     LayoutMetrics metrics_;
-    int strip_width_ = -1;  // width and height of the strip as last measured
+    Placement placed_ = {};  // where the controls stand, or will stand when they are made
+    int strip_width_ = -1;   // width and height of the strip as last measured
     int strip_height_ = 0;
 
     HMENU menu_bar_ = nullptr;  // the window's

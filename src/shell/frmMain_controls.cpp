@@ -12,6 +12,7 @@
 #include "ui/link_label.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace shell {
 namespace {
@@ -42,18 +43,17 @@ constexpr KindRow kKinds[] = {
 
 void frmMain::create_first_controls() {
     font_ = ui::CreateMessageFont();
-    tooltips_.create(window_, dpi_);
-    tooltips_.set_font(font_.get());
-    create_menus();
-    create_controls(Moment::AtOnce);
+    measure();
+    create_controls(Moment::Frame);
     create_tabs();
+    placed_ = placement();
+    create_controls(Moment::AtOnce);
     program_images_ = programs::CreateSmallIconList();
     for (const Control which : {Control::ListView1_0, Control::ListView1_1}) {
         list(which).add_columns(programs::kProgramColumns, dpi_);
         watch_list(which);
     }
     SendMessageW(control(Control::ListView1_0), LVM_SETEXTENDEDLISTVIEWSTYLE, 0, kDoubleBuffer);
-    measure();
     show_view(RowOf(Tab::Programs));
     show_detail(RowOf(Tab::Programs));
 }
@@ -63,6 +63,7 @@ void frmMain::create_later_controls() {
     if (control(Control::lvStartUp)) return;
     begin_com();
     create_controls(Moment::Later);
+    create_tooltips();
     list(Control::ListView2).add_columns(sysinfo::kControlPanelColumns, dpi_);
     list(Control::lvStartUp).add_columns(startup::kStartupColumns, dpi_);
     list(Control::lvService).add_columns(services::kServiceColumns, dpi_);
@@ -90,14 +91,23 @@ void frmMain::begin_com() {
 void frmMain::create_controls(Moment moment) {
     for (const ControlRow& row : AllControls()) {
         if (MomentOf(row) != moment) continue;
-        const HWND made = create_control(row);
-        controls_[IndexOf(row.control)] = made;
+        controls_[IndexOf(row.control)] = create_control(row);
         set_font(row);
-        if (!row.tip) continue;
-        tooltips_.set(made, row.tip);
-        // The box in a combo box takes the mouse.
-        if (const HWND box = GetWindow(made, GW_CHILD)) tooltips_.set(box, row.tip);
     }
+}
+
+void frmMain::create_tooltips() {
+    tooltips_.create(window_, dpi_);
+    tooltips_.set_font(font_.get());
+    for (const ControlRow& row : AllControls()) {
+        if (!row.tip) continue;
+        tooltips_.set(control(row.control), row.tip);
+        // The box in a combo box takes the mouse.
+        if (const HWND box = GetWindow(control(row.control), GW_CHILD)) tooltips_.set(box, row.tip);
+    }
+    // A row may have been selected already.
+    for (const Control value : kDetailValues)
+        tooltips_.set(control(value), ui::TextOf(control(value)));
 }
 
 // The Tab key walks the controls from the top one down.
@@ -111,10 +121,13 @@ void frmMain::put_in_order() {
 
 HWND frmMain::create_control(const ControlRow& row) {
     const KindRow& kind = kKinds[static_cast<std::size_t>(row.kind)];
-    const DWORD shown = row.area == Area::Window ? WS_VISIBLE : 0;
-    return CreateWindowExW(kind.extended_style, kind.window_class, row.text, WS_CHILD | shown | kind.style | row.style,
-                           0, 0, 0, 0, window_, reinterpret_cast<HMENU>(static_cast<INT_PTR>(IdOf(row.control))),
-                           instance_, nullptr);
+    const bool shown =
+        MomentOf(row) != Moment::Later && (row.area != Area::List || row.control == RowOf(shown_tab_).view);
+    const Rectangle& place = placed_[IndexOf(row.control)];
+    return CreateWindowExW(kind.extended_style, kind.window_class, row.text,
+                           WS_CHILD | (shown ? WS_VISIBLE : 0) | kind.style | row.style, place.left, place.top,
+                           place.width, place.height, window_,
+                           reinterpret_cast<HMENU>(static_cast<INT_PTR>(IdOf(row.control))), instance_, nullptr);
 }
 
 // The style of the first list goes to all six.
@@ -186,6 +199,7 @@ int frmMain::strip_height(int width) {
     const HWND strip = control(Control::tb);
     const int height = std::max(strip_height_, metrics_.text_height);
     SetWindowPos(strip, nullptr, 0, 0, width, height, SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW);
+    placed_[IndexOf(Control::tb)] = {0, 0, width, height};
     RECT page = {0, 0, width, scaled(1000)};
     SendMessageW(strip, TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&page));
     strip_width_ = width;
@@ -194,8 +208,7 @@ int frmMain::strip_height(int width) {
     return strip_height_;
 }
 
-void frmMain::arrange() {
-    if (IsIconic(window_) || !control(Control::st)) return;
+Placement frmMain::placement() {
     RECT client = {};
     RECT status_bar = {};
     GetClientRect(window_, &client);
@@ -203,11 +216,18 @@ void frmMain::arrange() {
     GetWindowRect(control(Control::st), &status_bar);
     const Surroundings around = {client.right, client.bottom, strip_height(client.right),
                                  status_bar.bottom - status_bar.top};
-    const Placement placement = Arrange(metrics_, around, detail_kind());
+    return Arrange(metrics_, around, detail_kind());
+}
+
+void frmMain::arrange() {
+    if (IsIconic(window_)) return;
+    const Placement places = placement();
     HDWP moves = BeginDeferWindowPos(static_cast<int>(kControlCount));
     for (const ControlRow& row : AllControls()) {
-        if (row.control == Control::st || !control(row.control)) continue;
-        const Rectangle& to = placement[IndexOf(row.control)];
+        const Rectangle& to = places[IndexOf(row.control)];
+        const bool stays = std::exchange(placed_[IndexOf(row.control)], to) == to;
+        // The status bar places itself.
+        if (stays || row.control == Control::st || !control(row.control)) continue;
         const UINT copying = row.kind == Kind::TabStrip ? UINT{SWP_NOCOPYBITS} : 0;
         moves = DeferWindowPos(moves, control(row.control), nullptr, to.left, to.top, to.width, to.height,
                                SWP_NOZORDER | SWP_NOACTIVATE | copying);

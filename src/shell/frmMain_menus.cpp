@@ -20,9 +20,7 @@ constexpr wchar_t kSaved[] = L"保存が完了しました";
 }  // namespace
 
 void frmMain::create_menus() {
-    win::Menu bar = MakeMenuBar();
-    // The window destroys the bar it holds.
-    if (SetMenu(window_, bar.get())) menu_bar_ = bar.release();
+    menu_bar_ = MakeMenuBar().release();  // the window that is made with it destroys it
     mnuPop_ = MakePopup(MenuArray::mnuPopItem);
     mnuStart_ = MakePopup(MenuArray::mnuStartItem);
     mnuService_ = MakePopup(MenuArray::mnuServiceItem);

@@ -6,13 +6,6 @@
 #include <algorithm>
 
 namespace shell {
-namespace {
-
-// The smallest window, pixels at 96 dpi.
-constexpr int kLeastWidth = 480;
-constexpr int kLeastHeight = 320;
-
-}  // namespace
 
 // ---- procedures -------------------------------------------------------------------------------------------------
 

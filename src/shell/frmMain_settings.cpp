@@ -26,15 +26,15 @@ constexpr StoredColumns kStoredColumns[] = {
 };
 
 // A window that would lie on no monitor at all is moved onto the nearest one.
-void KeepOnMonitor(RECT& place) {
-    if (MonitorFromRect(&place, MONITOR_DEFAULTTONULL)) return;
+void KeepOnMonitor(Rectangle& place) {
+    const RECT edges = {place.left, place.top, place.right(), place.bottom()};
+    if (MonitorFromRect(&edges, MONITOR_DEFAULTTONULL)) return;
     MONITORINFO monitor = {};
     monitor.cbSize = sizeof monitor;
-    if (!GetMonitorInfoW(MonitorFromRect(&place, MONITOR_DEFAULTTONEAREST), &monitor)) return;
+    if (!GetMonitorInfoW(MonitorFromRect(&edges, MONITOR_DEFAULTTONEAREST), &monitor)) return;
     const RECT& work = monitor.rcWork;
-    const int x = std::clamp(place.left, work.left, std::max(work.left, work.right - (place.right - place.left)));
-    const int y = std::clamp(place.top, work.top, std::max(work.top, work.bottom - (place.bottom - place.top)));
-    OffsetRect(&place, x - place.left, y - place.top);
+    place.left = std::clamp<int>(place.left, work.left, std::max<int>(work.left, work.right - place.width));
+    place.top = std::clamp<int>(place.top, work.top, std::max<int>(work.top, work.bottom - place.height));
 }
 
 }  // namespace
@@ -54,22 +54,31 @@ void frmMain::save_view_options() const {
     write_check(kSystemComponentsKey, scan_options_.show_system_components);
 }
 
-int frmMain::restore_window() {
-    // The stored state is applied as it is: a program closed while minimised starts minimised.
-    const int state = settings_.number(kWindowStateKey, kNormal);
-    if (state == kMinimised) return SW_SHOWMINIMIZED;
-    if (state == kMaximised) return SW_SHOWMAXIMIZED;
-    const auto pixels = [this](const char* key, int missing, int least) {
-        return std::clamp(PixelsFromTwips(settings_.number(key, missing), dpi_), least, kFarthest);
+// The stored state is applied as it is: a program closed while minimised starts minimised.
+int frmMain::stored_show_command() const {
+    switch (settings_.number(kWindowStateKey, kNormal)) {
+        case kMinimised:
+            return SW_SHOWMINIMIZED;
+        case kMaximised:
+            return SW_SHOWMAXIMIZED;
+        default:
+            return SW_SHOWNORMAL;
+    }
+}
+
+// Of the window in its normal state. Windows asks for the least size only of a window that exists already.
+Rectangle frmMain::stored_place() const {
+    const bool stored = stored_show_command() == SW_SHOWNORMAL;
+    const auto pixels = [&](const char* key, int missing, int least) {
+        return std::clamp(PixelsFromTwips(stored ? settings_.number(key, missing) : missing, dpi_), least, kFarthest);
     };
-    RECT place = {};
+    Rectangle place;
     place.left = pixels(kLeftKey, 0, -kFarthest);
     place.top = pixels(kTopKey, 0, -kFarthest);
-    place.right = place.left + pixels(kWidthKey, kDesignedWidth, 1);
-    place.bottom = place.top + pixels(kHeightKey, kDesignedHeight, 1);
+    place.width = pixels(kWidthKey, kDesignedWidth, scaled(kLeastWidth));
+    place.height = pixels(kHeightKey, kDesignedHeight, scaled(kLeastHeight));
     KeepOnMonitor(place);
-    MoveWindow(window_, place.left, place.top, place.right - place.left, place.bottom - place.top, FALSE);
-    return SW_SHOWNORMAL;
+    return place;
 }
 
 void frmMain::save_window() const {

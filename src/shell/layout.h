@@ -7,6 +7,10 @@
 
 namespace shell {
 
+// The smallest window, pixels at 96 dpi.
+inline constexpr int kLeastWidth = 480;
+inline constexpr int kLeastHeight = 320;
+
 // What the fonts and the resolution dictate, in pixels, measured once for a font.
 struct LayoutMetrics {
     int dpi = 96;
@@ -30,6 +34,7 @@ struct Rectangle {
 
     int right() const { return left + width; }
     int bottom() const { return top + height; }
+    bool operator==(const Rectangle&) const = default;
 };
 
 struct Surroundings {

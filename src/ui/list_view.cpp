@@ -26,6 +26,7 @@ int CALLBACK CompareTags(LPARAM left, LPARAM right, LPARAM) { return left < righ
 }  // namespace
 
 void ListView::add_columns(std::span<const Column> columns, int dpi) const {
+    const ListFill fill(*this);
     int index = 0;
     for (const Column& column : columns) {
         LVCOLUMNW record = {};

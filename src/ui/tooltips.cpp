@@ -21,6 +21,7 @@ void Tooltips::create(HWND owner, int dpi) {
 void Tooltips::set_font(HFONT font) const { SendMessageW(window_, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE); }
 
 void Tooltips::set(HWND control, std::wstring_view text) const {
+    if (!window_) return;
     std::wstring shown(text);
     TTTOOLINFOW tool = {};
     tool.cbSize = TTTOOLINFOW_V2_SIZE;  // the size that every common-controls version takes

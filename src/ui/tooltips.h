@@ -13,7 +13,7 @@ public:
     void create(HWND owner, int dpi);
     void set_font(HFONT font) const;
 
-    // The text shown while the pointer rests over `control`; empty for none.
+    // The text shown while the pointer rests over `control`; empty for none. Nothing before `create`.
     void set(HWND control, std::wstring_view text) const;
 
 private:
