@@ -36,10 +36,6 @@ inline constexpr UINT_PTR kMonitorTimer = 1;
 inline constexpr UINT_PTR kActivateTimer = 2;
 inline constexpr UINT kActivateDelay = 20;  // milliseconds
 
-// The window's size before one is stored, in twips.
-inline constexpr int kDesignedWidth = 12000;
-inline constexpr int kDesignedHeight = 8000;
-
 // The value labels of the detail area, in their order.
 inline constexpr Control kDetailValues[] = {Control::Label1_2, Control::Label1_3, Control::Label1_11};
 

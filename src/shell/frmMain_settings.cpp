@@ -10,6 +10,10 @@ namespace {
 
 enum WindowState { kNormal = 0, kMinimised = 1, kMaximised = 2 };
 
+// The window's size before one is stored, in twips.
+constexpr int kDesignedWidth = 12000;
+constexpr int kDesignedHeight = 8000;
+
 constexpr int kFarthest = 32767;  // pixels; window coordinates end there
 
 struct StoredColumns {
