@@ -12,12 +12,13 @@ import subprocess
 import sys
 import time
 
+from seed import seed
+
 SMALL = "--small" in sys.argv
 ENTRIES = 30 if SMALL else 1000
 IDLE_SECONDS = 3 if SMALL else 600
 PROGRAM = os.environ["QORVENIX"]
 EMPTY = r"Q:\release\bin\bench_empty_window.exe"
-UNINSTALL = r"[HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall\Program "
 
 
 def result(what, entries, unit, measured, bare, kind, goal):
@@ -59,18 +60,6 @@ class Running:
                     return most
 
 
-def seed():
-    lines = ["Windows Registry Editor Version 5.00", ""]
-    for number in range(ENTRIES):
-        lines += [f"{UNINSTALL}{number}]", f'"DisplayName"="日本語のプログラム {number}"',
-                  '"Publisher"="株式会社プログラム"', f'"UninstallString"="MsiExec.exe /X{number}"',
-                  '"InstallDate"="20100401"', f'"InstallLocation"="C:\\\\Program Files\\\\Program {number}"',
-                  f'"EstimatedSize"=dword:{number * 1000:08x}', ""]
-    file = pathlib.Path(os.environ["PREFIX"]) / "drive_c/entries.reg"
-    file.write_bytes("\r\n".join(lines).encode("utf-16"))
-    subprocess.run(["wine", "regedit", "/S", r"C:\entries.reg"], check=True, stderr=subprocess.DEVNULL)
-
-
 def measure_memory():
     peaks = {PROGRAM: [], EMPTY: []}
     for _ in range(1 if SMALL else 5):
@@ -98,7 +87,7 @@ def measure_idle():
 def main():
     file = pathlib.Path(os.environ["PREFIX"]) / "dosdevices" / (PROGRAM[:2].lower() + PROGRAM[2:].replace("\\", "/"))
     result("executable", "", "bytes", file.stat().st_size, 0, "size", 300 * 1024)
-    seed()
+    seed(ENTRIES)
     measure_memory()
     measure_idle()
 

@@ -1,83 +1,79 @@
-// Start to painted window: a program against an empty window, started in turns.
-//   bench_start PROGRAM    for example Q:\release\bin\Qorvenix.exe
-#include "win/handle.h"
+// Start to painted window: the program, an empty window and a window that only holds the same controls, in turns.
+//   bench_start [--small] PROGRAM LOOK    LOOK names the look of the controls that is switched on
+//
+// With entries under the Uninstall key, the empty window gets the time of a bare scan of them on top.
+#include "bare_programs.h"
+#include "results.h"
 
-#include <algorithm>
-#include <cstdio>
+#include "../tests/support/test_list.h"
+
 #include <string>
-#include <string_view>
-#include <vector>
 
 namespace {
 
-constexpr wchar_t kEmptyClass[] = L"Qorvenix.Empty";
-constexpr int kRounds = 9;
-
-LRESULT CALLBACK EmptyProcedure(HWND window, UINT message, WPARAM wide, LPARAM parameter) {
-    if (message == WM_DESTROY) PostQuitMessage(0);
-    return DefWindowProcW(window, message, wide, parameter);
-}
-
-// This program itself, as the empty window.
-int ShowEmptyWindow() {
-    WNDCLASSW description = {};
-    description.lpfnWndProc = &EmptyProcedure;
-    description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
-    description.lpszClassName = kEmptyClass;
-    RegisterClassW(&description);
-    const HWND window = CreateWindowExW(0, kEmptyClass, L"Empty", WS_OVERLAPPEDWINDOW, 0, 0, 800, 533, nullptr, nullptr,
-                                        nullptr, nullptr);
-    ShowWindow(window, SW_SHOWNORMAL);
-    UpdateWindow(window);
-    MSG message = {};
-    while (GetMessageW(&message, nullptr, 0, 0) > 0)
-        DispatchMessageW(&message);
-    return 0;
-}
+constexpr int kRounds = 15;
 
 // Milliseconds until a window of the class is visible and answers, which it does after its first painting.
 double TimeStart(std::wstring command, const wchar_t* window_class) {
-    LARGE_INTEGER frequency, start, end;
-    QueryPerformanceFrequency(&frequency);
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION started = {};
-    QueryPerformanceCounter(&start);
-    if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &started)) {
-        return -1;
-    }
+    HWND window = nullptr;
+    const double time = bench::Once([&] {
+        if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &started))
+            return;
+        while (!window || !IsWindowVisible(window)) {
+            if (WaitForSingleObject(started.hProcess, 1) != WAIT_TIMEOUT) return;
+            window = FindWindowW(window_class, nullptr);
+        }
+        SendMessageW(window, WM_NULL, 0, 0);
+    });
     const win::Handle process(started.hProcess);
     const win::Handle thread(started.hThread);
-    HWND window = nullptr;
-    while (!window || !IsWindowVisible(window)) {
-        Sleep(1);
-        window = FindWindowW(window_class, nullptr);
-    }
-    SendMessageW(window, WM_NULL, 0, 0);
-    QueryPerformanceCounter(&end);
+    bench::Expect(window != nullptr, "a window at the end of a start");
     PostMessageW(window, WM_CLOSE, 0, 0);
     WaitForSingleObject(process.get(), 20'000);
-    return 1000.0 * static_cast<double>(end.QuadPart - start.QuadPart) / static_cast<double>(frequency.QuadPart);
+    return time;
 }
 
-double Median(std::vector<double> times) {
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
+double TimeScan() {
+    const TestList programs(programs::kProgramColumns);
+    const TestList updates(programs::kProgramColumns);
+    return bench::Once([&] { bench::ScanBare(&programs.list, &updates.list); });
+}
+
+// Another program of the folder that this one lies in.
+std::wstring Beside(std::wstring path, const wchar_t* name) {
+    return L"\"" + path.substr(0, path.rfind(L'\\') + 1) + name + L"\"";
 }
 
 }  // namespace
 
 int wmain(int count, wchar_t** arguments) {
-    if (count != 2) return 2;
-    if (std::wstring_view(arguments[1]) == L"empty") return ShowEmptyWindow();
-    const std::wstring empty = L"\"" + std::wstring(arguments[0]) + L"\" empty";
-    const std::wstring program = L"\"" + std::wstring(arguments[1]) + L"\"";
-    std::vector<double> empty_times, program_times;
-    for (int round = 0; round < kRounds; ++round) {
-        empty_times.push_back(TimeStart(empty, kEmptyClass));
-        program_times.push_back(TimeStart(program, L"Qorvenix.frmMain"));
+    bench::Begin(count, arguments);
+    if (count != (bench::small ? 4 : 3)) return 2;
+    const std::wstring program = L"\"" + std::wstring(arguments[count - 2]) + L"\"";
+    const std::string look = win::ToAnsi(arguments[count - 1]);
+    const std::wstring empty = Beside(arguments[0], L"bench_empty_window.exe");
+    const std::wstring controls = Beside(arguments[0], L"bench_bare_window.exe");
+    const int entries = static_cast<int>(bench::EntryNames().size());
+
+    std::vector<double> empty_times, controls_times, program_times, scan_times;
+    for (int round = 0; round <= (bench::small ? 1 : kRounds); ++round) {
+        const double times[] = {TimeStart(empty, L"Qorvenix.Empty"), TimeStart(controls, L"Qorvenix.Bare"),
+                                TimeStart(program, L"Qorvenix.frmMain"), TimeScan()};
+        if (round == 0) continue;  // reads everything from the disk
+        empty_times.push_back(times[0]);
+        controls_times.push_back(times[1]);
+        program_times.push_back(times[2]);
+        scan_times.push_back(times[3]);
     }
-    std::printf("empty window %.0f ms, program %.0f ms, ratio %.2f\n", Median(empty_times), Median(program_times),
-                Median(program_times) / Median(empty_times));
-    return 0;
+    const double scan = bench::Median(scan_times);
+    const double started = bench::Median(program_times);
+    const bool many = entries >= 100;
+    std::printf("result\tstart, %s\t%d\tms\t%.3f\t%.3f\t0\tratio\t%.1f\n", look.c_str(), entries, started,
+                bench::Median(empty_times) + (many ? scan : 0), many ? 1.3 : 1.5);
+    std::printf("result\tthe same against bare controls\t%d\tms\t%.3f\t%.3f\t0\tratio\t0\n", entries, started,
+                bench::Median(controls_times) + (many ? scan : 0));
+    return bench::End();
 }

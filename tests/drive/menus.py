@@ -45,8 +45,11 @@ def save(window, file):
     until(lambda: window.session.windows("#32770"), 10, "the save dialog")
     window.session.xdotool("type", "--delay", 20, f"C:\\{file}")
     window.session.keys("Return")
-    until(lambda: window.status() == "保存が完了しました", 10, "the save")
-    return (window.session.prefix / "drive_c" / file).read_bytes()
+    # The status bar may still speak of the save before this one; the file comes whole or not at all.
+    saved = window.session.prefix / "drive_c" / file
+    until(saved.exists, 10, "the save")
+    until(lambda: window.status() == "保存が完了しました", 10, "the word of it")
+    return saved.read_bytes()
 
 
 def file_menu(window):
