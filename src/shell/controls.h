@@ -64,6 +64,11 @@ inline constexpr Control Element(Control first, int index, int distance = 1) {
 inline constexpr int kFirstControlId = 100;
 inline constexpr int IdOf(Control control) { return kFirstControlId + static_cast<int>(control); }
 
+// What the detail area shows on the tabs of programs and updates, and before any tab is clicked.
+inline constexpr const wchar_t* kProgramCaptions[] = {L"サポート：", L"URL：", L"HelpTel："};
+inline constexpr wchar_t kUninstallTip[] = L"プログラムのアンインストールを実施します";
+inline constexpr wchar_t kForcedUninstallTip[] = L"プログラムの強制アンインストールを実施します";
+
 // What a control is, for the option that names a font: it leaves tab strip, combo box and lines alone.
 enum class Kind { TabStrip, ListView, Label, Link, TextBox, CommandButton, ComboBox, Line, StatusBar };
 
@@ -83,7 +88,9 @@ struct ControlRow {
     const wchar_t* tip;
 };
 
+// In the order of Control.
 std::span<const ControlRow> AllControls();
+inline const ControlRow& RowOf(Control control) { return AllControls()[IndexOf(control)]; }
 
 Moment MomentOf(const ControlRow& row);
 

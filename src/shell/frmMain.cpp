@@ -1,3 +1,4 @@
+// Start and end of the window, and its Host face.
 #include "shell/frmMain.h"
 
 #include "programs/current_user.h"

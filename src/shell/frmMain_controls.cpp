@@ -1,3 +1,4 @@
+// The controls: made, given fonts and styles, put in their places.
 #include "shell/frmMain.h"
 
 #include "programs/file_icon.h"
@@ -168,9 +169,10 @@ void frmMain::measure() {
     metrics_.text_height = text.tmHeight;
     metrics_.edit_height = text.tmHeight + scaled(7);
     metrics_.button_height = std::max<int>(text.tmHeight + scaled(9), scaled(22));
-    metrics_.button_width = std::max({button(L"強制削除(&F)"), button(L"削除(&D)"), button(L"作成(&N)"), scaled(88)});
-    metrics_.release_width = std::max(button(L"開放"), scaled(48));
-    metrics_.browse_width = button(L"...");
+    metrics_.button_width = std::max({button(RowOf(Control::cmdMenu_0).text), button(RowOf(Control::cmdMenu_1).text),
+                                      button(kCreateCaption), scaled(88)});
+    metrics_.release_width = std::max(button(RowOf(Control::cmdSys_0).text), scaled(48));
+    metrics_.browse_width = button(RowOf(Control::cmdSys_1).text);
     metrics_.caption_width = 0;
     for (const TabRow& tab : AllTabs()) {
         for (const wchar_t* caption : tab.captions) {
@@ -182,13 +184,12 @@ void frmMain::measure() {
         const bool is_value = caption >= Control::lblMem_0 && (IndexOf(caption) - IndexOf(Control::lblMem_0)) % 2 == 0;
         if (is_value) continue;
         metrics_.memory_caption_width =
-            std::max(metrics_.memory_caption_width, width_of(AllControls()[IndexOf(caption)].text) + scaled(2));
+            std::max(metrics_.memory_caption_width, width_of(RowOf(caption).text) + scaled(2));
     }
     metrics_.memory_value_width = width_of(L"9999999/9999999 MB");
     metrics_.heading_width = 0;
     for (const Control heading : {Control::lblRelease, Control::Label1_50}) {
-        metrics_.heading_width =
-            std::max(metrics_.heading_width, width_of(AllControls()[IndexOf(heading)].text) + scaled(2));
+        metrics_.heading_width = std::max(metrics_.heading_width, width_of(RowOf(heading).text) + scaled(2));
     }
 }
 

@@ -131,7 +131,7 @@ LRESULT frmMain::message(UINT message, WPARAM wide, LPARAM parameter) {
 const ControlRow* frmMain::row_of(HWND which) const {
     const auto place = std::find(controls_.begin(), controls_.end(), which);
     if (!which || place == controls_.end()) return nullptr;
-    return &AllControls()[static_cast<std::size_t>(place - controls_.begin())];
+    return &RowOf(static_cast<Control>(place - controls_.begin()));
 }
 
 LRESULT frmMain::notify(NMHDR& header) {

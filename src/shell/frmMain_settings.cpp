@@ -99,7 +99,7 @@ void frmMain::save_window() const {
 
 void frmMain::restore_column_widths(Moment moment) const {
     for (const StoredColumns& stored : kStoredColumns) {
-        if (MomentOf(AllControls()[IndexOf(stored.list)]) != moment) continue;
+        if (MomentOf(RowOf(stored.list)) != moment) continue;
         const ui::ListView view = list(stored.list);
         for (int column = 0; column < stored.count; ++column) {
             const int designed = view.column_width(column);

@@ -12,11 +12,9 @@ namespace {
 
 constexpr wchar_t kCountUnit[] = L" 個の項目";
 
-constexpr wchar_t kCreateCaption[] = L"作成(&N)";
 constexpr wchar_t kCreateTip[] = L"復元ポイントを作成します";
 // Without a mnemonic from the first tab click on; the designed caption has one.
 constexpr wchar_t kForcedCaption[] = L"強制削除";
-constexpr wchar_t kForcedTip[] = L"プログラムの強制アンインストールを実施します";
 
 constexpr Control kDetailCaptions[] = {Control::Label1_0, Control::Label1_1, Control::Label1_6};
 
@@ -146,7 +144,7 @@ void frmMain::show_detail(const TabRow& row) {
 void frmMain::name_second_button(Tab tab) {
     const bool creates = tab == Tab::Restore;
     ui::SetText(control(Control::cmdMenu_1), creates ? kCreateCaption : kForcedCaption);
-    tooltips_.set(control(Control::cmdMenu_1), creates ? kCreateTip : kForcedTip);
+    tooltips_.set(control(Control::cmdMenu_1), creates ? kCreateTip : kForcedUninstallTip);
 }
 
 void frmMain::clear_detail_values() {

@@ -41,6 +41,12 @@ std::string ReadSection(const std::string& file) {
     }
 }
 
+std::string_view Trimmed(std::string_view text) {
+    constexpr std::string_view kBlanks = " \t";
+    text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+    return text.substr(0, text.find_last_not_of(kBlanks) + 1);
+}
+
 // One pair of quotes around the whole value belongs to the file, not to the value.
 std::string_view WithoutQuotes(std::string_view value) {
     const bool quoted =
@@ -68,7 +74,8 @@ Settings::Settings(std::wstring_view file) : file_(AnsiPath(file)) {
         left.remove_prefix(std::min(line.size() + 1, left.size()));
         const std::size_t equals = line.find('=');
         if (equals == line.npos) continue;
-        values_.emplace_back(line.substr(0, equals), WithoutQuotes(line.substr(equals + 1)));
+        // Whether the blanks around the equals sign are left out here already differs from system to system.
+        values_.emplace_back(Trimmed(line.substr(0, equals)), WithoutQuotes(Trimmed(line.substr(equals + 1))));
     }
 }
 

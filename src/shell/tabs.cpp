@@ -3,8 +3,6 @@
 namespace shell {
 namespace {
 
-constexpr wchar_t kUninstallTip[] = L"プログラムのアンインストールを実施します";
-
 constexpr TabRow kTabs[] = {
     {Tab::Programs,
      L"プログラムの追加と削除",
@@ -12,7 +10,7 @@ constexpr TabRow kTabs[] = {
      Control::ListView1_0,
      true,
      true,
-     {L"サポート：", L"URL：", L"HelpTel："},
+     {kProgramCaptions[0], kProgramCaptions[1], kProgramCaptions[2]},
      kUninstallTip},
     {Tab::Updates,
      L"更新プログラム",
@@ -20,7 +18,7 @@ constexpr TabRow kTabs[] = {
      Control::ListView1_1,
      true,
      true,
-     {L"サポート：", L"URL：", L"HelpTel："},
+     {kProgramCaptions[0], kProgramCaptions[1], kProgramCaptions[2]},
      kUninstallTip},
     {Tab::Startup,
      L"スタートアップ",

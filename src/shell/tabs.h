@@ -20,6 +20,9 @@ struct TabRow {
     const wchar_t* delete_tip;   // tool tip of cmdMenu(0); null leaves the former one
 };
 
+// What the second button is called on the tab of restore points.
+inline constexpr wchar_t kCreateCaption[] = L"作成(&N)";
+
 std::span<const TabRow> AllTabs();
 const TabRow& RowOf(Tab tab);
 

@@ -11,9 +11,6 @@ namespace tools {
 namespace {
 
 constexpr wchar_t kPercent[] = L" ％";
-// As the labels are designed, until there are figures.
-constexpr wchar_t kNoPercent[] = L"－ ％";
-constexpr wchar_t kNoMegabytes[] = L"－ MB";
 
 constexpr wchar_t kTitleGap[] = L"     ";
 

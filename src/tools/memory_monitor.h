@@ -15,6 +15,10 @@ enum MemoryFigure { kMemoryLoad, kPhysicalMemory, kVirtualMemory, kPageFile, kPr
 
 using MemoryTexts = std::array<std::wstring, kMemoryFigures>;
 
+// What the labels show until there are figures.
+inline constexpr wchar_t kNoPercent[] = L"－ ％";
+inline constexpr wchar_t kNoMegabytes[] = L"－ MB";
+
 // Writes the first four figures. Megabytes are cut, never rounded: 2047.99 MB is 2047.
 void WriteMemoryTexts(const MEMORYSTATUSEX& status, MemoryTexts& texts);
 

@@ -1,7 +1,8 @@
 #include "ui/list_view.h"
 
+#include "ui/control.h"
+
 #include <algorithm>
-#include <numeric>
 
 namespace ui {
 namespace {
@@ -70,7 +71,7 @@ void ListView::set_column_width(int column, int pixels) const {
 
 void ListView::show(bool visible) const { ShowWindow(window_, visible ? SW_SHOW : SW_HIDE); }
 
-bool ListView::visible() const { return (GetWindowLongW(window_, GWL_STYLE) & WS_VISIBLE) != 0; }
+bool ListView::visible() const { return IsShown(window_); }
 
 int ListView::count() const { return static_cast<int>(Send(window_, LVM_GETITEMCOUNT)); }
 
@@ -111,14 +112,6 @@ void ListView::set_cell(int row, int column, std::wstring_view text) const {
     item.iSubItem = column;
     item.pszText = terminated.data();
     Send(window_, LVM_SETITEMTEXTW, static_cast<WPARAM>(row), Pointer(&item));
-}
-
-void ListView::set_image(int row, int image) const {
-    LVITEMW item = {};
-    item.mask = LVIF_IMAGE;
-    item.iItem = row;
-    item.iImage = image;
-    Send(window_, LVM_SETITEMW, 0, Pointer(&item));
 }
 
 LPARAM ListView::tag(int row) const {

@@ -44,7 +44,6 @@ public:
     int add_row(std::wstring_view text, LPARAM tag = 0, int image = kNoImage) const;
     std::wstring cell(int row, int column) const;  // whole, whatever its length; empty for a row that is not there
     void set_cell(int row, int column, std::wstring_view text) const;
-    void set_image(int row, int image) const;
     LPARAM tag(int row) const;
     void set_tag(int row, LPARAM tag) const;
 
