@@ -72,7 +72,6 @@ void frmMain::create_later_controls() {
     list(Control::lvRestore).add_columns(programs::kRestoreColumns, dpi_);
     control_panel_images_ = programs::CreateSmallIconList();
     list(Control::ListView2).set_small_images(control_panel_images_.get());
-    attach_system_images();
     set_list_styles();
     restore_column_widths(Moment::Later);
     ui::SetText(control(Control::txtMemPath), settings_.text(kMemoryReleaseKey));
@@ -141,7 +140,8 @@ void frmMain::set_list_styles() {
     }
 }
 
-// The startup list shows icons of the system's own list, which it must not destroy.
+// The startup list shows icons of the system's own list, which it must not destroy. That holds icons of every size, so
+// it is not loaded before the list is filled.
 void frmMain::attach_system_images() {
     SHFILEINFOW info = {};
     const DWORD_PTR images = SHGetFileInfoW(L"C:\\", 0, &info, sizeof info, SHGFI_SYSICONINDEX | SHGFI_SMALLICON);

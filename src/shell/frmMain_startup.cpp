@@ -15,6 +15,7 @@ namespace shell {
 using startup::StartItem;
 
 void frmMain::fill_startup() {
+    attach_system_images();
     startup::ScanStartup(list(Control::lvStartUp), *this);
     list_filled(Control::lvStartUp);
 }

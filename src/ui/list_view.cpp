@@ -3,6 +3,7 @@
 #include "ui/control.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace ui {
 namespace {
@@ -11,7 +12,8 @@ namespace {
 constexpr int kHeaderSortUp = 0x0400;
 constexpr int kHeaderSortDown = 0x0200;
 
-constexpr std::size_t kFirstCellLength = 260;
+// Most texts are shorter: they need no memory of their own on their way into a cell and out of it.
+constexpr std::size_t kUsualLength = 260;
 
 LRESULT Send(HWND window, UINT message, WPARAM wide = 0, LPARAM parameter = 0) {
     return SendMessageW(window, message, wide, parameter);
@@ -20,6 +22,33 @@ LRESULT Send(HWND window, UINT message, WPARAM wide = 0, LPARAM parameter = 0) {
 template <class Pointee>
 LPARAM Pointer(Pointee* pointee) {
     return reinterpret_cast<LPARAM>(pointee);
+}
+
+// A text with the NUL at its end that the control wants.
+class Terminated {
+public:
+    explicit Terminated(std::wstring_view text) {
+        if (text.size() < kUsualLength) {
+            usual_[text.copy(usual_, kUsualLength)] = L'\0';
+        } else {
+            long_ = text;
+        }
+    }
+    wchar_t* text() { return long_.empty() ? usual_ : long_.data(); }
+
+private:
+    wchar_t usual_[kUsualLength];
+    std::wstring long_;
+};
+
+// Bytes that compare as the texts do in the user's locale without regard to case (CompareStringW). Made once for a row,
+// they spare the sorting most of its time.
+std::string SortKey(const std::wstring& text) {
+    constexpr DWORD kFlags = LCMAP_SORTKEY | NORM_IGNORECASE;
+    const int size = LCMapStringW(LOCALE_USER_DEFAULT, kFlags, text.c_str(), -1, nullptr, 0);
+    std::string key(static_cast<std::size_t>(std::max(size, 0)), '\0');
+    LCMapStringW(LOCALE_USER_DEFAULT, kFlags, text.c_str(), -1, reinterpret_cast<wchar_t*>(key.data()), size);
+    return key;
 }
 
 int CALLBACK CompareTags(LPARAM left, LPARAM right, LPARAM) { return left < right ? -1 : left > right; }
@@ -52,11 +81,11 @@ int ListView::header_height() const {
 }
 
 std::wstring ListView::header(int column) const {
-    wchar_t text[kFirstCellLength] = {};
+    wchar_t text[kUsualLength] = {};
     LVCOLUMNW record = {};
     record.mask = LVCF_TEXT;
     record.pszText = text;
-    record.cchTextMax = kFirstCellLength;
+    record.cchTextMax = kUsualLength;
     Send(window_, LVM_GETCOLUMNW, static_cast<WPARAM>(column), Pointer(&record));
     return text;
 }
@@ -78,11 +107,11 @@ int ListView::count() const { return static_cast<int>(Send(window_, LVM_GETITEMC
 void ListView::clear() const { Send(window_, LVM_DELETEALLITEMS); }
 
 int ListView::add_row(std::wstring_view text, LPARAM tag, int image) const {
-    std::wstring terminated(text);
+    Terminated terminated(text);
     LVITEMW item = {};
     item.mask = LVIF_TEXT | LVIF_IMAGE | LVIF_PARAM;
-    item.iItem = count();
-    item.pszText = terminated.data();
+    item.iItem = std::numeric_limits<int>::max();  // behind the last one, wherever that is
+    item.pszText = terminated.text();
     item.iImage = image;
     item.lParam = tag;
     return static_cast<int>(Send(window_, LVM_INSERTITEMW, 0, Pointer(&item)));
@@ -90,27 +119,30 @@ int ListView::add_row(std::wstring_view text, LPARAM tag, int image) const {
 
 std::wstring ListView::cell(int row, int column) const {
     if (row < 0) return {};
-    std::wstring text(kFirstCellLength, L'\0');
-    for (;;) {
+    const auto read = [&](wchar_t* text, std::size_t room) {
         LVITEMW item = {};
         item.iSubItem = column;
-        item.pszText = text.data();
-        item.cchTextMax = static_cast<int>(text.size());
-        const auto length =
-            static_cast<std::size_t>(Send(window_, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), Pointer(&item)));
-        if (length + 1 < text.size()) {
-            text.resize(length);
-            return text;
-        }
+        item.pszText = text;
+        item.cchTextMax = static_cast<int>(room);
+        return static_cast<std::size_t>(Send(window_, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), Pointer(&item)));
+    };
+    wchar_t usual[kUsualLength];
+    std::size_t length = read(usual, kUsualLength);
+    if (length + 1 < kUsualLength) return {usual, length};
+    std::wstring text(kUsualLength, L'\0');
+    do {
         text.resize(text.size() * 4);
-    }
+        length = read(text.data(), text.size());
+    } while (length + 1 >= text.size());
+    text.resize(length);
+    return text;
 }
 
 void ListView::set_cell(int row, int column, std::wstring_view text) const {
-    std::wstring terminated(text);
+    Terminated terminated(text);
     LVITEMW item = {};
     item.iSubItem = column;
-    item.pszText = terminated.data();
+    item.pszText = terminated.text();
     Send(window_, LVM_SETITEMTEXTW, static_cast<WPARAM>(row), Pointer(&item));
 }
 
@@ -161,21 +193,20 @@ void ListView::set_small_images(HIMAGELIST images) const {
 
 void ListView::sort(int column, SortOrder order) const {
     struct Row {
-        std::wstring key;
+        std::string key;
         LPARAM tag;
         int place;
     };
     std::vector<Row> rows(static_cast<std::size_t>(count()));
     for (int row = 0; Row & each : rows) {
-        each = {cell(row, column), tag(row), row};
+        each = {SortKey(cell(row, column)), tag(row), row};
         ++row;
     }
-    const int before = order == SortOrder::Ascending ? CSTR_LESS_THAN : CSTR_GREATER_THAN;
-    std::stable_sort(rows.begin(), rows.end(), [before](const Row& left, const Row& right) {
-        return CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, left.key.c_str(), -1, right.key.c_str(), -1) ==
-               before;
+    std::stable_sort(rows.begin(), rows.end(), [order](const Row& left, const Row& right) {
+        return order == SortOrder::Ascending ? left.key < right.key : right.key < left.key;
     });
     // The control only ever compares ranks: nothing is asked of it while it sorts.
+    const ListFill painted_once(*this);
     for (int rank = 0; const Row& row : rows)
         set_tag(row.place, rank++);
     Send(window_, LVM_SORTITEMS, 0, reinterpret_cast<LPARAM>(&CompareTags));
