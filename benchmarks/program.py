@@ -71,17 +71,14 @@ def measure_memory():
 
 
 def measure_idle():
-    commands = {"empty": [EMPTY], "idle": [PROGRAM], "idle with the memory panel": [PROGRAM, "7"]}
-    running = {what: Running(*command) for what, command in commands.items()}
-    for program in running.values():
-        program.peak_memory()  # until it has come to rest
-    before = {what: program.processor_time() for what, program in running.items()}
-    time.sleep(IDLE_SECONDS)
-    used = {what: program.processor_time() - before[what] for what, program in running.items()}
-    for program in running.values():
-        program.__exit__()
-    for what in list(commands)[1:]:
-        result(f"{what}, seconds of processor time in {IDLE_SECONDS} s", "", "s", used[what], used["empty"], "more", 0.5)
+    with Running(EMPTY) as empty, Running(PROGRAM) as program:
+        both = program, empty
+        for each in both:
+            each.peak_memory()  # until it has come to rest
+        before = [each.processor_time() for each in both]
+        time.sleep(IDLE_SECONDS)
+        used = [each.processor_time() - start for each, start in zip(both, before)]
+    result(f"processor time of {IDLE_SECONDS} idle seconds", "", "s", *used, "more", 0.5)
 
 
 def main():

@@ -36,7 +36,7 @@ void Measure(int count) {
     const RootOverride machine(HKEY_LOCAL_MACHINE, entries.root());
     Lists lists;
     lists.rows = count;
-    const int rounds = count < 1000 ? 31 : count < 10000 ? 15 : 5;
+    const int rounds = count < 1000 ? 31 : count < 10000 ? 11 : 3;
     bench::Compare("programs and updates", count, rounds,
                    {[&] { lists.fill(); }, [&] { lists.bare(); }, [] { bench::ScanBare(nullptr, nullptr); }},
                    bench::FillGoal(count));
