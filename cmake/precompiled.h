@@ -1,7 +1,7 @@
 // The headers that nearly every file needs, parsed once a build instead of once a file.
 #pragma once
 
-#include <winsock2.h> // before windows.h, which would bring the older winsock.h
+#include <winsock2.h>  // before windows.h, which would bring the older winsock.h
 
 #include <windows.h>
 

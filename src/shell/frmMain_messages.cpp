@@ -177,7 +177,7 @@ void frmMain::command(int id, int code) {
         menu_Click(id);
         return;
     }
-    const Control which = static_cast<Control>(id - kFirstControlId);
+    const auto which = static_cast<Control>(id - kFirstControlId);
     if (which >= Control::tb && which < Control::Count) control_command(which, code);
 }
 

@@ -31,8 +31,8 @@ public:
     std::wstring text(std::string_view key) const;
     // As GetPrivateProfileIntA: `missing` when the key is missing or has no value, 0 for what is no number.
     int number(std::string_view key, int missing) const;
-    // WritePrivateProfileStringA. A file that cannot be written is left as it is, without a word. What is written is not
-    // read back.
+    // WritePrivateProfileStringA. A file that cannot be written is left as it is, without a word. What is written is
+    // not read back.
     void write(std::string_view key, std::wstring_view value) const;
     void write(std::string_view key, int value) const;
 

@@ -14,6 +14,7 @@
 }
 
 namespace std {
+// NOLINTBEGIN(bugprone-reserved-identifier): the names are the standard library's
 const nothrow_t nothrow{};
 void __throw_length_error(const char*) { Die(); }
 void __throw_logic_error(const char*) { Die(); }
@@ -23,6 +24,7 @@ void __throw_invalid_argument(const char*) { Die(); }
 void __throw_bad_alloc() { Die(); }
 void __throw_bad_array_new_length() { Die(); }
 void __throw_bad_function_call() { Die(); }
+// NOLINTEND(bugprone-reserved-identifier)
 }  // namespace std
 
 void* operator new(size_t bytes) {

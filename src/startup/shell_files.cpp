@@ -42,7 +42,7 @@ std::wstring WhereProgramsLie(const std::wstring& target) {
     for (const int csidl : {CSIDL_PROGRAM_FILES, CSIDL_PROGRAM_FILESX86}) {
         const std::wstring folder = win::GetSpecialFolderPath(csidl);
         if (folder.empty() || !win::LowerCase(target).starts_with(win::LowerCase(folder) + L"\\")) continue;
-        const std::wstring native_target = native + target.substr(folder.size());
+        std::wstring native_target = native + target.substr(folder.size());
         if (!PathFileExistsW(target.c_str()) && PathFileExistsW(native_target.c_str())) return native_target;
     }
     return target;

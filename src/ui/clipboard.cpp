@@ -22,7 +22,7 @@ struct OpenedClipboard {
 bool CopyText(HWND owner, std::wstring_view text) {
     win::GlobalMemory memory(GlobalAlloc(GMEM_MOVEABLE, (text.size() + 1) * sizeof(wchar_t)));
     if (!memory) return false;
-    wchar_t* target = static_cast<wchar_t*>(GlobalLock(memory.get()));
+    auto* const target = static_cast<wchar_t*>(GlobalLock(memory.get()));
     if (!target) return false;
     *std::copy(text.begin(), text.end(), target) = L'\0';
     GlobalUnlock(memory.get());

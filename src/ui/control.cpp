@@ -43,7 +43,7 @@ std::vector<std::wstring> ComboItems(HWND combo) {
     std::vector<std::wstring> items;
     const LRESULT count = SendMessageW(combo, CB_GETCOUNT, 0, 0);
     for (LRESULT index = 0; index < count; ++index) {
-        const WPARAM place = static_cast<WPARAM>(index);
+        const auto place = static_cast<WPARAM>(index);
         const LRESULT length = SendMessageW(combo, CB_GETLBTEXTLEN, place, 0);
         if (length < 0) continue;
         std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');

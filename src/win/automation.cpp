@@ -59,7 +59,7 @@ VARIANT* Variant::put() {
 
 std::wstring Variant::text() const {
     if (is_empty()) return {};
-    if (value_.vt == VT_BSTR) return std::wstring(value_.bstrVal, SysStringLen(value_.bstrVal));
+    if (value_.vt == VT_BSTR) return {value_.bstrVal, SysStringLen(value_.bstrVal)};
     Variant copy;
     if (FAILED(VariantChangeType(copy.put(), const_cast<VARIANT*>(&value_), 0, VT_BSTR))) return {};
     return copy.text();
@@ -102,7 +102,7 @@ HRESULT Object::invoke_id(DISPID id, WORD flags, std::span<const Variant> argume
     DISPID property = DISPID_PROPERTYPUT;
     const bool puts = flags == DISPATCH_PROPERTYPUT;
     DISPPARAMS parameters = {reversed.data(), puts ? &property : nullptr, static_cast<UINT>(arguments.size()),
-                             puts ? 1u : 0u};
+                             puts ? 1U : 0U};
     EXCEPINFO exception = {};
     Variant ignored;
     VARIANT* target = puts ? nullptr : (result ? result : &ignored)->put();

@@ -161,7 +161,7 @@ public:
     SIZE measure(const std::wstring& text, bool mnemonics) const {
         RECT area = {};
         DrawTextW(dc_, text.c_str(), static_cast<int>(text.size()), &area,
-                  DT_CALCRECT | DT_EXPANDTABS | (mnemonics ? 0u : DT_NOPREFIX));
+                  DT_CALCRECT | DT_EXPANDTABS | (mnemonics ? 0U : DT_NOPREFIX));
         return {area.right, text.empty() ? 0 : area.bottom};
     }
 
@@ -232,7 +232,7 @@ bool List(const Words& words) {
     Shared shared(list);
     Words headers, widths, edges;
     for (int column = 0; column < columns; ++column) {
-        const WPARAM place = static_cast<WPARAM>(column);
+        const auto place = static_cast<WPARAM>(column);
         HDITEMW item = {};
         item.mask = HDI_TEXT | HDI_WIDTH;
         item.pszText = shared.text_place();

@@ -2,7 +2,6 @@
 
 #include <doctest/doctest.h>
 
-#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -50,29 +49,37 @@ bool Overlap(const Rectangle& left, const Rectangle& right) {
            right.top < left.bottom();
 }
 
+struct Face {
+    int text_height, wide;
+};
+
+struct Client {
+    int width, height, rows_of_tabs;
+};
+
 }  // namespace
 
 TEST_CASE("no control covers another or leaves the window, at every size, resolution and font") {
     for (const int dpi : {96, 120, 144, 192}) {
-        for (const auto& [text_height, wide] : {std::pair{12, 10}, {15, 11}, {17, 12}}) {
-            const LayoutMetrics metrics = MetricsFor(dpi, text_height, wide);
+        for (const Face& face : {Face{12, 10}, {15, 11}, {17, 12}}) {
+            const LayoutMetrics metrics = MetricsFor(dpi, face.text_height, face.wide);
             // Client areas of the smallest window, of common ones and of a 4K screen, with one to three rows of tabs.
-            for (const auto& [width, height, rows] : {std::tuple{464, 258, 3},
-                                                      {464, 258, 2},
-                                                      {640, 400, 2},
-                                                      {784, 494, 1},
-                                                      {784, 300, 1},
-                                                      {1904, 1000, 1},
-                                                      {3824, 2080, 1}}) {
-                const Surroundings around = {width * dpi / 96, height * dpi / 96,
-                                             rows * (metrics.text_height + 7 * dpi / 96),
+            for (const Client& client : {Client{464, 258, 3},
+                                         {464, 258, 2},
+                                         {640, 400, 2},
+                                         {784, 494, 1},
+                                         {784, 300, 1},
+                                         {1904, 1000, 1},
+                                         {3824, 2080, 1}}) {
+                const Surroundings around = {client.width * dpi / 96, client.height * dpi / 96,
+                                             client.rows_of_tabs * (metrics.text_height + 7 * dpi / 96),
                                              metrics.text_height + 8 * dpi / 96};
                 for (const View& view : Views()) {
                     CAPTURE(dpi);
-                    CAPTURE(text_height);
-                    CAPTURE(width);
-                    CAPTURE(height);
-                    CAPTURE(rows);
+                    CAPTURE(face.text_height);
+                    CAPTURE(client.width);
+                    CAPTURE(client.height);
+                    CAPTURE(client.rows_of_tabs);
                     Placement placed = Arrange(metrics, around, view.detail);
                     placed[IndexOf(Control::cb)].height = metrics.edit_height;  // closed
                     std::vector<Control> shown = view.shown;

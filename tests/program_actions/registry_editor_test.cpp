@@ -27,7 +27,7 @@ std::string StoredBytes(const TestKey& settings) {
 // "コンピュータ\" in code page 932.
 const std::string kTop = "\x83\x52\x83\x93\x83\x73\x83\x85\x81\x5b\x83\x5e\\";
 
-std::string Terminated(std::string text) { return text + '\0'; }
+std::string Terminated(const std::string& text) { return text + '\0'; }
 
 }  // namespace
 

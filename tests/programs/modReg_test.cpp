@@ -70,7 +70,7 @@ TEST_CASE("words and versions") {
     CHECK(HighWord(0xFFFF0001) == -1);
     CHECK(HighWord(0x9C400001) == -25536);
     CHECK(LowWord(0x0005FFFF) == 65535);
-    const std::wstring folder = win::SystemDirectory();
+    const std::wstring& folder = win::SystemDirectory();
     const std::wstring version = GetFileVersionText(folder + L"\\comctl32.dll");
     int major = 0, minor = 0, third = 0, fourth = 0;
     REQUIRE(swscanf(version.c_str(), L"%d.%d.%d.%d", &major, &minor, &third, &fourth) == 4);

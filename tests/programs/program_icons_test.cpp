@@ -4,8 +4,6 @@
 
 #include "support/leaks.h"
 
-using programs::ProgramColumn;
-
 namespace {
 
 const std::wstring kRegedit = win::WindowsDirectory() + L"\\regedit.exe";

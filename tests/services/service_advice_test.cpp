@@ -2,6 +2,8 @@
 
 #include "win/text.h"
 
+#include "win/platform.h"
+
 #include <doctest/doctest.h>
 
 #include <cstdint>

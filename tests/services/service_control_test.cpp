@@ -123,7 +123,7 @@ TEST_CASE_FIXTURE(Desk, "the cell under the pointer is copied, or else the name"
     const auto clipboard = [this] {
         OpenClipboard(host.owner);
         const HANDLE memory = GetClipboardData(CF_UNICODETEXT);
-        const std::wstring text = memory ? static_cast<const wchar_t*>(GlobalLock(memory)) : L"";
+        std::wstring text = memory ? static_cast<const wchar_t*>(GlobalLock(memory)) : L"";
         CloseClipboard();
         return text;
     };

@@ -111,7 +111,7 @@ TEST_CASE("A shortcut in the startup folder, made by the script host, or by the 
 TEST_CASE("Of three dropped files the first counts") {
     const win::ComApartment apartment;
     TestHost host;
-    const std::wstring names(L"C:\\first.exe\0C:\\second.exe\0C:\\third.exe\0", 41);
+    const std::wstring names(L"C:\\first.exe\0C:\\second.exe\0C:\\third.exe\0\0", 41);
     CreateStartupShortcut(ui::TakeFirstDroppedFile(MakeDrop(names)), host);
     CHECK(CountStartupFiles() == 1);
     CHECK(TakeLink(L"first.lnk"));

@@ -18,7 +18,7 @@ public:
 private:
     class Parser final : public doubles::Counted<IParseDisplayName, IID_IParseDisplayName> {
     public:
-        explicit Parser(const Bind& bind) : bind_(bind) {}
+        explicit Parser(Bind bind) : bind_(std::move(bind)) {}
         HRESULT STDMETHODCALLTYPE ParseDisplayName(IBindCtx*, LPOLESTR name, ULONG* eaten,
                                                    IMoniker** moniker) override {
             const win::ComPtr<doubles::Object> object = bind_(name);

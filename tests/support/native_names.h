@@ -21,7 +21,7 @@ inline UNICODE_STRING Name(std::wstring& text) {
     return {bytes, bytes, text.data()};
 }
 
-inline bool SetText(HKEY key, std::wstring name, std::wstring text) {
+inline bool SetText(HKEY key, std::wstring name, const std::wstring& text) {
     using Set = LONG(WINAPI*)(HANDLE, const UNICODE_STRING*, ULONG, ULONG, const void*, ULONG);
     const UNICODE_STRING native_name = Name(name);
     const auto set = Find<Set>("NtSetValueKey");

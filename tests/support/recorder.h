@@ -8,6 +8,8 @@
 #include "win/handle.h"
 #include "win/text.h"
 
+#include <doctest/doctest.h>
+
 #include <string>
 #include <vector>
 

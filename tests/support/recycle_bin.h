@@ -4,6 +4,8 @@
 #include "support/test_folder.h"
 #include "support/throw_away.h"
 
+#include <doctest/doctest.h>
+
 // Wine takes the recycle bin from the host, and has none without the folder around it.
 inline void MakeDataFolder() {
     const std::wstring folder = L"\\\\?\\unix" + throw_away::Variable(L"XDG_DATA_HOME");

@@ -49,14 +49,14 @@ public:
     std::wstring own(std::wstring_view name) { return files_.emplace_back(path_ + L"\\" + std::wstring(name)); }
     std::wstring make_file(std::wstring_view name, std::string_view content = {},
                            DWORD attributes = FILE_ATTRIBUTE_NORMAL) {
-        const std::wstring path = own(name);
+        std::wstring path = own(name);
         const win::File file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, attributes, nullptr));
         DWORD written = 0;
         WriteFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &written, nullptr);
         return path;
     }
     std::wstring make_folder(std::wstring_view name) {
-        const std::wstring path = own(name);
+        std::wstring path = own(name);
         CreateDirectoryW(path.c_str(), nullptr);
         return path;
     }

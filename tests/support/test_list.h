@@ -36,6 +36,7 @@ public:
 
     std::vector<std::wstring> column(int index) const {
         std::vector<std::wstring> cells;
+        cells.reserve(static_cast<std::size_t>(list.count()));
         for (int row = 0; row < list.count(); ++row)
             cells.push_back(list.cell(row, index));
         return cells;

@@ -11,7 +11,7 @@ namespace throw_away {
 
 inline std::wstring Variable(const wchar_t* name) {
     wchar_t value[1024] = {};
-    return std::wstring(value, GetEnvironmentVariableW(name, value, 1024));
+    return {value, GetEnvironmentVariableW(name, value, 1024)};
 }
 
 // A link among the user's folders; empty when there is none.
@@ -20,11 +20,12 @@ inline std::wstring LinkBelow(const std::wstring& folder, int depth) {
     const win::FindHandle find(FindFirstFileW((folder + L"\\*").c_str(), &entry));
     for (bool more = static_cast<bool>(find); more; more = FindNextFileW(find.get(), &entry) != FALSE) {
         const std::wstring name = entry.cFileName;
-        const std::wstring path = folder + L"\\" + name;
+        std::wstring path = folder + L"\\";
+        path += name;
         if (name == L"." || name == L"..") continue;
         if (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) return path;
         if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0 || depth == 0) continue;
-        if (const std::wstring link = LinkBelow(path, depth - 1); !link.empty()) return link;
+        if (std::wstring link = LinkBelow(path, depth - 1); !link.empty()) return link;
     }
     return {};
 }

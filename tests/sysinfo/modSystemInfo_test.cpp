@@ -14,6 +14,7 @@
 
 #include <doctest/doctest.h>
 
+#include <algorithm>
 #include <vector>
 
 using namespace sysinfo;

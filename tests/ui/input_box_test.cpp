@@ -15,7 +15,7 @@ constexpr int kEdit = 100;
 
 std::wstring TextOf(HWND window) {
     wchar_t text[1000] = {};
-    return std::wstring(text, static_cast<std::size_t>(GetWindowTextW(window, text, 1000)));
+    return {text, static_cast<std::size_t>(GetWindowTextW(window, text, 1000))};
 }
 
 // What a user does once the dialog is there.

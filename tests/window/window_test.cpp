@@ -183,12 +183,16 @@ TEST_CASE("each tab shows its own controls and writes its count") {
 
 TEST_CASE("the argument selects a tab only when it is one digit from 2 to 6") {
     const SettingsFile settings;
-    for (const auto& [argument, place] :
-         {std::pair{L"2", 1}, {L"3", 2}, {L"6", 5}, {L"7", 0}, {L"1", 0}, {L" 2", 0}, {L"22", 0}, {L"x", 0}}) {
-        CAPTURE(place);
-        const Driven window(argument);
-        CHECK(window.tab() == place);
-        const wchar_t* caption = place == 0 ? L"強制削除(&F)" : place == 5 ? L"作成(&N)" : L"強制削除";
+    struct Start {
+        const wchar_t* argument;
+        int tab;
+    };
+    for (const Start& start :
+         {Start{L"2", 1}, {L"3", 2}, {L"6", 5}, {L"7", 0}, {L"1", 0}, {L" 2", 0}, {L"22", 0}, {L"x", 0}}) {
+        CAPTURE(start.tab);
+        const Driven window(start.argument);
+        CHECK(window.tab() == start.tab);
+        const wchar_t* caption = start.tab == 0 ? L"強制削除(&F)" : start.tab == 5 ? L"作成(&N)" : L"強制削除";
         CHECK(window.text(Control::cmdMenu_1) == caption);
     }
 }
