@@ -3,21 +3,42 @@
 #include "programs/file_icon.h"
 #include "programs/modReg.h"
 #include "programs/uninstall_key.h"
+#include "win/text.h"
+
+#include <map>
 
 namespace programs {
 namespace {
 
-// The image index for a row; the lists get the image list with the first icon of a scan.
-int AddIcon(const ProgramLists& lists, const UninstallEntry& entry, startup::FileProbe& probe) {
-    const std::wstring path = IconPath(entry, probe);
-    const int images = probe.reachable(path) ? AddFileIconToImageList(lists.icons, path, SHGFI_SMALLICON) : 0;
-    if (images == 0) return ui::ListView::kNoImage;
-    if (images == 1) {
-        lists.programs.set_small_images(lists.icons);
-        lists.updates.set_small_images(lists.icons);
+// The icons of one scan. The shell takes its time for each, and many entries name the same file: Windows Installer.
+class Icons {
+public:
+    explicit Icons(const ProgramLists& lists) : lists_(lists) {}
+
+    // The image index for a row.
+    int image(const UninstallEntry& entry) {
+        const std::wstring path = IconPath(entry, probe_);
+        const auto [place, is_new] = known_.try_emplace(win::LowerCase(path), ui::ListView::kNoImage);
+        if (is_new && probe_.reachable(path)) place->second = add(path);
+        return place->second;
     }
-    return images - 1;
-}
+
+private:
+    // The lists get the image list with the first icon of a scan.
+    int add(const std::wstring& path) const {
+        const int images = AddFileIconToImageList(lists_.icons, path, SHGFI_SMALLICON);
+        if (images == 0) return ui::ListView::kNoImage;
+        if (images == 1) {
+            lists_.programs.set_small_images(lists_.icons);
+            lists_.updates.set_small_images(lists_.icons);
+        }
+        return images - 1;
+    }
+
+    const ProgramLists& lists_;
+    startup::FileProbe probe_;
+    std::map<std::wstring, int> known_;  // by path
+};
 
 void AddRow(const ProgramLists& lists, const UninstallEntry& entry, int image) {
     const ui::ListView& list = entry.is_update ? lists.updates : lists.programs;
@@ -50,14 +71,14 @@ void ScanUninstallKeys(const ProgramLists& lists, const ScanOptions& options, st
     lists.updates.set_small_images(nullptr);
     ImageList_RemoveAll(lists.icons);
 
-    startup::FileProbe probe;
+    Icons icons(lists);
     const auto scan = [&](HKEY root, const std::wstring& path) {
         const std::vector<std::wstring> names = EnumerateSubkeyNames(root, path);
         host.pump();
         for (const std::wstring& name : names) {
             const auto entry = ReadUninstallEntry(root, path, name, options);
             if (!entry) continue;
-            AddRow(lists, *entry, options.show_icons ? AddIcon(lists, *entry, probe) : ui::ListView::kNoImage);
+            AddRow(lists, *entry, options.show_icons ? icons.image(*entry) : ui::ListView::kNoImage);
         }
     };
     const std::wstring path = std::wstring(kUninstallKey) + L"\\";
