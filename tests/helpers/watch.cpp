@@ -4,7 +4,10 @@
 //   waits       longest time since the last question that a message has waited for its answer: milliseconds less the
 //               time that the program spent queueing for a processor; all milliseconds; messages sent
 //   counts      handles, GDI objects, USER objects of all programs, private kilobytes
+// and, to tell what is the system's own:
 //   bind N      binds a WMI moniker N times in this process and tells by how much its handles have grown
+//   wrap N      lets a bare edit control wrap its lines anew N times and tells by how many kilobytes this process has
+//   grown
 #include "support/counters.h"
 #include "win/com_ptr.h"
 
@@ -126,6 +129,16 @@ void PrintBinding(int times) {
     std::printf("%ld\n", CountOwn().handles - before);
 }
 
+void PrintWrapping(int times) {
+    const std::wstring line(500, L'長');
+    const win::Window box(CreateWindowExW(0, L"EDIT", line.c_str(), WS_POPUP | ES_MULTILINE | ES_AUTOVSCROLL, 0, 0, 400,
+                                          300, nullptr, nullptr, nullptr, nullptr));
+    const long before = counters::PrivateKilobytes(GetCurrentProcess());
+    for (int time = 0; time < times; ++time)
+        SetWindowPos(box.get(), nullptr, 0, 0, time % 2 ? 400 : 500, 300, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    std::printf("%ld\n", counters::PrivateKilobytes(GetCurrentProcess()) - before);
+}
+
 }  // namespace
 
 int wmain(int count, wchar_t** arguments) {
@@ -139,6 +152,7 @@ int wmain(int count, wchar_t** arguments) {
         if (std::strncmp(line, "waits", 5) == 0) PrintWaits();
         if (std::strncmp(line, "counts", 6) == 0) PrintCounts();
         if (std::strncmp(line, "bind ", 5) == 0) PrintBinding(std::atoi(line + 5));
+        if (std::strncmp(line, "wrap ", 5) == 0) PrintWrapping(std::atoi(line + 5));
         std::fflush(stdout);
     }
     return 0;
