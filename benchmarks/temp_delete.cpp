@@ -8,6 +8,7 @@
 #include "tools/modFile.h"
 #include "tools/real_path.h"
 #include "win/system_library.h"
+#include "win/system_text.h"
 #include "win/text.h"
 
 namespace {

@@ -3,9 +3,9 @@
 #include "programs/modReg.h"
 #include "programs/open_with_shell.h"
 #include "programs/registry_editor.h"
-#include "startup/path.h"
+#include "startup/command_path.h"
 #include "win/process.h"
-#include "win/text.h"
+#include "win/system_text.h"
 
 #include <algorithm>
 

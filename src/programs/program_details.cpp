@@ -1,7 +1,7 @@
 #include "programs/program_details.h"
 
 #include "programs/uninstall_key.h"
-#include "win/text.h"
+#include "win/system_text.h"
 
 namespace programs {
 namespace {

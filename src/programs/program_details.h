@@ -13,7 +13,8 @@ struct ProgramDetails {
 };
 
 // Reads the details from the uninstall key `key_name` of the machine, or where that does not exist of the user. A value
-// that is missing or has more than 255 bytes in the system's code page is empty (RegQueryValueExA).
+// that is missing or has more than 256 bytes in the system's code page, its terminator included, is empty
+// (RegQueryValueExA).
 ProgramDetails ReadProgramDetails(std::wstring_view key_name, std::wstring_view user_sid);
 
 }  // namespace programs

@@ -2,6 +2,7 @@
 
 #include "win/handle.h"
 #include "win/process.h"
+#include "win/system_text.h"
 #include "win/text.h"
 
 #include <algorithm>

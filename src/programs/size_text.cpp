@@ -12,6 +12,9 @@ struct Unit {
 
 constexpr Unit kUnits[] = {{1U << 30, L" GB"}, {1U << 20, L" MB"}, {1U << 10, L" KB"}};
 
+constexpr std::wstring_view kMegabyteUnit = L"MB";
+constexpr std::size_t kSortKeyLength = 8;  // "00000.00"
+
 }  // namespace
 
 std::wstring SizeText(std::uint64_t byte_count) {
@@ -23,6 +26,16 @@ std::wstring SizeText(std::uint64_t byte_count) {
 
 std::wstring FileTotalText(std::uint64_t file_count, std::uint64_t byte_count) {
     return L"ファイル総数 " + win::ToText(file_count) + L"個 (" + SizeText(byte_count) + L")";
+}
+
+std::wstring MegabyteText(std::uint32_t kilobytes) {
+    return win::TwoDecimals(kilobytes, 1024) + std::wstring(kMegabyteUnit);
+}
+
+std::wstring SizeSortKey(const std::wstring& megabyte_text) {
+    std::wstring key = megabyte_text.substr(0, megabyte_text.size() - kMegabyteUnit.size());
+    if (key.size() < kSortKeyLength) key.insert(0, kSortKeyLength - key.size(), L'0');
+    return key;
 }
 
 }  // namespace programs

@@ -12,4 +12,8 @@ std::wstring SizeText(std::uint64_t byte_count);
 // "ファイル総数 12個 (3.45 MB)".
 std::wstring FileTotalText(std::uint64_t file_count, std::uint64_t byte_count);
 
+// "1.50MB" for 1536 kilobytes, and the text that sorts sizes as numbers, "00001.50".
+std::wstring MegabyteText(std::uint32_t kilobytes);
+std::wstring SizeSortKey(const std::wstring& megabyte_text);
+
 }  // namespace programs

@@ -3,14 +3,13 @@
 #include "programs/modReg.h"
 #include "win/folders.h"
 #include "win/handle.h"
+#include "win/system_text.h"
 #include "win/text.h"
 
 namespace programs {
 namespace {
 
 constexpr DWORD kTextBytes = 512;
-constexpr std::wstring_view kMegabyteUnit = L"MB";
-constexpr std::size_t kSortKeyLength = 8;  // "00000.00"
 
 // The values of one key. None is read before it is asked for.
 class Values {
@@ -68,16 +67,6 @@ std::optional<UninstallEntry> ReadUninstallEntry(HKEY root, const std::wstring& 
     entry.install_location = values.text(L"InstallLocation");
     if (options.show_icons) entry.display_icon = values.text(L"DisplayIcon");
     return entry;
-}
-
-std::wstring MegabyteText(std::uint32_t kilobytes) {
-    return win::TwoDecimals(kilobytes, 1024) + std::wstring(kMegabyteUnit);
-}
-
-std::wstring SizeSortKey(const std::wstring& megabyte_text) {
-    std::wstring key = megabyte_text.substr(0, megabyte_text.size() - kMegabyteUnit.size());
-    if (key.size() < kSortKeyLength) key.insert(0, kSortKeyLength - key.size(), L'0');
-    return key;
 }
 
 std::wstring IconPath(const UninstallEntry& entry, startup::FileProbe& probe) {

@@ -1,7 +1,7 @@
 // One subkey of the Uninstall registry key, as an installer left it.
 #pragma once
 
-#include "startup/path.h"
+#include "startup/command_path.h"
 #include "win/platform.h"
 
 #include <cstdint>
@@ -33,10 +33,6 @@ struct ScanOptions {
 // their type; a text of more than 512 bytes counts as missing.
 std::optional<UninstallEntry> ReadUninstallEntry(HKEY root, const std::wstring& parent_path,
                                                  const std::wstring& key_name, const ScanOptions& options);
-
-// "1.50MB" for 1536 kilobytes, and the text that sorts sizes as numbers, "00001.50".
-std::wstring MegabyteText(std::uint32_t kilobytes);
-std::wstring SizeSortKey(const std::wstring& megabyte_text);
 
 // The file whose icon an entry shows: DisplayIcon without index and quotes, else the program that uninstalls it.
 std::wstring IconPath(const UninstallEntry& entry, startup::FileProbe& probe);

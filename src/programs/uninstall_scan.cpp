@@ -2,6 +2,7 @@
 
 #include "programs/file_icon.h"
 #include "programs/modReg.h"
+#include "programs/size_text.h"
 #include "programs/uninstall_key.h"
 #include "win/text.h"
 

@@ -1,6 +1,6 @@
 #include "services/service_advice.h"
 
-#include "win/text.h"
+#include "win/system_text.h"
 
 #include <algorithm>
 #include <iterator>

@@ -2,6 +2,7 @@
 
 #include "services/service_advice.h"
 #include "win/automation.h"
+#include "win/system_text.h"
 #include "win/text.h"
 
 #include <algorithm>

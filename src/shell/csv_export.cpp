@@ -1,7 +1,7 @@
 #include "shell/csv_export.h"
 
 #include "win/handle.h"
-#include "win/text.h"
+#include "win/system_text.h"
 
 namespace shell {
 namespace {

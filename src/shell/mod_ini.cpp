@@ -1,6 +1,7 @@
 #include "shell/mod_ini.h"
 
 #include "win/platform.h"
+#include "win/system_text.h"
 #include "win/text.h"
 
 #include <algorithm>

@@ -1,59 +1,8 @@
 #include "startup/path.h"
 
-#include "win/platform.h"
 #include "win/text.h"
 
 namespace startup {
-namespace {
-
-constexpr std::wstring_view kProgramFilesVariable = L"%programfiles%";
-
-// A longer Windows folder has never been searched; the limit stays.
-constexpr UINT kWindowsFolderLength = 32;
-
-std::wstring ProgramFilesFolder() {
-    char folder[MAX_PATH] = {};
-    SHGetSpecialFolderPathA(nullptr, folder, CSIDL_PROGRAM_FILES, FALSE);
-    return win::FromAnsi(folder);
-}
-
-// Empty when it does not fit.
-std::wstring ShortWindowsFolder() {
-    char folder[kWindowsFolderLength] = {};
-    const UINT length = GetWindowsDirectoryA(folder, kWindowsFolderLength);
-    return length < kWindowsFolderLength ? win::FromAnsi({folder, length}) : std::wstring();
-}
-
-// "\\server\share\" in lower case; empty for a path that is not on a share.
-std::wstring ShareRoot(const std::wstring& path) {
-    if (!path.starts_with(L"\\\\")) return {};
-    const std::size_t server_end = path.find(L'\\', 2);
-    const std::size_t share_end = server_end == path.npos ? path.npos : path.find(L'\\', server_end + 1);
-    return win::LowerCase(path.substr(0, share_end)) + L"\\";
-}
-
-// "c:\"; empty for a path without a drive.
-std::wstring DriveRoot(const std::wstring& path) {
-    const std::wstring root = win::LowerCase(path.substr(0, 2)) + L"\\";
-    return root.size() == 3 && root[1] == L':' && root[0] >= L'a' && root[0] <= L'z' ? root : std::wstring();
-}
-
-// A share that refuses a look at its root is there all the same.
-bool ShareAnswers(const std::wstring& root) {
-    return GetFileAttributesW(root.c_str()) != INVALID_FILE_ATTRIBUTES || GetLastError() == ERROR_ACCESS_DENIED;
-}
-
-std::wstring QuotedPart(std::wstring_view text) {
-    text.remove_prefix(1);
-    return std::wstring(text.substr(0, text.find(L'"')));
-}
-
-std::wstring CutBefore(const std::wstring& text, std::wstring_view argument) {
-    const std::size_t at = text.find(argument);
-    return at == text.npos ? text : std::wstring(win::TrimBlanks(std::wstring_view(text).substr(0, at)));
-}
-
-}  // namespace
 
 std::wstring ParentFolder(std::wstring_view path) {
     const std::size_t at = path.rfind(L'\\');
@@ -76,56 +25,6 @@ std::wstring ExtensionPart(std::wstring_view name) {
 
 std::wstring JoinPath(std::wstring_view first, std::wstring_view second) {
     return win::ReplaceAll(std::wstring(first) + L"\\" + std::wstring(second), L"\\\\", L"\\");
-}
-
-bool IsOnNetwork(const std::wstring& path) {
-    return !ShareRoot(path).empty() || GetDriveTypeW(DriveRoot(path).c_str()) == DRIVE_REMOTE;
-}
-
-std::wstring FileProbe::network_root(const std::wstring& path) {
-    const std::wstring drive = DriveRoot(path);
-    if (drive.empty()) return ShareRoot(path);
-    const auto [place, added] = drive_types_.try_emplace(drive);
-    if (added) place->second = GetDriveTypeW(drive.c_str());
-    // A mapping whose server is gone may be no drive at all.
-    const bool remote = place->second == DRIVE_REMOTE || place->second == DRIVE_NO_ROOT_DIR;
-    return remote ? drive : std::wstring();
-}
-
-bool FileProbe::exists(const std::wstring& path) {
-    const std::wstring root = network_root(path);
-    if (has_failed(root)) return false;
-    if (PathFileExistsW(path.c_str())) return true;
-    if (!root.empty() && !ShareAnswers(root)) failed_roots_.insert(root);
-    return false;
-}
-
-bool FileProbe::reachable(const std::wstring& path) {
-    const std::wstring root = network_root(path);
-    return root.empty() || exists(path) || !has_failed(root);
-}
-
-std::wstring ResolveCommandPath(std::wstring_view command_line, FileProbe& probe) {
-    std::wstring path(command_line);
-    if (path.starts_with(L"\"")) path = QuotedPart(command_line);
-    if (probe.exists(path)) return path;
-
-    const std::wstring_view start = std::wstring_view(path).substr(0, kProgramFilesVariable.size());
-    if (win::LowerCase(start) == kProgramFilesVariable) {
-        path = JoinPath(ProgramFilesFolder(), std::wstring_view(path).substr(start.size()));
-        if (probe.exists(path)) return path;
-    }
-
-    path = CutBefore(CutBefore(path, L" /"), L" -");
-    if (probe.exists(path)) return path;
-    const std::wstring windows_folder = ShortWindowsFolder();
-    const std::wstring in_windows = JoinPath(windows_folder, path);
-    return !windows_folder.empty() && probe.exists(in_windows) ? in_windows : path;
-}
-
-std::wstring ResolveCommandPath(std::wstring_view command_line) {
-    FileProbe probe;
-    return ResolveCommandPath(command_line, probe);
 }
 
 }  // namespace startup

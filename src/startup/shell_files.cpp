@@ -2,6 +2,7 @@
 
 #include "startup/path.h"
 #include "win/folders.h"
+#include "win/system_text.h"
 #include "win/text.h"
 
 namespace startup {

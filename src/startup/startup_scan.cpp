@@ -1,10 +1,12 @@
 #include "startup/startup_scan.h"
 
 #include "programs/modReg.h"
+#include "startup/command_path.h"
 #include "startup/path.h"
 #include "startup/shell_files.h"
 #include "win/folders.h"
 #include "win/handle.h"
+#include "win/system_text.h"
 #include "win/text.h"
 
 namespace startup {

@@ -5,6 +5,7 @@
 #include "sysinfo/control_panel_catalogue.h"
 #include "win/folders.h"
 #include "win/handle.h"
+#include "win/system_text.h"
 #include "win/text.h"
 
 namespace sysinfo {

@@ -1,6 +1,5 @@
 #include "sysinfo/os_name.h"
 
-#include "win/platform.h"
 #include "win/text.h"
 
 #include <array>
@@ -9,6 +8,8 @@ namespace sysinfo {
 namespace {
 
 constexpr wchar_t kUnknownWindows[] = L"Windows ??";
+
+constexpr unsigned kPlatformNt = 2;  // VER_PLATFORM_WIN32_NT
 
 constexpr unsigned kPersonalSuite = 0x200;  // Home Edition
 
@@ -50,7 +51,7 @@ std::wstring NameOfVersion4(const SystemVersion& version) {
     switch (version.minor) {
         case 0:
             if (version.service_pack == L"C") return L"Windows 95 OSR2";
-            return version.platform == VER_PLATFORM_WIN32_NT ? L"Windows NT 4.0" : L"Windows 95";
+            return version.platform == kPlatformNt ? L"Windows NT 4.0" : L"Windows 95";
         case 10:
             return version.service_pack == L"A" ? L"Windows 98 SE" : L"Windows 98";
         case 90:

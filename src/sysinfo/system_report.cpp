@@ -3,6 +3,7 @@
 #include "win/text.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
 
 namespace sysinfo {
@@ -56,8 +57,8 @@ int RoundHalfToEven(int numerator, int denominator) {
 }
 
 // The square root of a whole number lies never half-way between two, so that only "nearest" is left to decide.
-int NearestRoot(int square) {
-    int root = 0;
+std::int64_t NearestRoot(std::int64_t square) {
+    std::int64_t root = 0;
     while ((root + 1) * (root + 1) <= square)
         ++root;
     return square - root * root > root ? root + 1 : root;
@@ -88,8 +89,8 @@ std::wstring Resolution(int width, int height) { return win::ToText(width) + L" 
 
 std::wstring DisplayInches(int width, int height, int dpi_x, int dpi_y) {
     if (width <= 0 || height <= 0 || dpi_x <= 0 || dpi_y <= 0) return {};
-    const int x = RoundHalfToEven(width, dpi_x);
-    const int y = RoundHalfToEven(height, dpi_y);
+    const std::int64_t x = RoundHalfToEven(width, dpi_x);
+    const std::int64_t y = RoundHalfToEven(height, dpi_y);
     return win::ToText(NearestRoot(x * x + y * y));
 }
 

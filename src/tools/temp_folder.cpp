@@ -1,9 +1,11 @@
 #include "tools/temp_folder.h"
 
+#include "startup/command_path.h"
 #include "startup/path.h"
 #include "tools/real_path.h"
 #include "win/folders.h"
 #include "win/sized_text.h"
+#include "win/system_text.h"
 #include "win/text.h"
 
 #include <algorithm>

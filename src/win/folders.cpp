@@ -24,7 +24,9 @@ const std::wstring& WindowsDirectory() {
 }
 
 std::wstring GetSpecialFolderPath(int csidl) {
-    wchar_t folder[MAX_PATH] = {};
+    // One more than asked for: of a registry setting with exactly MAX_PATH characters and no end, Wine writes the end
+    // behind the buffer.
+    wchar_t folder[MAX_PATH + 1] = {};
     return SHGetSpecialFolderPathW(nullptr, folder, csidl, FALSE) ? folder : std::wstring();
 }
 

@@ -1,35 +1,11 @@
 #include "win/text.h"
 
-#include "win/platform.h"
-
 #include <algorithm>
 #include <limits>
 
 namespace win {
 
 std::wstring_view CutAtNul(std::wstring_view text) { return text.substr(0, text.find(L'\0')); }
-
-std::string ToAnsi(std::wstring_view text) {
-    const int length = static_cast<int>(text.size());
-    const int size = WideCharToMultiByte(CP_ACP, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
-    std::string ansi(static_cast<std::size_t>(std::max(size, 0)), '\0');
-    if (size > 0) WideCharToMultiByte(CP_ACP, 0, text.data(), length, ansi.data(), size, nullptr, nullptr);
-    return ansi;
-}
-
-std::wstring FromAnsi(std::string_view text) {
-    const int length = static_cast<int>(text.size());
-    const int size = MultiByteToWideChar(CP_ACP, 0, text.data(), length, nullptr, 0);
-    std::wstring wide(static_cast<std::size_t>(std::max(size, 0)), L'\0');
-    if (size > 0) MultiByteToWideChar(CP_ACP, 0, text.data(), length, wide.data(), size);
-    return wide;
-}
-
-std::wstring LowerCase(std::wstring_view text) {
-    std::wstring lower(text);
-    if (!lower.empty()) CharLowerBuffW(lower.data(), static_cast<DWORD>(lower.size()));
-    return lower;
-}
 
 bool Contains(std::wstring_view text, std::wstring_view part) { return text.find(part) != text.npos; }
 
@@ -53,11 +29,11 @@ std::wstring ReplaceAll(std::wstring_view text, std::wstring_view part, std::wst
     return result;
 }
 
-std::wstring ToText(std::uint64_t number) { return PadZeros(number, 1); }
+std::wstring ToText(unsigned long long number) { return PadZeros(number, 1); }
 
-std::wstring ToText(std::int64_t number) {
-    if (number >= 0) return ToText(static_cast<std::uint64_t>(number));
-    return L"-" + ToText(std::uint64_t{0} - static_cast<std::uint64_t>(number));
+std::wstring ToText(long long number) {
+    if (number >= 0) return ToText(static_cast<unsigned long long>(number));
+    return L"-" + ToText(0ULL - static_cast<unsigned long long>(number));
 }
 
 std::wstring PadZeros(std::uint64_t number, int digits) {

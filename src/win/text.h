@@ -1,4 +1,4 @@
-// Text: UTF-16 inside the program, the system's code page at the ANSI calls, and the few formats the views share.
+// Text, UTF-16 as everywhere in the program, and the few formats the views share. Nothing here asks the system.
 #pragma once
 
 #include <cstdint>
@@ -10,13 +10,6 @@ namespace win {
 // The text before the first NUL; the whole of it when there is none.
 std::wstring_view CutAtNul(std::wstring_view text);
 
-// UTF-16 to the system's ANSI code page and back. Characters that the page lacks become what Windows puts for them.
-std::string ToAnsi(std::wstring_view text);
-std::wstring FromAnsi(std::string_view text);
-
-// Lower case as the user interface compares: CharLowerBuffW, one character to one character.
-std::wstring LowerCase(std::wstring_view text);
-
 bool Contains(std::wstring_view text, std::wstring_view part);
 
 // Without the blanks (U+0020 only) at both ends; without the leading ones.
@@ -26,12 +19,12 @@ std::wstring_view TrimLeadingBlanks(std::wstring_view text);
 std::wstring ReplaceAll(std::wstring_view text, std::wstring_view part, std::wstring_view with);
 
 // Decimal text, whatever the locale.
-std::wstring ToText(std::int64_t number);
-std::wstring ToText(std::uint64_t number);
-inline std::wstring ToText(int number) { return ToText(static_cast<std::int64_t>(number)); }
-inline std::wstring ToText(unsigned number) { return ToText(static_cast<std::uint64_t>(number)); }
-inline std::wstring ToText(long number) { return ToText(static_cast<std::int64_t>(number)); }
-inline std::wstring ToText(unsigned long number) { return ToText(static_cast<std::uint64_t>(number)); }
+std::wstring ToText(long long number);
+std::wstring ToText(unsigned long long number);
+inline std::wstring ToText(int number) { return ToText(static_cast<long long>(number)); }
+inline std::wstring ToText(unsigned number) { return ToText(static_cast<unsigned long long>(number)); }
+inline std::wstring ToText(long number) { return ToText(static_cast<long long>(number)); }
+inline std::wstring ToText(unsigned long number) { return ToText(static_cast<unsigned long long>(number)); }
 
 // Decimal text with at least `digits` digits, zeros in front.
 std::wstring PadZeros(std::uint64_t number, int digits);

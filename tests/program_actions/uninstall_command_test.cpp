@@ -7,6 +7,7 @@
 #include "support/test_host.h"
 #include "win/com_ptr.h"
 #include "win/folders.h"
+#include "win/system_text.h"
 
 #include <doctest/doctest.h>
 

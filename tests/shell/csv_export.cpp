@@ -3,6 +3,7 @@
 #include "support/test_folder.h"
 #include "support/test_host.h"
 #include "support/test_list.h"
+#include "win/system_text.h"
 #include "win/text.h"
 
 #include <doctest/doctest.h>

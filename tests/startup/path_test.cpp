@@ -1,4 +1,5 @@
 #include "startup/path.h"
+#include "startup/command_path.h"
 
 #include "support/show.h"
 #include "support/test_folder.h"

@@ -1,6 +1,6 @@
 #include "startup/startup_scan.h"
 
-#include "startup/path.h"
+#include "startup/command_path.h"
 #include "startup/shell_files.h"
 
 #include "support/automation_double.h"

@@ -12,6 +12,7 @@
 #include "support/test_list.h"
 #include "win/com_ptr.h"
 #include "win/folders.h"
+#include "win/system_text.h"
 
 #include <doctest/doctest.h>
 

@@ -9,7 +9,7 @@
 #include "ui/drop_files.h"
 #include "win/com_ptr.h"
 #include "win/folders.h"
-#include "win/text.h"
+#include "win/system_text.h"
 
 #include <doctest/doctest.h>
 

@@ -6,7 +6,7 @@
 #include "support/throw_away.h"
 #include "win/folders.h"
 #include "win/handle.h"
-#include "win/text.h"
+#include "win/system_text.h"
 
 #include <doctest/doctest.h>
 

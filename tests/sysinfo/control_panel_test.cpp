@@ -10,6 +10,7 @@
 #include "support/throw_away.h"
 #include "win/com_ptr.h"
 #include "win/folders.h"
+#include "win/system_text.h"
 
 #include <doctest/doctest.h>
 

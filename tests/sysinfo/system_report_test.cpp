@@ -48,6 +48,7 @@ TEST_CASE("The display size is rounded twice, halves to the even number") {
     CHECK(DisplayInches(1008, 96, 96, 96) == L"10");      // 10 (10.5) and 1
     CHECK(DisplayInches(1009, 96, 96, 96) == L"11");      // 11 (10.51) and 1
     CHECK(DisplayInches(3840, 2160, 144, 192) == L"29");  // 27 (26.67) and 11 (11.25)
+    CHECK(DisplayInches(65535, 65535, 1, 1) == L"92680");
     CHECK(DisplayInches(0, 0, 96, 96) == L"");
     CHECK(DisplayInches(1920, 1080, 0, 0) == L"");
 }

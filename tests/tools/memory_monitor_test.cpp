@@ -4,6 +4,7 @@
 #include "support/show.h"
 #include "support/stand_in.h"
 #include "support/test_folder.h"
+#include "win/system_text.h"
 
 #include <doctest/doctest.h>
 

@@ -1,0 +1,31 @@
+#include "win/system_text.h"
+
+#include "win/platform.h"
+
+#include <algorithm>
+
+namespace win {
+
+std::string ToAnsi(std::wstring_view text) {
+    const int length = static_cast<int>(text.size());
+    const int size = WideCharToMultiByte(CP_ACP, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
+    std::string ansi(static_cast<std::size_t>(std::max(size, 0)), '\0');
+    if (size > 0) WideCharToMultiByte(CP_ACP, 0, text.data(), length, ansi.data(), size, nullptr, nullptr);
+    return ansi;
+}
+
+std::wstring FromAnsi(std::string_view text) {
+    const int length = static_cast<int>(text.size());
+    const int size = MultiByteToWideChar(CP_ACP, 0, text.data(), length, nullptr, 0);
+    std::wstring wide(static_cast<std::size_t>(std::max(size, 0)), L'\0');
+    if (size > 0) MultiByteToWideChar(CP_ACP, 0, text.data(), length, wide.data(), size);
+    return wide;
+}
+
+std::wstring LowerCase(std::wstring_view text) {
+    std::wstring lower(text);
+    if (!lower.empty()) CharLowerBuffW(lower.data(), static_cast<DWORD>(lower.size()));
+    return lower;
+}
+
+}  // namespace win

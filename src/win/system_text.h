@@ -1,0 +1,16 @@
+// What the system decides about text: its code page, which the ANSI calls take, and letter case.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace win {
+
+// UTF-16 to the system's ANSI code page and back. Characters that the page lacks become what Windows puts for them.
+std::string ToAnsi(std::wstring_view text);
+std::wstring FromAnsi(std::string_view text);
+
+// Lower case as the user interface compares: CharLowerBuffW, one character to one character.
+std::wstring LowerCase(std::wstring_view text);
+
+}  // namespace win
