@@ -1,12 +1,15 @@
-// Registry names with a NUL inside: the kernel takes them, Windows' own functions cannot make them.
+// Registry names with a NUL inside and unterminated texts: the kernel takes them, the usual functions cannot make them.
 #pragma once
 
 #include "win/system_library.h"
 
 #include <winternl.h>
 
+#include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace native {
 
@@ -21,12 +24,24 @@ inline UNICODE_STRING Name(std::wstring& text) {
     return {bytes, bytes, text.data()};
 }
 
-inline bool SetText(HKEY key, std::wstring name, const std::wstring& text) {
+// Any type and any bytes as they are: Wine's own RegSetValueExW ends an unterminated string.
+inline bool SetValue(HKEY key, std::wstring name, DWORD type, std::span<const std::byte> bytes) {
     using Set = LONG(WINAPI*)(HANDLE, const UNICODE_STRING*, ULONG, ULONG, const void*, ULONG);
+    static const auto set = Find<Set>("NtSetValueKey");
     const UNICODE_STRING native_name = Name(name);
-    const auto set = Find<Set>("NtSetValueKey");
-    const auto bytes = static_cast<ULONG>((text.size() + 1) * sizeof(wchar_t));
-    return set && set(key, &native_name, 0, REG_SZ, text.c_str(), bytes) == 0;
+    return set && set(key, &native_name, 0, type, bytes.data(), static_cast<ULONG>(bytes.size())) == 0;
+}
+
+inline bool DeleteValue(HKEY key, std::wstring name) {
+    using Delete = LONG(WINAPI*)(HANDLE, const UNICODE_STRING*);
+    static const auto delete_value = Find<Delete>("NtDeleteValueKey");
+    const UNICODE_STRING native_name = Name(name);
+    return delete_value && delete_value(key, &native_name) == 0;
+}
+
+inline bool SetText(HKEY key, std::wstring name, const std::wstring& text) {
+    return SetValue(key, std::move(name), REG_SZ,
+                    std::as_bytes(std::span<const wchar_t>(text.c_str(), text.size() + 1)));
 }
 
 // A subkey, deleted at the end.
