@@ -5,7 +5,7 @@
 #include "startup/startup_menu.h"
 #include "tools/cleanup.h"
 #include "tools/shell_repairs.h"
-#include "win/text.h"
+#include "win/system_text.h"
 
 #include <algorithm>
 #include <iterator>

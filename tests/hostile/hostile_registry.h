@@ -1,6 +1,8 @@
 // Random registry values, and what a plain reader without bounds finds in a key.
 #pragma once
 
+#include "nasty_values.h"
+
 #include "support/hostile.h"
 #include "support/native_names.h"
 #include "win/handle.h"
@@ -31,6 +33,12 @@ struct Value {
     Bytes bytes;
 };
 
+inline Value ValueOf(const NastyValue& nasty) {
+    Value value{nasty.type, BytesOf(nasty.text)};
+    value.bytes.resize(nasty.bytes, std::byte{0x30});
+    return value;
+}
+
 inline Value MakeValue(Source& source) {
     constexpr DWORD types[] = {REG_SZ,       REG_SZ,     REG_SZ,    REG_SZ,     REG_EXPAND_SZ,
                                REG_MULTI_SZ, REG_DWORD,  REG_NONE,  REG_BINARY, REG_DWORD_BIG_ENDIAN,
@@ -48,6 +56,11 @@ inline Value MakeValue(Source& source) {
     while (source.once_in(4))
         source.mutate(value.bytes);
     return value;
+}
+
+// What a round puts in: first the known values in turn, then random ones.
+inline Value ValueFor(Source& source, std::uint64_t round) {
+    return round < std::size(kNastyValues) ? ValueOf(kNastyValues[round]) : MakeValue(source);
 }
 
 // A name that the registry takes: at most `longest` code units, without a backslash.

@@ -43,6 +43,10 @@ void PlantControl(const TestKey& key) {
     key.set_text(kControl[ProgramColumn::RegistryKey], L"InstallLocation", kControl[ProgramColumn::InstallFolder]);
     key.set_text(kControl[ProgramColumn::RegistryKey], L"UninstallString", kControl[ProgramColumn::UninstallCommand]);
     key.set_number(kControl[ProgramColumn::RegistryKey], L"EstimatedSize", 1536);
+    std::wstring deep = kControl[ProgramColumn::RegistryKey];
+    while (deep.size() < 2000)
+        deep += L"\\deeper and deeper";
+    key.make(deep);
 }
 
 // What an entry has to show, read without the bounds of the program and then held against them.
@@ -104,9 +108,13 @@ public:
         PlantControl(scan.user);
     }
 
-    void change(hostile::Source& source) {
-        if (keys_.size() < kMostKeys && source.once_in(2)) add(source);
+    void change(hostile::Source& source, std::uint64_t round) {
+        if (keys_.empty() || (keys_.size() < kMostKeys && source.once_in(2))) add(source);
         if (keys_.size() > 2 && source.once_in(4)) keys_.pop_front();
+        if (round < std::size(hostile::kNastyValues)) {
+            for (const wchar_t* name : kValueNames)
+                hostile::Set(keys_.back().get(), name, hostile::ValueOf(hostile::kNastyValues[round]));
+        }
         for (std::size_t changes = source.below(4); changes > 0; --changes)
             change_value(source, keys_[source.below(keys_.size())].get());
         scan.options.show_system_components = source.once_in(2);
@@ -179,8 +187,8 @@ TEST_CASE("hostile Uninstall keys cost their own cells and rows") {
     const win::ComApartment apartment;
     const TestKey editor(HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Regedit");
     HostileKeys keys;
-    hostile::Run("programs", kRounds, [&](hostile::Source& source, std::uint64_t) {
-        keys.change(source);
+    hostile::Run("programs", kRounds, [&](hostile::Source& source, std::uint64_t round) {
+        keys.change(source, round);
         keys.scan.run();
         const Model model(keys.scan);
         REQUIRE(std::count(model.programs.begin(), model.programs.end(), kControl) == 2);

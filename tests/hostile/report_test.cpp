@@ -44,8 +44,8 @@ TEST_CASE("a hostile value is a text or a number within its bound") {
     REQUIRE_THROW_AWAY();
     const std::wstring path = L"Software\\QorvenixTest\\hostile value";
     const TestKey key(HKEY_CURRENT_USER, path);
-    hostile::Run("values", kValueRounds, [&](hostile::Source& source, std::uint64_t) {
-        const hostile::Value value = hostile::MakeValue(source);
+    hostile::Run("values", kValueRounds, [&](hostile::Source& source, std::uint64_t round) {
+        const hostile::Value value = hostile::ValueFor(source, round);
         hostile::Set(key.get(), L"v", value);
         const auto read = programs::ReadRegistryValue(HKEY_CURRENT_USER, path, L"v", kNoValue);
         REQUIRE(Shown(read) == Shown(Expected(value)));

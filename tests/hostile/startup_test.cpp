@@ -2,7 +2,6 @@
 #include "hostile_registry.h"
 
 #include "programs/detail_link.h"
-#include "programs/modReg.h"
 #include "startup/startup_menu.h"
 #include "startup/startup_scan.h"
 #include "support/root_override.h"
@@ -71,9 +70,12 @@ private:
     RootOverride user_override_{HKEY_CURRENT_USER, user_root_.get()};
 };
 
-const std::array<std::wstring, 4> kLocations = {
-    std::wstring(programs::kAllUsersTag) + kRunKey, std::wstring(programs::kAllUsersTag) + kRunOnceKey,
-    std::wstring(programs::kOneUserTag) + kRunKey, std::wstring(programs::kOneUserTag) + kRunOnceKey};
+constexpr const wchar_t* kLocations[] = {
+    L"(全ユーザー)SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run",
+    L"(全ユーザー)SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnce",
+    L"(個別ユーザー)SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run",
+    L"(個別ユーザー)SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnce",
+};
 
 struct Stored {
     std::wstring name;
@@ -114,13 +116,13 @@ Model Expected(const Place& place) {
     return model;
 }
 
-void ChangeValues(hostile::Source& source, HKEY key) {
+void ChangeValues(hostile::Source& source, std::uint64_t round, HKEY key) {
     const std::vector<Stored> values = ValuesOf(key);
     if (!values.empty() && (values.size() >= kMostValues || source.once_in(3))) {
         native::DeleteValue(key, source.pick(values).name);
     }
     // The rarer a value that ends the listing, the more of the others are seen.
-    hostile::Value value = hostile::MakeValue(source);
+    hostile::Value value = hostile::ValueFor(source, round);
     if (value.bytes.size() > kDataBytes && !source.once_in(4)) value.bytes.resize(kDataBytes - source.below(3));
     const std::wstring name = hostile::MakeName(source, source.once_in(30) ? 3000 : 300);
     hostile::Set(key, source.once_in(2) || values.empty() ? name : source.pick(values).name, value);
@@ -156,9 +158,8 @@ void MakeLink(const std::wstring& path, const std::wstring& target) {
 TEST_CASE("hostile Run keys cost their own cells, and what they end is what is behind a too long value") {
     REQUIRE_THROW_AWAY();
     Place place;
-    hostile::Run("run keys", kRunRounds, [&](hostile::Source& source, std::uint64_t) {
-        const std::size_t changed = source.below(place.keys.size());
-        ChangeValues(source, place.keys[changed].get());
+    hostile::Run("run keys", kRunRounds, [&](hostile::Source& source, std::uint64_t round) {
+        ChangeValues(source, round, source.pick(place.keys).get());
         place.run();
         const Model expected = Expected(place);
         REQUIRE(place.list.rows() == expected.rows);
@@ -173,9 +174,9 @@ TEST_CASE("hostile settings of the startup folders leave the registry's rows alo
     Place place;
     place.keys[0].set_text(L"", L"control", L"C:\\gone.exe /x");
     const Cells control = {L"control", L"C:\\gone.exe /x", kLocations[0], {}};
-    hostile::Run("startup folders", kFolderRounds, [&](hostile::Source& source, std::uint64_t) {
-        hostile::Set(place.user_folders.get(), L"Startup", hostile::MakeValue(source));
-        hostile::Set(place.machine_folders.get(), L"Common Startup", hostile::MakeValue(source));
+    hostile::Run("startup folders", kFolderRounds, [&](hostile::Source& source, std::uint64_t round) {
+        hostile::Set(place.user_folders.get(), L"Startup", hostile::ValueFor(source, round));
+        hostile::Set(place.machine_folders.get(), L"Common Startup", hostile::ValueFor(source, round));
         place.run();
         Rows rows = place.list.rows();
         REQUIRE_FALSE(rows.empty());
