@@ -167,11 +167,11 @@ void LookAt(const ui::ListView& list, int index) {
     StoreLastKey(row->key_name);
 }
 
-void LookAtAll(const TestList& shown, const Rows& expected, hostile::Source& source) {
+void LookAtAll(const TestList& shown, const Rows& expected, hostile::Source& source, TestHost& host) {
     REQUIRE(shown.rows() == expected);
     if (!expected.empty()) LookAt(shown.list, static_cast<int>(source.below(expected.size())));
     if (!source.once_in(16)) return;
-    REQUIRE(!shell::CsvOf(shown.list).empty());
+    REQUIRE(!shell::CsvOf(shown.list, host).empty());
     shown.list.sort(static_cast<int>(source.below(8)), ui::SortOrder::Descending);
     Rows sorted = shown.rows();
     Rows rows = expected;
@@ -192,7 +192,7 @@ TEST_CASE("hostile Uninstall keys cost their own cells and rows") {
         keys.scan.run();
         const Model model(keys.scan);
         REQUIRE(std::count(model.programs.begin(), model.programs.end(), kControl) == 2);
-        LookAtAll(keys.scan.programs, model.programs, source);
-        LookAtAll(keys.scan.updates, model.updates, source);
+        LookAtAll(keys.scan.programs, model.programs, source, keys.scan.host);
+        LookAtAll(keys.scan.updates, model.updates, source, keys.scan.host);
     });
 }

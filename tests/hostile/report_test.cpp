@@ -4,6 +4,7 @@
 #include "programs/modReg.h"
 #include "support/root_override.h"
 #include "support/show.h"
+#include "support/test_host.h"
 #include "support/test_key.h"
 #include "support/test_list.h"
 #include "support/throw_away.h"
@@ -59,6 +60,7 @@ TEST_CASE("the report and the Control Panel list are complete beside hostile val
     const TestKey explorer(sandbox.get(), kExplorer);
     const RootOverride machine(HKEY_LOCAL_MACHINE, sandbox.get());
     const TestList list(sysinfo::kControlPanelColumns);
+    TestHost host;
     const win::ImageList images(ImageList_Create(16, 16, ILC_COLOR32, 0, 8));
     const sysinfo::ControlPanelFolders good = {win::SystemDirectory(), L"C:\\Program Files", win::WindowsDirectory()};
     hostile::Run("reports", kRounds, [&](hostile::Source& source, std::uint64_t) {
@@ -73,7 +75,7 @@ TEST_CASE("the report and the Control Panel list are complete beside hostile val
         sysinfo::ControlPanelFolders folders = good;
         for (std::wstring* folder : {&folders.system, &folders.programs, &folders.windows})
             if (source.once_in(2)) *folder = win::CutAtNul(source.text());
-        sysinfo::FillControlPanelList(list.list, images.get(), static_cast<unsigned>(source.below(70)), folders);
+        sysinfo::FillControlPanelList(list.list, images.get(), static_cast<unsigned>(source.below(70)), folders, host);
         REQUIRE(list.list.count() >= 1);
         REQUIRE(list.list.find(sysinfo::ControlPanelColumn::Path, L"Folders") == 0);
         REQUIRE(ImageList_GetImageCount(images.get()) <= list.list.count());

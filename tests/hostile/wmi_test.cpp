@@ -108,12 +108,12 @@ constexpr const wchar_t* kService[] = {L"Caption",  L"State",       L"StartMode"
 constexpr const wchar_t* kProcess[] = {L"Name", L"ProcessID", L"Description", L"ExecutablePath", L"CreationClassName"};
 constexpr const wchar_t* kPoint[] = {L"CreationTime", L"Description", L"SequenceNumber"};
 
-void CheckCells(const TestList& list) {
+void CheckCells(const TestList& list, TestHost& host) {
     for (const auto& row : list.rows()) {
         for (const std::wstring& cell : row)
             REQUIRE(cell.find(L'\0') == cell.npos);
     }
-    REQUIRE(!shell::CsvOf(list.list).empty());
+    REQUIRE(!shell::CsvOf(list.list, host).empty());
 }
 
 }  // namespace
@@ -135,7 +135,7 @@ TEST_CASE("hostile services and processes cost their own cells") {
         REQUIRE(services.list.count() == static_cast<int>(rows));
         REQUIRE(services.rows().back() ==
                 std::vector<std::wstring>{L"Caption", L"", L"", L"Description", L"PathName", L"", L"", L"Name"});
-        CheckCells(services);
+        CheckCells(services, host);
         const auto row = static_cast<int>(source.below(rows));
         const services::ServiceDetail detail = services::lvService_ItemClick(services.list, row);
         REQUIRE(!detail.advice.empty());
@@ -146,13 +146,14 @@ TEST_CASE("hostile services and processes cost their own cells") {
         REQUIRE(processes.list.count() == static_cast<int>(rows));
         REQUIRE(processes.list.cell(static_cast<int>(rows) - 1, shell::ProcessColumn::ExecutablePath) ==
                 L"ExecutablePath");
-        CheckCells(processes);
+        CheckCells(processes, host);
     });
 }
 
 TEST_CASE("hostile restore points cost their own row") {
     const win::ComApartment apartment;
     const TestList points(programs::kRestoreColumns);
+    TestHost host;
     std::vector<win::Variant> members;
     const MonikerDouble moniker([&members](const std::wstring&) {
         auto root = doubles::MakeObject();
@@ -176,7 +177,7 @@ TEST_CASE("hostile restore points cost their own row") {
         REQUIRE(points.rows().back() == std::vector<std::wstring>{L"2024/03/01 08:30:30", L""});
         for (const std::wstring& time : points.column(0))
             REQUIRE(time.size() == 19);
-        CheckCells(points);
+        CheckCells(points, host);
         // Any text for a time.
         const auto time = programs::RestorePointTime(source.text());
         REQUIRE((!time || time->size() == 19));
