@@ -13,7 +13,7 @@
 #include "win/folders.h"
 #include "win/recycle_bin.h"
 #include "win/system_library.h"
-#include "win/text.h"
+#include "win/system_text.h"
 
 namespace {
 

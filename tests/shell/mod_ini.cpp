@@ -2,7 +2,7 @@
 
 #include "support/test_folder.h"
 #include "win/handle.h"
-#include "win/text.h"
+#include "win/system_text.h"
 
 #include <doctest/doctest.h>
 
