@@ -6,6 +6,7 @@
 #include "results.h"
 
 #include "../tests/support/test_list.h"
+#include "win/system_text.h"
 
 #include <string>
 
