@@ -4,7 +4,7 @@
 #include "programs/modReg.h"
 #include "programs/size_text.h"
 #include "programs/uninstall_key.h"
-#include "win/text.h"
+#include "win/system_text.h"
 
 #include <map>
 
