@@ -70,7 +70,7 @@ TEST_CASE("numbers are written and read exactly") {
         REQUIRE(win::ToText(static_cast<std::int64_t>(number)) == std::to_wstring(static_cast<std::int64_t>(number)));
         const std::uint64_t denominator = 1 + (Number(source) & 0xFFFFFFFF);
         const auto exact = static_cast<unsigned __int128>(number) * 200 + denominator;
-        const auto hundredths = static_cast<std::uint64_t>(exact / (2 * denominator) % 100);
+        const auto hundredths = static_cast<std::uint64_t>(exact / denominator / 2 % 100);
         const std::wstring decimals = win::TwoDecimals(number, denominator);
         REQUIRE(decimals.substr(decimals.size() - 2) == win::PadZeros(hundredths, 2));
 

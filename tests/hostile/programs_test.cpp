@@ -24,7 +24,7 @@ namespace {
 using Cells = std::vector<std::wstring>;
 using Rows = std::vector<Cells>;
 
-constexpr std::uint64_t kRounds = 1500;
+constexpr std::uint64_t kRounds = 700;
 constexpr std::size_t kMostKeys = 8;
 constexpr std::size_t kTextBytes = 512;  // a longer text counts as missing
 
@@ -160,7 +160,7 @@ void LookAt(const ui::ListView& list, int index) {
     }
     const CommandProgram program = FindCommandProgram(row->uninstall_command);
     // Never a name that Windows would search for, or a path from the current folder.
-    REQUIRE((program.path.empty() || program.path.find(L":") == 1 || program.path.starts_with(L"\\\\")));
+    REQUIRE((program.path.empty() || program.path.find(L':') == 1 || program.path.starts_with(L"\\\\")));
     REQUIRE((program.path.empty() || win::IsFile(program.path)));
     REQUIRE(row->uninstall_command.find(program.arguments) != std::wstring::npos);
     REQUIRE(InstallFolderCommand(*row).empty() == (row->install_folder.empty() && !row->empty_install_folder));

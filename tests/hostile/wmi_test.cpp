@@ -18,7 +18,7 @@ namespace {
 
 using Rows = std::vector<std::vector<std::wstring>>;
 
-constexpr std::uint64_t kRounds = 1500;
+constexpr std::uint64_t kRounds = 1000;
 constexpr std::size_t kMostRows = 6;
 
 win::Variant OfType(VARTYPE type, std::uint64_t bits) {
@@ -108,6 +108,21 @@ constexpr const wchar_t* kService[] = {L"Caption",  L"State",       L"StartMode"
 constexpr const wchar_t* kProcess[] = {L"Name", L"ProcessID", L"Description", L"ExecutablePath", L"CreationClassName"};
 constexpr const wchar_t* kPoint[] = {L"CreationTime", L"Description", L"SequenceNumber"};
 
+// A machine with these restore points.
+struct Points {
+    std::vector<win::Variant> members;
+    MonikerDouble moniker{[this](const std::wstring&) {
+        auto root = doubles::MakeObject();
+        root->method(L"InstancesOf", [this](const doubles::Arguments&, win::Variant& result) {
+            auto found = doubles::MakeObject();
+            found->collection([this] { return doubles::Members{members}; });
+            result = win::Variant(found.get());
+            return S_OK;
+        });
+        return root;
+    }};
+};
+
 void CheckCells(const TestList& list, TestHost& host) {
     for (const auto& row : list.rows()) {
         for (const std::wstring& cell : row)
@@ -154,23 +169,13 @@ TEST_CASE("hostile restore points cost their own row") {
     const win::ComApartment apartment;
     const TestList points(programs::kRestoreColumns);
     TestHost host;
-    std::vector<win::Variant> members;
-    const MonikerDouble moniker([&members](const std::wstring&) {
-        auto root = doubles::MakeObject();
-        root->method(L"InstancesOf", [&members](const doubles::Arguments&, win::Variant& result) {
-            auto found = doubles::MakeObject();
-            found->collection([&members] { return doubles::Members{members}; });
-            result = win::Variant(found.get());
-            return S_OK;
-        });
-        return root;
-    });
+    Points machine;
     hostile::Run("restore points", kRounds, [&](hostile::Source& source, std::uint64_t) {
         std::size_t rows = 0;
-        members = HostileRows(source, kPoint, rows);
+        machine.members = HostileRows(source, kPoint, rows);
         const auto control = doubles::MakeObject();
         control->property(L"CreationTime", win::Variant(L"20240229233007.000000-000"));
-        members.emplace_back(control.get());
+        machine.members.emplace_back(control.get());
         REQUIRE(programs::ListRestorePoints(points.list));
         REQUIRE(points.list.count() >= 1);
         REQUIRE(points.list.count() <= static_cast<int>(rows) + 1);
