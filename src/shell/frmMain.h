@@ -89,6 +89,7 @@ private:
     void arrange();
     int strip_height(int width);
     void set_list_styles();
+    void buffer_lists();
     void attach_system_images();
     HWND control(Control which) const { return controls_[IndexOf(which)]; }
     ui::ListView list(Control which) const { return ui::ListView(control(which)); }

@@ -54,7 +54,6 @@ void frmMain::create_first_controls() {
         list(which).add_columns(programs::kProgramColumns, dpi_);
         watch_list(which);
     }
-    SendMessageW(control(Control::ListView1_0), LVM_SETEXTENDEDLISTVIEWSTYLE, 0, kDoubleBuffer);
     show_view(RowOf(Tab::Programs));
     show_detail(RowOf(Tab::Programs));
 }
@@ -72,7 +71,7 @@ void frmMain::create_later_controls() {
     list(Control::lvRestore).add_columns(programs::kRestoreColumns, dpi_);
     control_panel_images_ = programs::CreateSmallIconList();
     list(Control::ListView2).set_small_images(control_panel_images_.get());
-    set_list_styles();
+    buffer_lists();
     restore_column_widths(Moment::Later);
     ui::SetText(control(Control::txtMemPath), settings_.text(kMemoryReleaseKey));
     watch_list(Control::lvStartUp);
@@ -138,6 +137,16 @@ void frmMain::set_list_styles() {
                                 Control::lvService, Control::lvRestore}) {
         if (control(which)) SendMessageW(control(which), LVM_SETEXTENDEDLISTVIEWSTYLE, 0, style);
     }
+}
+
+// From now on nothing flickers; the first painting has nothing to flicker with, and is spared a picture of the list's
+// size. A list wants to be painted again with every change of its style, but it would look the same.
+void frmMain::buffer_lists() {
+    const HWND painted = control(Control::ListView1_0);
+    UpdateWindow(painted);
+    SendMessageW(painted, LVM_SETEXTENDEDLISTVIEWSTYLE, kDoubleBuffer, kDoubleBuffer);
+    set_list_styles();
+    ValidateRect(painted, nullptr);
 }
 
 // The startup list shows icons of the system's own list, which it must not destroy. That holds icons of every size, so
