@@ -36,6 +36,7 @@ constexpr BareControl kBareControls[] = {
 
 void AddTabs(HWND strip) {
     for (const shell::TabRow& row : shell::AllTabs()) {
+        if (row.tab == shell::Tab::Processes) continue;
         TCITEMW item = {};
         item.mask = TCIF_TEXT;
         item.pszText = const_cast<wchar_t*>(row.caption);

@@ -44,6 +44,7 @@ bool frmMain::open(std::wstring_view argument) {
     if (!RegisterClassExW(&description) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) return false;
 
     dpi_ = GetDeviceCaps(win::WindowDc(nullptr).get(), LOGPIXELSX);
+    os_ = win::QueryOsVersion();
     application_folder_ = win::ApplicationFolder();
     settings_ = Settings(application_folder_ + kSettingsFile);
     create_menus();
@@ -59,9 +60,7 @@ bool frmMain::open(std::wstring_view argument) {
 }
 
 void frmMain::Form_Load(std::wstring_view argument) {
-    os_ = win::QueryOsVersion();
     strSID_ = programs::CurrentUserSid();
-    remove_tab(Tab::Processes);
     set_list_styles();
     load_view_options();
     replace_window_procedure();
@@ -70,7 +69,6 @@ void frmMain::Form_Load(std::wstring_view argument) {
     restore_column_widths(Moment::AtOnce);
     settings_restored_ = true;
     read_font_option();
-    if (!win::HasSystemRestore(os_)) remove_tab(Tab::Restore);
     if (argument.size() == 1 && argument[0] >= L'2' && argument[0] <= L'6') select_tab(argument[0] - L'1');
     if (activity_.close_waits()) return;
     focus_view();

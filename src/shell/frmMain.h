@@ -108,7 +108,7 @@ private:
 
     // ---- tabs: frmMain_tabs.cpp
     void create_tabs();
-    void remove_tab(Tab tab);
+    bool has_tab(Tab tab) const;
     void select_tab(int place);  // 0-based; runs the tab click
     void step_tab(int direction, bool wrap);
     void mouse_wheel(int delta);

@@ -22,6 +22,7 @@ constexpr Control kDetailCaptions[] = {Control::Label1_0, Control::Label1_1, Con
 
 void frmMain::create_tabs() {
     for (const TabRow& row : AllTabs()) {
+        if (!has_tab(row.tab)) continue;
         TCITEMW item = {};
         item.mask = TCIF_TEXT;
         item.pszText = const_cast<wchar_t*>(row.caption);
@@ -34,12 +35,9 @@ void frmMain::create_tabs() {
         SetWindowLongW(strip, GWL_WNDPROC, static_cast<LONG>(reinterpret_cast<LONG_PTR>(&StripProcedure))));
 }
 
-void frmMain::remove_tab(Tab tab) {
-    const auto place = std::find(tabs_.begin(), tabs_.end(), tab);
-    if (place == tabs_.end()) return;
-    SendMessageW(control(Control::tb), TCM_DELETEITEM, static_cast<WPARAM>(place - tabs_.begin()), 0);
-    tabs_.erase(place);
-    strip_width_ = -1;
+// The list of processes has no tab, though it could be filled.
+bool frmMain::has_tab(Tab tab) const {
+    return tab != Tab::Processes && (tab != Tab::Restore || win::HasSystemRestore(os_));
 }
 
 Tab frmMain::selected_tab() const {
