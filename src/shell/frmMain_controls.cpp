@@ -47,7 +47,7 @@ void frmMain::create_first_controls() {
     measure();
     create_controls(Moment::Frame);
     create_tabs();
-    placed_ = placement();
+    arrange();
     create_controls(Moment::AtOnce);
     program_images_ = programs::CreateSmallIconList();
     for (const Control which : {Control::ListView1_0, Control::ListView1_1}) {
