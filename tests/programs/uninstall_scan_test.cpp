@@ -7,7 +7,6 @@
 #include "support/native_names.h"
 
 #include <algorithm>
-#include <map>
 #include <string>
 
 using programs::ProgramColumn;
@@ -147,55 +146,6 @@ TEST_CASE("a key that vanishes during the scan is left out, and so is one whose 
     scan.run();
     REQUIRE(scan.programs.list.count() == 2);
     CHECK(scan.programs.list.cell(1, ProgramColumn::RegistryKey) == L"c");
-}
-
-TEST_CASE("a bad value costs its own cell and no other") {
-    SeededScan scan;
-    struct Value {
-        const wchar_t* name;
-        int column;
-    };
-    constexpr Value kTexts[] = {{L"DisplayName", ProgramColumn::Name},
-                                {L"Publisher", ProgramColumn::Publisher},
-                                {L"InstallDate", ProgramColumn::InstallDate},
-                                {L"InstallLocation", ProgramColumn::InstallFolder},
-                                {L"UninstallString", ProgramColumn::UninstallCommand}};
-    const std::vector<std::byte> bytes(65536, std::byte{'A'});
-    std::map<std::wstring, std::vector<std::wstring>> expected;  // by key name
-    for (const DWORD type : {0UL, 1UL, 2UL, 3UL, 4UL, 5UL, 6UL, 7UL, 8UL, 9UL, 10UL, 11UL, 0x7FFFFFFFUL}) {
-        for (const std::size_t size : {0U, 1U, 2U, 511U, 512U, 513U, 65536U}) {
-            for (const auto& [bad, column] : kTexts) {
-                const std::wstring key = std::to_wstring(type) + L" " + std::to_wstring(size) + L" " + bad;
-                std::vector<std::wstring> cells(8);
-                for (const auto& [name, good_column] : kTexts) {
-                    scan.machine.set_text(key, name, L"good");
-                    cells[static_cast<std::size_t>(good_column)] = L"good";
-                }
-                scan.machine.set_bytes(key, bad, type, std::span(bytes).first(size));
-                // Wine ends an unterminated string of the string types itself.
-                const std::size_t stored = scan.machine.size_of(key, bad);
-                const std::size_t length = stored > 512 ? 0 : std::min(size, stored) / 2;
-                cells[static_cast<std::size_t>(column)] = std::wstring(length, L'\x4141');
-                cells[ProgramColumn::RegistryKey] = key;
-                if (column != ProgramColumn::UninstallCommand || length > 0) expected[key] = cells;
-            }
-            const std::wstring key = std::to_wstring(type) + L" " + std::to_wstring(size) + L" sizes";
-            scan.machine.set_text(key, L"UninstallString", L"good");
-            for (const wchar_t* number : {L"EstimatedSize", L"DisplayIcon"}) {
-                scan.machine.set_bytes(key, number, type, std::span(bytes).first(size));
-            }
-            expected[key] = {L"", L"", L"", L"", L"", L"good", key, L""};
-            if (scan.machine.size_of(key, L"EstimatedSize") > 4) continue;
-            constexpr std::array<const wchar_t*, 3> kSizes = {L"0.00MB", L"0.06MB", L"16.31MB"};  // 0, 0x41, 0x4141
-            expected[key][ProgramColumn::Size] = kSizes[size];
-            expected[key][ProgramColumn::SizeKey] = programs::SizeSortKey(kSizes[size]);
-        }
-    }
-    scan.run();
-    CHECK(scan.updates.list.count() == 0);
-    REQUIRE(static_cast<std::size_t>(scan.programs.list.count()) == expected.size());
-    for (const auto& row : scan.programs.rows())
-        CHECK(row == expected[row[ProgramColumn::RegistryKey]]);
 }
 
 TEST_CASE("the user's own programs lie below the security identifier of the token") {

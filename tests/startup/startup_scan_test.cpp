@@ -4,7 +4,6 @@
 #include "startup/shell_files.h"
 
 #include "support/automation_double.h"
-#include "support/native_names.h"
 #include "support/root_override.h"
 #include "support/show.h"
 #include "support/test_folder.h"
@@ -12,10 +11,6 @@
 #include "support/test_key.h"
 #include "support/test_list.h"
 #include "win/folders.h"
-
-#include <algorithm>
-#include <array>
-#include <map>
 
 using startup::StartupColumn;
 
@@ -253,28 +248,6 @@ TEST_CASE("the script host tells a shortcut's target; where it cannot, the shell
         const doubles::RegisteredClass none(L"WScript.Shell", [] { return win::ComPtr<doubles::Object>(); });
         CHECK(startup::GetShortcutTarget(link) == L"C:\\stored.exe");
     }
-}
-
-TEST_CASE("values of every type are read as text, and a too long one ends its key") {
-    SeededStartup startup;
-    const TestKey& key = startup.machine_run;
-    const auto bytes = [](std::size_t size) { return std::vector<std::byte>(size, std::byte{0x30}); };
-    key.set_bytes(L"", L"v01", REG_BINARY, bytes(5));
-    key.set_bytes(L"", L"v02", REG_SZ, {});
-    key.set_number(L"", L"v03", 0x00420041);
-    key.set_text(L"", L"v04", std::wstring(L"a\0b", 3), REG_MULTI_SZ);
-    key.set_bytes(L"", L"v05", REG_BINARY, bytes(1024));
-    key.set_text(L"", L"v06", L"\xD800 \xDFFF");
-    key.set_text(L"", L"v07" + std::wstring(252, L'名'), L"long name");
-    key.set_bytes(L"", L"v08", REG_BINARY, bytes(1));
-    key.set_bytes(L"", L"v09", REG_BINARY, bytes(1025));
-    key.set_text(L"", L"v10", L"never seen");
-    REQUIRE(native::SetText(startup.user_run.get(), std::wstring(L"v11\0hidden", 10), L"the next key"));
-    startup.run();
-    CHECK(startup.list.column(StartupColumn::Name).back() == L"v11");
-    CHECK(startup.list.column(StartupColumn::Value) ==
-          std::vector<std::wstring>{L"\x3030\x3030", L"", L"AB", L"a", std::wstring(512, L'\x3030'), L"\xD800 \xDFFF",
-                                    L"long name", L"", L"the next key"});
 }
 
 TEST_CASE("a drive or share that is not there cannot be reached, and a share that failed stays so") {

@@ -41,12 +41,6 @@ public:
     void set_number(std::wstring_view subkey, std::wstring_view name, DWORD number) const {
         set_bytes(subkey, name, REG_DWORD, std::as_bytes(std::span<const DWORD, 1>(&number, 1)));
     }
-    // The bytes stored, 0 for a value that is not there.
-    std::size_t size_of(std::wstring_view subkey, std::wstring_view name) const {
-        DWORD bytes = 0;
-        RegQueryValueExW(open(subkey).get(), std::wstring(name).c_str(), nullptr, nullptr, nullptr, &bytes);
-        return bytes;
-    }
     void make(std::wstring_view subkey) const { open(subkey); }
 
 private:
