@@ -1,68 +1,18 @@
-#include "startup/startup_scan.h"
+#include "startup/seeded_startup.h"
 
 #include "startup/command_path.h"
 #include "startup/shell_files.h"
 
 #include "support/automation_double.h"
-#include "support/root_override.h"
-#include "support/show.h"
-#include "support/test_folder.h"
-#include "support/test_host.h"
-#include "support/test_key.h"
-#include "support/test_list.h"
 #include "win/folders.h"
 
 using startup::StartupColumn;
 
 namespace {
 
-constexpr wchar_t kShellFolders[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders";
 constexpr wchar_t kMachineRun[] = L"(全ユーザー)SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
 constexpr wchar_t kMachineRunOnce[] = L"(全ユーザー)SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
 constexpr wchar_t kUserRun[] = L"(個別ユーザー)SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
-
-// The scan on registry roots and startup folders of a test's own.
-class SeededStartup {
-public:
-    SeededStartup() {
-        user_folders.set_text(L"", L"Startup", user_folder.path());
-        machine_folders.set_text(L"", L"Common Startup", common_folder.path());
-    }
-
-    void run() { startup::ScanStartup(list.list, host); }
-
-    win::ComApartment apartment;
-    TestFolder user_folder{L"QorvenixStartup"};
-    TestFolder common_folder{L"QorvenixCommon"};
-    TestFolder programs{L"QorvenixPrograms"};
-    TestKey sandbox{HKEY_CURRENT_USER, L"Software\\QorvenixTest\\startup"};
-    TestKey user_folders{HKEY_CURRENT_USER, sandbox.path() + L"\\user\\" + kShellFolders};
-    TestKey machine_folders{HKEY_CURRENT_USER, sandbox.path() + L"\\machine\\" + kShellFolders};
-    TestKey machine_run{HKEY_CURRENT_USER, sandbox.path() + L"\\machine\\" + startup::kRunKey};
-    TestKey user_run{HKEY_CURRENT_USER, sandbox.path() + L"\\user\\" + startup::kRunKey};
-    TestList list{startup::kStartupColumns};
-    TestHost host;
-
-private:
-    win::RegKey machine_root_ = Open(L"machine");
-    win::RegKey user_root_ = Open(L"user");
-    RootOverride machine_override_{HKEY_LOCAL_MACHINE, machine_root_.get()};
-    RootOverride user_override_{HKEY_CURRENT_USER, user_root_.get()};
-
-    win::RegKey Open(const wchar_t* name) const {
-        win::RegKey key;
-        RegOpenKeyExW(sandbox.get(), name, 0, KEY_ALL_ACCESS, key.put());
-        return key;
-    }
-};
-
-void MakeLink(const std::wstring& link_path, const std::wstring& target) {
-    win::ComPtr<IShellLinkW> link;
-    REQUIRE(
-        SUCCEEDED(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW, link.put_void())));
-    link->SetPath(target.c_str());
-    REQUIRE(SUCCEEDED(link.as<IPersistFile>(IID_IPersistFile)->Save(link_path.c_str(), TRUE)));
-}
 
 // The Japanese shell's details: Wine's own has none. Counts what it is asked.
 class DetailsShell {
@@ -155,8 +105,7 @@ TEST_CASE("both folders and the four keys are listed in their order, with target
     const std::wstring quoted = L"\"" + program + L"\" /background";
     startup.machine_run.set_text(L"", L"v1", quoted);
     startup.machine_run.set_text(L"", L"v2", gone + L" -x", REG_EXPAND_SZ);
-    const TestKey once(HKEY_LOCAL_MACHINE, startup::kRunOnceKey);
-    once.set_text(L"", L"w1", L"%windir%\\a.exe");
+    startup.machine_once.set_text(L"", L"w1", L"%windir%\\a.exe");
     startup.user_run.set_text(L"", L"v1", quoted);
 
     startup.list.list.add_row(L"old");

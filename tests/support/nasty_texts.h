@@ -7,99 +7,27 @@ namespace hostile {
 
 using namespace std::string_view_literals;
 
-inline constexpr std::wstring_view kNastyTexts[] = {
-    L""sv,
-    L" "sv,
-    L"\0"sv,
-    L"hidden\0behind"sv,
+// With a bar between each two.
+inline constexpr std::wstring_view kNastyTexts =
+    L"¦ ¦\0¦hidden\0behind"
     // Quotes and arguments.
-    L"\""sv,
-    L"\"\""sv,
-    L"\"\"\""sv,
-    L"\" "sv,
-    L"\"C:\\Program Files\\a"sv,
-    L"'"sv,
-    L" -"sv,
-    L" /"sv,
-    L" -/ -/"sv,
-    L"                                                                  "sv,
-    L","sv,
-    L"\",0"sv,
-    L",-2147483649"sv,
+    L"¦\"¦\"\"¦\"\"\"¦\" ¦\"C:\\Program Files\\a¦'¦ -¦ /¦ -/ -/¦,¦\",0¦,-2147483649"
+    L"¦                                                                  "
     // Paths.
-    L"\\"sv,
-    L"\\\\"sv,
-    L"\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\"sv,
-    L"\\\\?\\"sv,
-    L"\\\\?\\C:\\windows"sv,
-    L"\\\\.\\PhysicalDrive0"sv,
-    L"\\\\server"sv,
-    L"\\\\server\\share\\a.exe"sv,
-    L"\\??\\C:\\"sv,
-    L":"sv,
-    L"C:"sv,
-    L"C:\\"sv,
-    L"C:/windows/regedit.exe"sv,
-    L"C:\\windows\\regedit.exe"sv,
-    L"C:\\windows\\..\\..\\..\\"sv,
-    L"C:\\Program"sv,
-    L"C:\\Program Files\\"sv,
-    L"C:\\con\\con"sv,
-    L"NUL"sv,
-    L"COM1:"sv,
-    L"a.exe:stream"sv,
-    L"X:\\gone\\a.exe"sv,
-    L"regedit.exe"sv,
-    L"regedit.exe. . ."sv,
-    L"."sv,
-    L".."sv,
-    L"*?<>|"sv,
-    L".exe"sv,
-    L".lnk"sv,
-    L"::{20D04FE0-3AEA-1069-A2D8-08002B30309D}"sv,
-    L"shell:startup"sv,
+    L"¦\\¦\\\\¦\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\¦\\\\?\\¦\\\\?\\C:\\windows¦\\\\.\\PhysicalDrive0"
+    L"¦\\\\server¦\\\\server\\share\\a.exe¦\\??\\C:\\¦:¦C:¦C:\\¦C:/windows/regedit.exe¦C:\\windows\\regedit.exe"
+    L"¦C:\\windows\\..\\..\\..\\¦C:\\Program¦C:\\Program Files\\¦C:\\con\\con¦NUL¦COM1:¦a.exe:stream¦X:\\gone\\a.exe"
+    L"¦regedit.exe¦regedit.exe. . .¦.¦..¦*?<>|¦.exe¦.lnk¦::{20D04FE0-3AEA-1069-A2D8-08002B30309D}¦shell:startup"
     // Variables, missing, nested and naming themselves.
-    L"%"sv,
-    L"%%"sv,
-    L"%programfiles%"sv,
-    L"%ProgramFiles%\\a.exe /x"sv,
-    L"%programfiles%%programfiles%"sv,
-    L"%windir%\\regedit.exe"sv,
-    L"%QORVENIX_SELF%"sv,
-    L"%no such variable%"sv,
-    L"%systemroot"sv,
+    L"¦%¦%%¦%programfiles%¦%ProgramFiles%\\a.exe /x¦%programfiles%%programfiles%¦%windir%\\regedit.exe"
+    L"¦%QORVENIX_SELF%¦%no such variable%¦%systemroot"
     // What decides about rows and links.
-    L"KB"sv,
-    L"(KB123456)"sv,
-    L"Microsoft"sv,
-    L"MsiExec.exe /X{90120000-0015-0411-0000-0000000FF1CE}"sv,
-    L"(全ユーザー)"sv,
-    L"(個別ユーザー)SOFTWARE\\"sv,
-    L"<リンク切れ>"sv,
-    L"http://"sv,
-    L"HTTPS://\xD800"sv,
-    L"file:///C:/windows"sv,
-    L"javascript:alert(1)"sv,
-    L"mailto:"sv,
+    L"¦KB¦(KB123456)¦Microsoft¦MsiExec.exe /X{90120000-0015-0411-0000-0000000FF1CE}¦(全ユーザー)"
+    L"¦(個別ユーザー)SOFTWARE\\¦<リンク切れ>¦http://¦HTTPS://\xD800¦file:///C:/windows¦javascript:alert(1)¦mailto:"
     // Code units: halves of pairs, no characters, another direction, none in the code page, bytes 5C behind them.
-    L"\xD800"sv,
-    L"\xDC00\xD800"sv,
-    L"\xD83D\xDE00"sv,
-    L"\xFFFE\xFFFF\xFEFF"sv,
-    L"\x202E"
-    L"exe.txt"sv,
-    L"e\x301\x301\x301\x301\x301\x301\x301\x301"sv,
-    L"表示ソ能"sv,
-    L"İıẞǅ"sv,
-    L"한국어 العربية"sv,
-    L"\x01\x02\x1B\x7F\x80\x9F"sv,
-    L"\r\n\t\v"sv,
+    L"¦\xD800¦\xDC00\xD800¦\xD83D\xDE00¦\xFFFE\xFFFF\xFEFF¦\u202Eexe.txt¦e\x301\x301\x301\x301\x301\x301\x301\x301"
+    L"¦表示ソ能¦İıẞǅ¦한국어 العربية¦\x01\x02\x1B\x7F\x80\x9F¦\r\n\t\v"
     // Numbers.
-    L"-1"sv,
-    L"4294967296"sv,
-    L"99999999999999999999999999999999"sv,
-    L"1e999"sv,
-    L"20240231"sv,
-};
+    L"¦-1¦4294967296¦99999999999999999999999999999999¦1e999¦20240231"sv;
 
 }  // namespace hostile

@@ -1,119 +1,28 @@
-// The whole window, driven as a user drives it: posted mouse and key messages, read back from the real controls.
-#include "shell/frmMain.h"
+#include "driven.h"
 
-#include "ui/control.h"
+#include "support/test_key.h"
 #include "ui/link_label.h"
-#include "win/com_ptr.h"
 #include "win/text.h"
 
-#include <doctest/doctest.h>
-
-#include <functional>
-#include <memory>
-#include <string>
 #include <vector>
 
 using namespace shell;
 
 namespace {
 
-std::wstring SettingsPath() {
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    std::wstring folder(path);
-    return folder.substr(0, folder.rfind(L'\\')) + L"\\setting.ini";
-}
-
-// A settings file for the length of a test; the program looks for it beside the executable.
-struct SettingsFile {
-    explicit SettingsFile(std::string_view lines = {}) {
-        const std::string bytes = "[Morlet]\r\n" + std::string(lines);
-        const win::File file(CreateFileW(SettingsPath().c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
-        DWORD written = 0;
-        WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-    }
-    SettingsFile(const SettingsFile&) = delete;
-    SettingsFile& operator=(const SettingsFile&) = delete;
-    ~SettingsFile() { DeleteFileW(SettingsPath().c_str()); }
-
-    int number(const char* key) const { return Settings(SettingsPath()).number(key, -999); }
-};
-
-class Driven {
-public:
-    explicit Driven(const wchar_t* argument = L"") : form(std::make_unique<frmMain>(GetModuleHandleW(nullptr))) {
-        REQUIRE(form->open(argument));
-        // The catalogue is the last thing that a start makes.
-        for (int wait = 0; wait < 500 && list(Control::ListView2).count() == 0; ++wait) {
-            form->pump();
-            Sleep(10);
-        }
-    }
-    ~Driven() {
-        if (form->window()) SendMessageW(form->window(), WM_CLOSE, 0, 0);
-        form->pump();
-        form.reset();
-        MSG left;
-        while (PeekMessageW(&left, nullptr, 0, 0, PM_REMOVE)) {
-        }
-    }
-
-    HWND at(Control control) const { return GetDlgItem(form->window(), IdOf(control)); }
-    std::wstring text(Control control) const { return ui::TextOf(at(control)); }
-    bool shown(Control control) const { return IsWindowVisible(at(control)) != FALSE; }
-    std::wstring status() const { return text(Control::st); }
-    ui::ListView list(Control control) const { return ui::ListView(at(control)); }
-    int tab() const { return static_cast<int>(SendMessageW(at(Control::tb), TCM_GETCURSEL, 0, 0)); }
-    int tabs() const { return static_cast<int>(SendMessageW(at(Control::tb), TCM_GETITEMCOUNT, 0, 0)); }
-
-    // Presses and releases the left button on a tab; the window sees it with the next pump.
-    void post_click(int place) const {
-        RECT area = {};
-        SendMessageW(at(Control::tb), TCM_GETITEMRECT, static_cast<WPARAM>(place), reinterpret_cast<LPARAM>(&area));
-        const LPARAM point = MAKELPARAM((area.left + area.right) / 2, (area.top + area.bottom) / 2);
-        PostMessageW(at(Control::tb), WM_LBUTTONDOWN, MK_LBUTTON, point);
-        PostMessageW(at(Control::tb), WM_LBUTTONUP, 0, point);
-    }
-    void click(int place) const {
-        post_click(place);
-        form->pump();
-    }
-    void wheel(int delta, Control over = Control::tb) const {
-        PostMessageW(at(over), WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(delta)), 0);
-        form->pump();
-    }
-    void command(MenuArray array, int index) const {
-        SendMessageW(form->window(), WM_COMMAND, static_cast<WPARAM>(CommandId(array, index)), 0);
-    }
-    bool open() const { return form->window() && IsWindow(form->window()); }
-
-    const win::ComApartment apartment;
-    std::unique_ptr<frmMain> form;
-};
-
 // An entry of the Uninstall key for the length of a test.
 class Program {
 public:
-    Program(const wchar_t* key, const wchar_t* name, const wchar_t* command, const wchar_t* publisher = L"") {
-        path_ = std::wstring(L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\") + key;
-        win::RegKey opened;
-        RegCreateKeyExW(HKEY_LOCAL_MACHINE, path_.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, opened.put(), nullptr);
-        set(opened, L"DisplayName", name);
-        set(opened, L"UninstallString", command);
-        set(opened, L"Publisher", publisher);
-        set(opened, L"HelpLink", L"https://help.example/");
-        set(opened, L"HelpTelephone", L"03-0000-0000");
+    Program(const wchar_t* key, const wchar_t* name, const wchar_t* command)
+        : key_(HKEY_LOCAL_MACHINE, std::wstring(L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\") + key) {
+        key_.set_text({}, L"DisplayName", name);
+        key_.set_text({}, L"UninstallString", command);
+        key_.set_text({}, L"HelpLink", L"https://help.example/");
+        key_.set_text({}, L"HelpTelephone", L"03-0000-0000");
     }
-    Program(const Program&) = delete;
-    Program& operator=(const Program&) = delete;
-    ~Program() { RegDeleteKeyW(HKEY_LOCAL_MACHINE, path_.c_str()); }
 
 private:
-    static void set(const win::RegKey& key, const wchar_t* name, const std::wstring& value) {
-        RegSetValueExW(key.get(), name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
-                       static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
-    }
-    std::wstring path_;
+    TestKey key_;
 };
 
 std::vector<std::wstring> Captions(const Driven& window) {
@@ -283,11 +192,7 @@ TEST_CASE("a window that was stored far away, tiny or maximised is usable") {
 TEST_CASE("the font option reaches lists, labels, buttons and text boxes, nothing else") {
     const SettingsFile settings("Font=IPAGothic\r\n");
     const Driven window;
-    const auto face = [&window](Control control) {
-        LOGFONTW look = {};
-        GetObjectW(reinterpret_cast<HFONT>(SendMessageW(window.at(control), WM_GETFONT, 0, 0)), sizeof look, &look);
-        return std::wstring(look.lfFaceName);
-    };
+    const auto face = [&window](Control control) { return std::wstring(window.font(control).lfFaceName); };
     for (const Control control : {Control::ListView1_0, Control::cmdMenu_0, Control::Label1_0, Control::Label1_2,
                                   Control::txtSys, Control::st}) {
         CHECK(face(control) == L"IPAGothic");
@@ -361,14 +266,11 @@ TEST_CASE("hints cover the status text for as long as menu or strip are under th
     SendMessageW(form, WM_MENUSELECT, MAKEWPARAM(0, 0xFFFF), 0);
     CHECK(window.status() == count);
 
-    RECT area = {};
-    SendMessageW(window.at(Control::tb), TCM_GETITEMRECT, 3, reinterpret_cast<LPARAM>(&area));
-    const LPARAM point = MAKELPARAM((area.left + area.right) / 2, (area.top + area.bottom) / 2);
-    SendMessageW(window.at(Control::tb), WM_MOUSEMOVE, 0, point);
+    SendMessageW(window.at(Control::tb), WM_MOUSEMOVE, 0, window.middle(3));
     CHECK(window.status() == L"Windowsサービスの情報を一覧表示し、開始・停止等を行います");
     SendMessageW(window.at(Control::tb), WM_MOUSELEAVE, 0, 0);
     CHECK(window.status() == count);
-    SendMessageW(window.at(Control::tb), WM_MOUSEMOVE, 0, point);
+    SendMessageW(window.at(Control::tb), WM_MOUSEMOVE, 0, window.middle(3));
     window.click(3);
     CHECK(window.status() == L"23 個の項目");
     SendMessageW(window.at(Control::tb), WM_MOUSELEAVE, 0, 0);
