@@ -44,23 +44,19 @@ def until(condition, seconds=20, what="what was waited for"):
     return value
 
 
-@dataclasses.dataclass
-class Control:
-    handle: int
-    window_class: str
-    id: int
-    visible: bool
-    enabled: bool
-    focus: bool
-    left: int
-    top: int
-    width: int
-    height: int
-    parent: int
-    text_width: int  # that the text needs in one go
-    text_height: int
-    text: str
+def _kind(name, fields):
+    """A class of records as peek tells them."""
+    others = {"window_class": str, "text": str, "caption": str, "visible": bool, "enabled": bool, "focus": bool}
+    return dataclasses.make_dataclass(name, [(field, others.get(field, int)) for field in fields.split()])
 
+
+Tab = _kind("Tab", "left top right bottom text_width caption")
+TopLevel = _kind("TopLevel", "handle window_class process left top width height text")
+
+
+# The size of the text is what it needs in one go.
+class Control(_kind("Control", "handle window_class id visible enabled focus left top width height "
+                               "parent text_width text_height text")):
     @property
     def right(self):
         return self.left + self.width
@@ -72,28 +68,6 @@ class Control:
     def overlaps(self, other):
         return (self.left < other.right and other.left < self.right
                 and self.top < other.bottom and other.top < self.bottom)
-
-
-@dataclasses.dataclass
-class Tab:
-    left: int
-    top: int
-    right: int
-    bottom: int
-    text_width: int
-    caption: str
-
-
-@dataclasses.dataclass
-class TopLevel:
-    handle: int
-    window_class: str
-    process: int
-    left: int
-    top: int
-    width: int
-    height: int
-    text: str
 
 
 @dataclasses.dataclass

@@ -52,25 +52,22 @@ std::string Escaped(const std::wstring& text) {
     return escaped;
 }
 
+void Line(const Words& texts) {
+    for (std::size_t i = 0; i < texts.size(); ++i)
+        output += (i ? "\t" : "") + Escaped(texts[i]);
+    output += "\n";
+}
+
 template <class... Fields>
 void Line(const Fields&... fields) {
     const auto text_of = [](const auto& field) {
         if constexpr (std::is_convertible_v<decltype(field), std::wstring>) {
-            return Escaped(field);
+            return std::wstring(field);
         } else {
-            return std::to_string(field);
+            return std::to_wstring(field);
         }
     };
-    std::string line;
-    ((line += (line.empty() ? "" : "\t") + text_of(fields)), ...);
-    output += line + "\n";
-}
-
-void TextLine(const Words& texts) {
-    std::string line;
-    for (std::size_t i = 0; i < texts.size(); ++i)
-        line += (i ? "\t" : "") + Escaped(texts[i]);
-    output += line + "\n";
+    Line(Words{text_of(fields)...});
 }
 
 long NumberOf(HWND window) { return static_cast<long>(reinterpret_cast<LONG_PTR>(window)); }
@@ -107,67 +104,58 @@ public:
     explicit Shared(HWND owner) {
         DWORD process = 0;
         GetWindowThreadProcessId(owner, &process);
-        process_ = OpenProcess(PROCESS_ALL_ACCESS, FALSE, process);
-        memory_ =
-            static_cast<std::byte*>(VirtualAllocEx(process_, nullptr, kSize, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE));
+        process_.reset(OpenProcess(PROCESS_ALL_ACCESS, FALSE, process));
+        memory_ = static_cast<std::byte*>(
+            VirtualAllocEx(process_.get(), nullptr, kSize, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE));
     }
     Shared(const Shared&) = delete;
     Shared& operator=(const Shared&) = delete;
-    ~Shared() {
-        VirtualFreeEx(process_, memory_, 0, MEM_RELEASE);
-        CloseHandle(process_);
-    }
+    ~Shared() { VirtualFreeEx(process_.get(), memory_, 0, MEM_RELEASE); }
 
     // Sends the message with a copy of the record, which then holds what the window has written.
     template <class Record>
     LRESULT send(HWND window, UINT message, WPARAM wide, Record& record) {
-        WriteProcessMemory(process_, memory_, &record, sizeof record, nullptr);
+        WriteProcessMemory(process_.get(), memory_, &record, sizeof record, nullptr);
         const LRESULT answer = SendMessageW(window, message, wide, reinterpret_cast<LPARAM>(memory_));
-        ReadProcessMemory(process_, memory_, &record, sizeof record, nullptr);
+        ReadProcessMemory(process_.get(), memory_, &record, sizeof record, nullptr);
         return answer;
     }
     wchar_t* text_place() { return reinterpret_cast<wchar_t*>(memory_ + kSize / 2); }
     std::wstring text() {
         std::wstring text(kTextLength, L'\0');
-        ReadProcessMemory(process_, text_place(), text.data(), kTextLength * sizeof(wchar_t), nullptr);
+        ReadProcessMemory(process_.get(), text_place(), text.data(), kTextLength * sizeof(wchar_t), nullptr);
         return text.substr(0, text.find(L'\0'));
     }
     static constexpr int kTextLength = 4096;
 
 private:
     static constexpr std::size_t kSize = 4 * kTextLength;
-    HANDLE process_;
-    std::byte* memory_;
+    win::Handle process_;
+    std::byte* memory_ = nullptr;
 };
 
 // What a text takes up in the system's message font, with another face if one is given.
 class Ruler {
 public:
-    explicit Ruler(const std::wstring& face = {}) : dc_(CreateCompatibleDC(nullptr)) {
+    explicit Ruler(const std::wstring& face = {}) {
         NONCLIENTMETRICSW metrics = {};
         metrics.cbSize = sizeof metrics;
         SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
         if (!face.empty()) lstrcpynW(metrics.lfMessageFont.lfFaceName, face.c_str(), LF_FACESIZE);
-        font_ = CreateFontIndirectW(&metrics.lfMessageFont);
-        SelectObject(dc_, font_);
-    }
-    Ruler(const Ruler&) = delete;
-    Ruler& operator=(const Ruler&) = delete;
-    ~Ruler() {
-        DeleteDC(dc_);
-        DeleteObject(font_);
+        font_.reset(CreateFontIndirectW(&metrics.lfMessageFont));
+        SelectObject(dc_.get(), font_.get());
     }
 
     SIZE measure(const std::wstring& text, bool mnemonics) const {
         RECT area = {};
-        DrawTextW(dc_, text.c_str(), static_cast<int>(text.size()), &area,
+        DrawTextW(dc_.get(), text.c_str(), static_cast<int>(text.size()), &area,
                   DT_CALCRECT | DT_EXPANDTABS | (mnemonics ? 0U : DT_NOPREFIX));
         return {area.right, text.empty() ? 0 : area.bottom};
     }
 
 private:
-    HDC dc_;
-    HFONT font_;
+    win::Font font_;
+    win::MemoryDc dc_{CreateCompatibleDC(nullptr)};
 };
 
 // ---- commands: false when there is nothing to look at -----------------------------------------------------------
@@ -244,9 +232,9 @@ bool List(const Words& words) {
         shared.send(header, HDM_GETITEMRECT, place, area);
         edges.push_back(std::to_wstring(area.left));
     }
-    TextLine(headers);
-    TextLine(widths);
-    TextLine(edges);
+    Line(headers);
+    Line(widths);
+    Line(edges);
     Line(static_cast<int>(SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED)));
     const int rows = static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0));
     for (int row = 0; row < rows; ++row) {
@@ -259,7 +247,7 @@ bool List(const Words& words) {
             shared.send(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), item);
             cells.push_back(shared.text());
         }
-        TextLine(cells);
+        Line(cells);
     }
     return true;
 }

@@ -15,15 +15,6 @@ namespace {
 
 constexpr ui::Column kColumns[] = {{L"名前", 80}, {L"値", 80}, {L"計算用", 0}};
 
-std::string Bytes(const std::wstring& path) {
-    const win::File file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
-    if (!file) return "(none)";
-    std::string bytes(GetFileSize(file.get(), nullptr), '\0');
-    DWORD read = 0;
-    ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr);
-    return bytes;
-}
-
 std::vector<std::wstring> FilesIn(const std::wstring& folder) {
     std::vector<std::wstring> names;
     WIN32_FIND_DATAW entry = {};
@@ -79,14 +70,13 @@ TEST_CASE("the file is written whole or stays as it was") {
     const std::wstring file = folder.own(L"一覧.csv");
     REQUIRE(shell::WriteWholeFile(file, "old"));
     REQUIRE(shell::WriteWholeFile(file, "new bytes"));
-    CHECK(Bytes(file) == "new bytes");
+    CHECK(ContentOf(file) == "new bytes");
     {
         const win::File held(CreateFileW(file.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
         CHECK_FALSE(shell::WriteWholeFile(file, "lost"));
     }
-    CHECK(Bytes(file) == "new bytes");
-    const std::wstring taken = folder.own(L"taken.csv");
-    REQUIRE(CreateDirectoryW(taken.c_str(), nullptr));
+    CHECK(ContentOf(file) == "new bytes");
+    const std::wstring taken = folder.make_folder(L"taken.csv");
     CHECK_FALSE(shell::WriteWholeFile(taken, "lost"));
     CHECK_FALSE(shell::WriteWholeFile(folder.path() + L"\\missing\\a.csv", "lost"));
     CHECK(FilesIn(folder.path()) == std::vector<std::wstring>{L"taken.csv", L"一覧.csv"});

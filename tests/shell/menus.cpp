@@ -1,24 +1,11 @@
 #include "shell/menus.h"
 
-#include <doctest/doctest.h>
+#include "support/show.h"
 
 #include <set>
 #include <string>
-#include <vector>
 
 using namespace shell;
-
-namespace {
-
-std::string Utf8(std::wstring_view text) {
-    std::string bytes(text.size() * 3, '\0');
-    const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), bytes.data(),
-                                         static_cast<int>(bytes.size()), nullptr, nullptr);
-    bytes.resize(static_cast<std::size_t>(size));
-    return bytes;
-}
-
-}  // namespace
 
 TEST_CASE("every command has an id of its own, the bar's have a hint, and no letter stands twice on it") {
     std::set<int> ids;
@@ -26,7 +13,7 @@ TEST_CASE("every command has an id of its own, the bar's have a hint, and no let
         std::set<wchar_t> letters;
         int last = -1;
         for (const ui::MenuItem& item : menu.items) {
-            CAPTURE(Utf8(item.caption));
+            CAPTURE(std::wstring(item.caption));
             CHECK(item.index > last);
             CHECK(item.index < kMenuArraySize);
             last = item.index;

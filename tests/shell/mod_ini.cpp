@@ -1,7 +1,6 @@
 #include "shell/mod_ini.h"
 
 #include "support/test_folder.h"
-#include "win/handle.h"
 #include "win/system_text.h"
 
 #include <doctest/doctest.h>
@@ -11,20 +10,10 @@
 
 using shell::Settings;
 
-namespace {
-
-void WriteBytes(const std::wstring& path, std::string_view bytes) {
-    const win::File file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
-    DWORD written = 0;
-    REQUIRE(WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr));
-}
-
-}  // namespace
-
 TEST_CASE("settings are read back as written, and nothing else in the file is lost") {
     TestFolder folder(L"Qorvenix shell test");
-    const std::wstring file = folder.own(L"設定 setting.ini");
-    WriteBytes(file, "[Other]\r\nKeep=1\r\n[Morlet]\r\nMine=by hand\r\n");
+    const std::wstring file =
+        folder.make_file(L"設定 setting.ini", "[Other]\r\nKeep=1\r\n[Morlet]\r\nMine=by hand\r\n");
     Settings(file).write("Mem", L"C:\\開放 プログラム\\a b.exe");
     Settings(file).write("X", -120);
     const Settings settings(file);
@@ -37,7 +26,6 @@ TEST_CASE("settings are read back as written, and nothing else in the file is lo
 // Read as the profile functions read each key on its own, from files that users and other programs have edited.
 TEST_CASE("a section read in one go holds what the single reads give") {
     TestFolder folder(L"Qorvenix shell test");
-    const std::wstring file = folder.own(L"edited.ini");
     std::string lines = "; a remark\r\n[Other]\r\nX=1\r\n\r\n[morlet]\r\n";
     const char* const values[] = {"12",  " 7 ",        "-1",          "0x10",    "010",       "12abc",
                                   "abc", "",           "\"5\"",       "'6'",     "\"\"a\"\"", "4294967295",
@@ -48,8 +36,9 @@ TEST_CASE("a section read in one go holds what the single reads give") {
         lines += "  key" + std::to_string(count) + (count % 2 == 0 ? " = " : "=") + std::string(value) + "\r\n";
         ++count;
     }
-    WriteBytes(file, lines + "KEY0=99\r\nno value\r\n=nameless\r\n[morlet]\r\nlate=1\r\n" + std::string(40'000, ';') +
-                         "\r\nfar=8\r\n" + std::string(70'000, 'k') + "=1\r\nlast=2");
+    const std::wstring file = folder.make_file(
+        L"edited.ini", lines + "KEY0=99\r\nno value\r\n=nameless\r\n[morlet]\r\nlate=1\r\n" + std::string(40'000, ';') +
+                           "\r\nfar=8\r\n" + std::string(70'000, 'k') + "=1\r\nlast=2");
     const Settings settings(file);
     std::vector<std::string> keys = {"late", "far", "last", "no value", "nothing"};
     for (int each = 0; each < count; ++each)
@@ -67,8 +56,9 @@ TEST_CASE("a section read in one go holds what the single reads give") {
 
 TEST_CASE("what is no number is 0, what is missing the default") {
     TestFolder folder(L"Qorvenix shell test");
-    const std::wstring file = folder.own(L"setting.ini");
-    WriteBytes(file, "[Morlet]\r\nIcon=1\r\nStripe=-1\r\nSysCom=yes\r\nW=\r\nFont=\r\nLong=" + std::string(1500, 'x'));
+    const std::wstring file =
+        folder.make_file(L"setting.ini", "[Morlet]\r\nIcon=1\r\nStripe=-1\r\nSysCom=yes\r\nW=\r\nFont=\r\nLong=" +
+                                             std::string(1500, 'x'));
     const Settings settings(file);
     CHECK(settings.number("Icon", 0) == 1);
     CHECK(settings.number("Stripe", 0) == -1);
@@ -82,17 +72,14 @@ TEST_CASE("what is no number is 0, what is missing the default") {
 
 TEST_CASE("a folder of the file's name, and a file that is no settings file, give defaults without a word") {
     TestFolder folder(L"Qorvenix shell test");
-    const std::wstring taken = folder.own(L"taken.ini");
-    REQUIRE(CreateDirectoryW(taken.c_str(), nullptr));
-    const Settings blocked(taken);
+    const Settings blocked(folder.make_folder(L"taken.ini"));
     blocked.write("X", 5);
     CHECK(blocked.number("X", 9) == 9);
 
-    const std::wstring binary = folder.own(L"binary.ini");
     std::string noise(100'000, '\0');
     for (std::size_t i = 0; i < noise.size(); ++i)
         noise[i] = static_cast<char>(i * 7919 >> 3);
-    WriteBytes(binary, noise);
+    const std::wstring binary = folder.make_file(L"binary.ini", noise);
     CHECK(Settings(binary).number("X", 9) == 9);
     CHECK(Settings(binary).text("Mem").empty());
 }
