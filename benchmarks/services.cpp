@@ -92,7 +92,7 @@ int wmain(int count, wchar_t** arguments) {
     const win::ComApartment apartment;
     Measure("services of this computer", 0, 21);
     for (const int size : bench::Sizes()) {
-        const doubles::Members rows = MakeRows(size);
+        doubles::Members rows = MakeRows(size);
         const WmiDouble wmi([&](const std::wstring&) { return rows; });
         Measure("services that answer at once", size, size < 10000 ? 21 : 7);
     }

@@ -44,7 +44,7 @@ double TimeScan() {
 }
 
 // Another program of the folder that this one lies in.
-std::wstring Beside(std::wstring path, const wchar_t* name) {
+std::wstring Beside(const std::wstring& path, const wchar_t* name) {
     return L"\"" + path.substr(0, path.rfind(L'\\') + 1) + name + L"\"";
 }
 

@@ -1,5 +1,7 @@
 #include "programs/file_icon.h"
 
+#include "win/shell_file_info.h"
+
 namespace programs {
 
 win::ImageList CreateSmallIconList() {
@@ -9,10 +11,8 @@ win::ImageList CreateSmallIconList() {
 }
 
 int AddFileIconToImageList(HIMAGELIST images, const std::wstring& path, UINT flags) {
-    // For an empty path the shell would describe the current folder.
-    if (path.empty()) return 0;
     SHFILEINFOW info = {};
-    if (!SHGetFileInfoW(path.c_str(), 0, &info, sizeof info, flags | SHGFI_ICON | SHGFI_DISPLAYNAME)) return 0;
+    if (!win::GetShellFileInfo(path, flags | SHGFI_ICON | SHGFI_DISPLAYNAME, info)) return 0;
     const win::Icon icon(info.hIcon);
     if (!icon || ImageList_AddIcon(images, icon.get()) < 0) return 0;
     return ImageList_GetImageCount(images);

@@ -75,7 +75,7 @@ void frmMain::walk_focus(bool back) {
 
 // Alt with a button's letter, as far as the menu bar does not use it.
 bool frmMain::translate_mnemonic(const MSG& message) {
-    const wchar_t letter =
+    const auto letter =
         static_cast<wchar_t>(reinterpret_cast<LONG_PTR>(CharLowerW(reinterpret_cast<LPWSTR>(message.wParam & 0xFFFF))));
     if (letter == L'\0' || OpensMenu(letter)) return false;
     for (const Control which : {Control::cmdMenu_0, Control::cmdMenu_1}) {

@@ -17,6 +17,7 @@ void SearchSystemFolderOnly() {
 
 }  // namespace
 
+// The header's names are another naming. NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, wchar_t* argument, int) {
     SearchSystemFolderOnly();
     // A path on a drive without a disk fails; Windows need not ask for the disk.

@@ -2,6 +2,7 @@
 
 #include "startup/path.h"
 #include "win/folders.h"
+#include "win/shell_file_info.h"
 #include "win/system_text.h"
 #include "win/text.h"
 
@@ -57,10 +58,8 @@ std::wstring GetShortcutTarget(const std::wstring& file) {
 }
 
 int GetSystemIconIndex(const std::wstring& path) {
-    // For an empty path the shell would describe the current folder.
-    if (path.empty()) return 0;
     SHFILEINFOW info = {};
-    SHGetFileInfoW(path.c_str(), 0, &info, sizeof info, SHGFI_SYSICONINDEX | SHGFI_DISPLAYNAME | SHGFI_SMALLICON);
+    win::GetShellFileInfo(path, SHGFI_SYSICONINDEX | SHGFI_DISPLAYNAME | SHGFI_SMALLICON, info);
     return info.iIcon;
 }
 

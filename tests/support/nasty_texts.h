@@ -17,6 +17,7 @@ inline constexpr std::wstring_view kNastyTexts =
     L"¦\\¦\\\\¦\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\\¦\\\\?\\¦\\\\?\\C:\\windows¦\\\\.\\PhysicalDrive0"
     L"¦\\\\server¦\\\\server\\share\\a.exe¦\\??\\C:\\¦:¦C:¦C:\\¦C:/windows/regedit.exe¦C:\\windows\\regedit.exe"
     L"¦C:\\windows\\..\\..\\..\\¦C:\\Program¦C:\\Program Files\\¦C:\\con\\con¦NUL¦COM1:¦a.exe:stream¦X:\\gone\\a.exe"
+    L"¦/:\\a"
     L"¦regedit.exe¦regedit.exe. . .¦.¦..¦*?<>|¦.exe¦.lnk¦::{20D04FE0-3AEA-1069-A2D8-08002B30309D}¦shell:startup"
     // Variables, missing, nested and naming themselves.
     L"¦%¦%%¦%programfiles%¦%ProgramFiles%\\a.exe /x¦%programfiles%%programfiles%¦%windir%\\regedit.exe"

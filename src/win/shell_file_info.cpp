@@ -1,0 +1,20 @@
+#include "win/shell_file_info.h"
+
+namespace win {
+namespace {
+
+// "/:\a" has the shape of a path on a drive, but names none; Wine's shell reads where nothing is.
+bool NamesNoDrive(const std::wstring& path) {
+    const bool letter = (path[0] >= L'A' && path[0] <= L'Z') || (path[0] >= L'a' && path[0] <= L'z');
+    return path.size() > 1 && path[1] == L':' && !letter;
+}
+
+}  // namespace
+
+bool GetShellFileInfo(const std::wstring& path, UINT flags, SHFILEINFOW& info) {
+    // For an empty path the shell would describe the current folder.
+    if (path.empty() || NamesNoDrive(path)) return false;
+    return SHGetFileInfoW(path.c_str(), 0, &info, sizeof info, flags) != 0;
+}
+
+}  // namespace win
