@@ -1,4 +1,6 @@
 // A window that shows the controls of the program's first view and does nothing else: what they cost by themselves.
+#include "shown_window.h"
+
 #include "programs/uninstall_scan.h"
 #include "shell/menus.h"
 #include "shell/tabs.h"
@@ -70,10 +72,6 @@ int wmain() {
                                         0, 800, 533, nullptr, shell::MakeMenuBar().release(), nullptr, nullptr);
     const win::Font font = ui::CreateMessageFont();
     AddControls(window, font.get());
-    ShowWindow(window, SW_SHOWNORMAL);
-    UpdateWindow(window);
-    MSG message = {};
-    while (GetMessageW(&message, nullptr, 0, 0) > 0)
-        DispatchMessageW(&message);
+    bench::ShowUntilClosed(window);
     return 0;
 }

@@ -1,7 +1,8 @@
 // A window of the program's size with nothing in it but a clock in its title, from the program's timer: what memory and
 // idle processor time are measured against.
+#include "shown_window.h"
+
 #include "tools/memory_monitor.h"
-#include "win/platform.h"
 
 namespace {
 
@@ -35,10 +36,6 @@ int wmain() {
     const HWND window = CreateWindowExW(0, description.lpszClassName, L"Empty", WS_OVERLAPPEDWINDOW, 0, 0, 800, 533,
                                         nullptr, nullptr, nullptr, nullptr);
     SetTimer(window, 1, tools::kTickInterval, nullptr);
-    ShowWindow(window, SW_SHOWNORMAL);
-    UpdateWindow(window);
-    MSG message = {};
-    while (GetMessageW(&message, nullptr, 0, 0) > 0)
-        DispatchMessageW(&message);
+    bench::ShowUntilClosed(window);
     return 0;
 }

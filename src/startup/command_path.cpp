@@ -36,7 +36,7 @@ std::wstring ShareRoot(const std::wstring& path) {
 // "c:\"; empty for a path without a drive.
 std::wstring DriveRoot(const std::wstring& path) {
     const std::wstring root = win::LowerCase(path.substr(0, 2)) + L"\\";
-    return root.size() == 3 && root[1] == L':' && root[0] >= L'a' && root[0] <= L'z' ? root : std::wstring();
+    return root.size() == 3 && root[1] == L':' && win::IsDriveLetter(root[0]) ? root : std::wstring();
 }
 
 // A share that refuses a look at its root is there all the same.

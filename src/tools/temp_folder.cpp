@@ -43,7 +43,7 @@ std::wstring Variable(const wchar_t* name) {
 
 bool HasDrive(std::wstring_view path) {
     if (path.size() < kDriveRootLength || path[1] != L':' || (path[2] != L'\\' && path[2] != L'/')) return false;
-    return (path[0] >= L'A' && path[0] <= L'Z') || (path[0] >= L'a' && path[0] <= L'z');
+    return win::IsDriveLetter(path[0]);
 }
 
 std::wstring_view WithoutEndingBackslashes(std::wstring_view path) {

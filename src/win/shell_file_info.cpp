@@ -1,13 +1,12 @@
 #include "win/shell_file_info.h"
 
+#include "win/text.h"
+
 namespace win {
 namespace {
 
 // "/:\a" has the shape of a path on a drive, but names none; Wine's shell reads where nothing is.
-bool NamesNoDrive(const std::wstring& path) {
-    const bool letter = (path[0] >= L'A' && path[0] <= L'Z') || (path[0] >= L'a' && path[0] <= L'z');
-    return path.size() > 1 && path[1] == L':' && !letter;
-}
+bool NamesNoDrive(const std::wstring& path) { return path.size() > 1 && path[1] == L':' && !IsDriveLetter(path[0]); }
 
 }  // namespace
 

@@ -7,8 +7,8 @@
 
 namespace win {
 
-// SHGetFileInfoW with the SHGFI_ flags `flags`. False, and `info` untouched, for what the shell does not know, and for
-// paths that it must not be asked about.
+// SHGetFileInfoW with the SHGFI_ flags `flags`. False for what the shell does not know, and for paths that it must not
+// be asked about.
 bool GetShellFileInfo(const std::wstring& path, UINT flags, SHFILEINFOW& info);
 
 }  // namespace win

@@ -7,6 +7,8 @@ namespace win {
 
 std::wstring_view CutAtNul(std::wstring_view text) { return text.substr(0, text.find(L'\0')); }
 
+bool IsDriveLetter(wchar_t letter) { return (letter >= L'A' && letter <= L'Z') || (letter >= L'a' && letter <= L'z'); }
+
 bool Contains(std::wstring_view text, std::wstring_view part) { return text.find(part) != text.npos; }
 
 std::wstring_view TrimLeadingBlanks(std::wstring_view text) {

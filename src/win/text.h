@@ -12,6 +12,9 @@ std::wstring_view CutAtNul(std::wstring_view text);
 
 bool Contains(std::wstring_view text, std::wstring_view part);
 
+// Whether a drive can have this letter, small or capital.
+bool IsDriveLetter(wchar_t letter);
+
 // Without the blanks (U+0020 only) at both ends; without the leading ones.
 std::wstring_view TrimBlanks(std::wstring_view text);
 std::wstring_view TrimLeadingBlanks(std::wstring_view text);
@@ -33,7 +36,7 @@ std::wstring PadZeros(std::uint64_t number, int digits);
 // The denominator lies between 1 and 2^32.
 std::wstring TwoDecimals(std::uint64_t numerator, std::uint64_t denominator);
 
-// A leading decimal integer as the profile functions read it: blanks, sign, digits; 0 where there is none.
+// A leading decimal integer: blanks, sign, digits. Too large a number becomes the largest; 0 where there is none.
 int ToInteger(std::wstring_view text);
 
 }  // namespace win
