@@ -4,7 +4,7 @@
 
 #include "../tests/support/test_host.h"
 #include "../tests/support/test_list.h"
-#include "programs/file_icon.h"
+#include "win/file_icon.h"
 
 namespace {
 
@@ -27,7 +27,7 @@ public:
 private:
     TestList programs_{programs::kProgramColumns};
     TestList updates_{programs::kProgramColumns};
-    win::ImageList icons_ = programs::CreateSmallIconList();
+    win::ImageList icons_ = win::CreateSmallIconList();
     TestHost host_;
 };
 

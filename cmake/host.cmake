@@ -3,7 +3,7 @@
 
 # Files of src that include no Windows header, directly or through another header.
 set(HOST_SOURCES
-  src/programs/size_text.cpp
+  src/win/size_text.cpp
   src/shell/activity.cpp
   src/shell/layout.cpp
   src/startup/path.cpp

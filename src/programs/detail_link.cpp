@@ -1,9 +1,9 @@
 #include "programs/detail_link.h"
 
 #include "programs/modReg.h"
-#include "programs/open_with_shell.h"
 #include "programs/registry_editor.h"
 #include "startup/command_path.h"
+#include "win/open_with_shell.h"
 #include "win/process.h"
 #include "win/system_text.h"
 
@@ -55,7 +55,7 @@ void OpenDetailLink(std::wstring_view caption, ui::Host& host) {
             break;
         case LinkKind::Url:
             host.status(kOpeningUrl);
-            OpenWithShell(host.window(), link.target, {}, {});
+            win::OpenWithShell(host.window(), link.target, {}, {});
             break;
         case LinkKind::File:
             host.status(kShowingFile);

@@ -1,9 +1,9 @@
 #include "programs/uninstall_scan.h"
 
-#include "programs/file_icon.h"
 #include "programs/modReg.h"
-#include "programs/size_text.h"
 #include "programs/uninstall_key.h"
+#include "win/file_icon.h"
+#include "win/size_text.h"
 #include "win/system_text.h"
 
 #include <map>
@@ -27,7 +27,7 @@ public:
 private:
     // The lists get the image list with the first icon of a scan.
     int add(const std::wstring& path) const {
-        const int images = AddFileIconToImageList(lists_.icons, path, SHGFI_SMALLICON);
+        const int images = win::AddFileIconToImageList(lists_.icons, path, SHGFI_SMALLICON);
         if (images == 0) return ui::ListView::kNoImage;
         if (images == 1) {
             lists_.programs.set_small_images(lists_.icons);
@@ -50,9 +50,9 @@ void AddRow(const ProgramLists& lists, const UninstallEntry& entry, int image) {
     };
     fill(ProgramColumn::Publisher, entry.publisher);
     if (entry.estimated_size) {
-        const std::wstring size = MegabyteText(*entry.estimated_size);
+        const std::wstring size = win::MegabyteText(*entry.estimated_size);
         fill(ProgramColumn::Size, size);
-        fill(ProgramColumn::SizeKey, SizeSortKey(size));
+        fill(ProgramColumn::SizeKey, win::SizeSortKey(size));
     }
     fill(ProgramColumn::InstallDate, entry.install_date);
     if (entry.install_location) fill(ProgramColumn::InstallFolder, *entry.install_location);

@@ -37,7 +37,7 @@ inline constexpr LPARAM kEmptyInstallFolder = 1;
 struct ProgramLists {
     ui::ListView programs;
     ui::ListView updates;
-    HIMAGELIST icons;  // CreateSmallIconList
+    HIMAGELIST icons;  // win::CreateSmallIconList
 };
 
 // Empties both lists and the image list and fills them from the keys of the whole machine, then of the user whose

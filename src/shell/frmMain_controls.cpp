@@ -1,7 +1,6 @@
 // The controls: made, given fonts and styles, put in their places.
 #include "shell/frmMain.h"
 
-#include "programs/file_icon.h"
 #include "programs/restore_points.h"
 #include "programs/uninstall_scan.h"
 #include "services/service_list.h"
@@ -11,6 +10,7 @@
 #include "ui/control.h"
 #include "ui/drop_files.h"
 #include "ui/link_label.h"
+#include "win/file_icon.h"
 
 #include <algorithm>
 #include <utility>
@@ -49,7 +49,7 @@ void frmMain::create_first_controls() {
     create_tabs();
     arrange();
     create_controls(Moment::AtOnce);
-    program_images_ = programs::CreateSmallIconList();
+    program_images_ = win::CreateSmallIconList();
     for (const Control which : {Control::ListView1_0, Control::ListView1_1}) {
         list(which).add_columns(programs::kProgramColumns, dpi_);
         watch_list(which);
@@ -69,7 +69,7 @@ void frmMain::create_later_controls() {
     list(Control::lvService).add_columns(services::kServiceColumns, dpi_);
     list(Control::lvProcess).add_columns(kProcessColumns, dpi_);
     list(Control::lvRestore).add_columns(programs::kRestoreColumns, dpi_);
-    control_panel_images_ = programs::CreateSmallIconList();
+    control_panel_images_ = win::CreateSmallIconList();
     list(Control::ListView2).set_small_images(control_panel_images_.get());
     buffer_lists();
     restore_column_widths(Moment::Later);

@@ -1,11 +1,11 @@
 // The menus, and what the items of File, View and Help do.
 #include "shell/frmMain.h"
 
-#include "programs/open_with_shell.h"
 #include "shell/about.h"
 #include "shell/csv_export.h"
 #include "ui/modDialog.h"
 #include "version.h"
+#include "win/open_with_shell.h"
 
 namespace shell {
 namespace {
@@ -95,14 +95,14 @@ void frmMain::save_shown_list() {
 void frmMain::mnuHelpItem_Click(int index) {
     if (activity_.running()) return;
     const auto open_if_there = [this](const std::wstring& file) {
-        if (PathFileExistsW(file.c_str())) programs::OpenWithShell(window_, file, L"", L"");
+        if (PathFileExistsW(file.c_str())) win::OpenWithShell(window_, file, L"", L"");
     };
     switch (index) {
         case HelpItem::ReadMe:
             open_if_there(application_folder_ + kReadMeFile);
             break;
         case HelpItem::HomePage:
-            programs::OpenWithShell(window_, kHomePage, L"", programs::kNoFolder);
+            win::OpenWithShell(window_, kHomePage, L"", win::kNoFolder);
             break;
         case HelpItem::Version:
             show_version();

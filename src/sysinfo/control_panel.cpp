@@ -1,10 +1,10 @@
 #include "sysinfo/control_panel.h"
 
-#include "programs/open_with_shell.h"
 #include "startup/path.h"
 #include "sysinfo/control_panel_catalogue.h"
 #include "win/folders.h"
 #include "win/handle.h"
+#include "win/open_with_shell.h"
 #include "win/system_text.h"
 #include "win/text.h"
 
@@ -70,14 +70,13 @@ void OpenControlPanelRow(HWND owner, std::wstring_view path) {
     const std::wstring extension = startup::ExtensionPart(path);
     const std::wstring kind = win::LowerCase(extension.substr(0, kExtensionLength));
     if (kind != L"msc" && kind != L"exe") {
-        programs::OpenWithShell(owner, kControlPanelHost, path, programs::kNoFolder);
+        win::OpenWithShell(owner, kControlPanelHost, path, win::kNoFolder);
         return;
     }
-    if (programs::OpenWithShell(owner, path, {}, programs::kNoFolder) || extension.size() <= kind.size()) return;
+    if (win::OpenWithShell(owner, path, {}, win::kNoFolder) || extension.size() <= kind.size()) return;
     // A path with something behind ".exe" is a file with parameters.
     const std::size_t file_length = path.size() - (extension.size() - kind.size());
-    programs::OpenWithShell(owner, path.substr(0, file_length), win::TrimBlanks(path.substr(file_length)),
-                            programs::kNoFolder);
+    win::OpenWithShell(owner, path.substr(0, file_length), win::TrimBlanks(path.substr(file_length)), win::kNoFolder);
 }
 
 }  // namespace sysinfo

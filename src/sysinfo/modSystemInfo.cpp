@@ -1,11 +1,11 @@
 #include "sysinfo/modSystemInfo.h"
 
 #include "programs/modReg.h"
-#include "programs/size_text.h"
 #include "sysinfo/os_name.h"
 #include "sysinfo/system_report.h"
 #include "win/handle.h"
 #include "win/recycle_bin.h"
+#include "win/size_text.h"
 #include "win/system_library.h"
 #include "win/text.h"
 
@@ -165,7 +165,7 @@ std::wstring GetKeyboardSubtypeName() { return KeyboardSubtypeName(GetKeyboardTy
 
 std::wstring GetRecycleBinSummary() {
     const auto bin = win::QueryRecycleBin({});
-    return bin ? programs::FileTotalText(bin->items, bin->bytes) : std::wstring();
+    return bin ? win::FileTotalText(bin->items, bin->bytes) : std::wstring();
 }
 
 }  // namespace sysinfo

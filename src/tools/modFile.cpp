@@ -1,9 +1,9 @@
 #include "tools/modFile.h"
 
-#include "programs/size_text.h"
 #include "startup/path.h"
 #include "tools/real_path.h"
 #include "win/recycle_bin.h"
+#include "win/size_text.h"
 
 #include <vector>
 
@@ -126,7 +126,7 @@ bool EmptyRecycleBin(bool confirm, const std::string& root, DWORD flags, ui::Hos
         flags = SHERB_NOCONFIRMATION;
         const auto bin = win::QueryRecycleBin(root);
         if (!bin || bin->items == 0) return false;
-        const std::wstring question = kEmptyBinQuestion + programs::FileTotalText(bin->items, bin->bytes);
+        const std::wstring question = kEmptyBinQuestion + win::FileTotalText(bin->items, bin->bytes);
         if (host.confirm(question, kEmptyBinTitle, MB_ICONQUESTION) != ui::Answer::Ok) return false;
     }
     return SUCCEEDED(SHEmptyRecycleBinA(nullptr, root.c_str(), flags));

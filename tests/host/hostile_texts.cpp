@@ -1,8 +1,8 @@
 // The text functions on random and mutated texts, each against what it promises.
-#include "programs/size_text.h"
 #include "startup/path.h"
 #include "sysinfo/os_name.h"
 #include "sysinfo/system_report.h"
+#include "win/size_text.h"
 #include "win/text.h"
 
 #include "support/hostile.h"
@@ -50,7 +50,7 @@ TEST_CASE("parts, trimmed texts and the parts of a path come from their text, wh
         const std::wstring second = source.text();
         REQUIRE(startup::JoinPath(text, second).size() <= text.size() + 1 + second.size());
         win::ToInteger(text);
-        programs::SizeSortKey(text);
+        win::SizeSortKey(text);
     });
 }
 
@@ -63,8 +63,8 @@ TEST_CASE("numbers are written and read exactly") {
         const auto exact = static_cast<unsigned __int128>(number) * 200 + denominator;
         const auto hundredths = static_cast<std::uint64_t>(exact / denominator / 2 % 100);
         REQUIRE(win::TwoDecimals(number, denominator).ends_with(L"." + win::PadZeros(hundredths, 2)));
-        REQUIRE(programs::SizeSortKey(programs::MegabyteText(static_cast<std::uint32_t>(number))).size() >= 8);
-        REQUIRE(programs::SizeText(number).size() >= 6);
+        REQUIRE(win::SizeSortKey(win::MegabyteText(static_cast<std::uint32_t>(number))).size() >= 8);
+        REQUIRE(win::SizeText(number).size() >= 6);
         const auto small = static_cast<int>(number);
         REQUIRE(win::ToInteger(win::ToText(small) + L" x") == small);
     });

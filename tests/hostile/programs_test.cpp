@@ -6,12 +6,12 @@
 #include "programs/program_details.h"
 #include "programs/registry_editor.h"
 #include "programs/seeded_scan.h"
-#include "programs/size_text.h"
 #include "programs/uninstall_command.h"
 #include "shell/csv_export.h"
 #include "support/throw_away.h"
 #include "win/com_ptr.h"
 #include "win/folders.h"
+#include "win/size_text.h"
 
 #include <deque>
 
@@ -99,8 +99,8 @@ void Expect(HKEY parent, const ScanOptions& options, Rows& rows) {
         if (row[ProgramColumn::UninstallCommand].empty()) continue;
         row[ProgramColumn::RegistryKey] = name;
         if (const auto kilobytes = read(L"EstimatedSize", sizeof(DWORD))) {
-            row[ProgramColumn::Size] = MegabyteText(hostile::NumberOf(*kilobytes));
-            row[ProgramColumn::SizeKey] = SizeSortKey(row[ProgramColumn::Size]);
+            row[ProgramColumn::Size] = win::MegabyteText(hostile::NumberOf(*kilobytes));
+            row[ProgramColumn::SizeKey] = win::SizeSortKey(row[ProgramColumn::Size]);
         }
         rows.push_back(std::move(row));
     }

@@ -1,4 +1,4 @@
-#include "programs/open_with_shell.h"
+#include "win/open_with_shell.h"
 
 #include "support/recorder.h"
 #include "support/show.h"
@@ -7,7 +7,7 @@
 
 #include <doctest/doctest.h>
 
-using programs::OpenWithShell;
+using win::OpenWithShell;
 
 TEST_CASE("Programs are opened by path and, without a folder, from the system's folders only") {
     const win::ComApartment apartment;

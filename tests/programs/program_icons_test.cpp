@@ -24,8 +24,8 @@ std::vector<std::uint32_t> Pixels(HIMAGELIST images, int index) {
 }
 
 std::vector<std::uint32_t> IconOf(const std::wstring& path) {
-    const win::ImageList images = programs::CreateSmallIconList();
-    REQUIRE(programs::AddFileIconToImageList(images.get(), path, SHGFI_SMALLICON) == 1);
+    const win::ImageList images = win::CreateSmallIconList();
+    REQUIRE(win::AddFileIconToImageList(images.get(), path, SHGFI_SMALLICON) == 1);
     return Pixels(images.get(), 0);
 }
 

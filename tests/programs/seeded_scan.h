@@ -1,8 +1,8 @@
 // The uninstall scan on registry roots of a test's own, filling two real lists.
 #pragma once
 
-#include "programs/file_icon.h"
 #include "programs/uninstall_scan.h"
+#include "win/file_icon.h"
 
 #include "support/root_override.h"
 #include "support/show.h"
@@ -25,7 +25,7 @@ public:
 
     TestList programs{programs::kProgramColumns};
     TestList updates{programs::kProgramColumns};
-    win::ImageList icons = programs::CreateSmallIconList();
+    win::ImageList icons = win::CreateSmallIconList();
     programs::ScanOptions options;
     std::wstring sid = kSid;
     TestHost host;

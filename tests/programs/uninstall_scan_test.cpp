@@ -2,7 +2,7 @@
 
 #include "programs/current_user.h"
 #include "programs/modReg.h"
-#include "programs/size_text.h"
+#include "win/size_text.h"
 
 #include "support/native_names.h"
 

@@ -1,7 +1,6 @@
 #include "sysinfo/modSystemInfo.h"
 
 #include "programs/modReg.h"
-#include "programs/size_text.h"
 #include "support/recycle_bin.h"
 #include "support/show.h"
 #include "support/stand_in.h"
@@ -10,6 +9,7 @@
 #include "sysinfo/system_report.h"
 #include "win/folders.h"
 #include "win/process.h"
+#include "win/size_text.h"
 #include "win/text.h"
 
 #include <doctest/doctest.h>

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-namespace programs {
+namespace win {
 
 // "1.00 GB", "1.00 MB", "1.00 KB", "1023 Byte": two decimals rounded half away from zero, "." whatever the locale.
 std::wstring SizeText(std::uint64_t byte_count);
@@ -16,4 +16,4 @@ std::wstring FileTotalText(std::uint64_t file_count, std::uint64_t byte_count);
 std::wstring MegabyteText(std::uint32_t kilobytes);
 std::wstring SizeSortKey(const std::wstring& megabyte_text);
 
-}  // namespace programs
+}  // namespace win

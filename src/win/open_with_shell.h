@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-namespace programs {
+namespace win {
 
 // The `directory` that gives the shell none; an empty text stands for the folder of the file.
 inline constexpr std::wstring_view kNoFolder(L"\0", 1);
@@ -14,4 +14,4 @@ inline constexpr std::wstring_view kNoFolder(L"\0", 1);
 // or not at all (FALSE, ERROR_FILE_NOT_FOUND). No message is shown.
 bool OpenWithShell(HWND window, std::wstring_view file, std::wstring_view parameters, std::wstring_view directory);
 
-}  // namespace programs
+}  // namespace win

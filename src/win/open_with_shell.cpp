@@ -1,12 +1,11 @@
-#include "programs/open_with_shell.h"
+#include "win/open_with_shell.h"
 
-#include "startup/path.h"
 #include "win/folders.h"
 #include "win/handle.h"
 
 #include <string>
 
-namespace programs {
+namespace win {
 namespace {
 
 // SEE_MASK_INVOKEIDLIST, SEE_MASK_NOCLOSEPROCESS, SEE_MASK_FLAG_NO_UI and SEE_MASK_UNICODE.
@@ -17,10 +16,15 @@ constexpr ULONG kMaskWithoutItemList = 0x4440;
 
 static_assert(sizeof(SHELLEXECUTEINFOW) == 60);
 
+std::wstring_view FolderOf(std::wstring_view file) {
+    const std::size_t slash = file.rfind(L'\\');
+    return file.substr(0, slash == file.npos ? 0 : slash);
+}
+
 bool Execute(SHELLEXECUTEINFOW record, ULONG mask) {
     record.fMask = mask;
     const bool opened = ShellExecuteExW(&record) != FALSE;
-    const win::Handle process(record.hProcess);
+    const Handle process(record.hProcess);
     return opened;
 }
 
@@ -29,14 +33,14 @@ bool Execute(SHELLEXECUTEINFOW record, ULONG mask) {
 bool OpenWithShell(HWND window, std::wstring_view file, std::wstring_view parameters, std::wstring_view directory) {
     std::wstring target(file);
     if (target.find_first_of(L"\\/:") == target.npos) {
-        target = win::FindSystemFile(file);
+        target = FindSystemFile(file);
         if (target.empty()) {
             SetLastError(ERROR_FILE_NOT_FOUND);
             return false;
         }
     }
     const std::wstring arguments(parameters);
-    const std::wstring folder = directory.empty() ? startup::ParentFolder(file) : std::wstring(directory);
+    const std::wstring folder(directory.empty() ? FolderOf(file) : directory);
 
     SHELLEXECUTEINFOW record = {};
     record.cbSize = sizeof record;
@@ -49,4 +53,4 @@ bool OpenWithShell(HWND window, std::wstring_view file, std::wstring_view parame
            (GetLastError() == ERROR_INVALID_PARAMETER && Execute(record, kMaskWithoutItemList));
 }
 
-}  // namespace programs
+}  // namespace win

@@ -1,8 +1,8 @@
-#include "programs/size_text.h"
+#include "win/size_text.h"
 
 #include "support/show.h"
 
-using programs::SizeText;
+using win::SizeText;
 
 TEST_CASE("size texts change their unit exactly at its first byte") {
     CHECK(SizeText(0) == L"0 Byte");
@@ -18,6 +18,6 @@ TEST_CASE("size texts change their unit exactly at its first byte") {
 }
 
 TEST_CASE("file totals count beyond 32 bits") {
-    CHECK(programs::FileTotalText(0, 0) == L"ファイル総数 0個 (0 Byte)");
-    CHECK(programs::FileTotalText(5'000'000'000, 0x200000000) == L"ファイル総数 5000000000個 (8.00 GB)");
+    CHECK(win::FileTotalText(0, 0) == L"ファイル総数 0個 (0 Byte)");
+    CHECK(win::FileTotalText(5'000'000'000, 0x200000000) == L"ファイル総数 5000000000個 (8.00 GB)");
 }

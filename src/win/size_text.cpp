@@ -1,8 +1,8 @@
-#include "programs/size_text.h"
+#include "win/size_text.h"
 
 #include "win/text.h"
 
-namespace programs {
+namespace win {
 namespace {
 
 struct Unit {
@@ -38,4 +38,4 @@ std::wstring SizeSortKey(const std::wstring& megabyte_text) {
     return key;
 }
 
-}  // namespace programs
+}  // namespace win
