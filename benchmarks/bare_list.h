@@ -5,7 +5,8 @@
 
 namespace bench {
 
-// While it lives the list does not redraw, as in ui::ListFill. Without a list nothing is said: the loop only reads.
+// While it lives the list does not redraw, as in ui::RedrawSuspender. Without a list nothing is said: the loop only
+// reads.
 class BareList {
 public:
     explicit BareList(const ui::ListView* list) : window_(list ? list->window() : nullptr) {

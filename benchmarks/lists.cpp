@@ -27,7 +27,7 @@ struct Cell {
 };
 
 void FillRows(const ui::ListView& list, int count) {
-    const ui::ListFill fill(list, count);
+    const ui::RedrawSuspender fill(list, count);
     for (int number = 0; number < count; ++number) {
         // Steps of a prime number: no two neighbours are in order.
         const std::wstring mixed = win::ToText(number * 7919 % count);

@@ -54,11 +54,11 @@ void OpenDetailLink(std::wstring_view caption, ui::Host& host) {
         case LinkKind::None:
             break;
         case LinkKind::Url:
-            host.status(kOpeningUrl);
+            host.set_status(kOpeningUrl);
             win::OpenWithShell(host.window(), link.target, {}, {});
             break;
         case LinkKind::File:
-            host.status(kShowingFile);
+            host.set_status(kShowingFile);
             win::StartSystemProgram(L"explorer.exe", L"explorer.exe /e,/select," + link.target,
                                     win::WindowStyle::Normal);
             break;

@@ -16,13 +16,12 @@ std::wstring ForcedUninstallQuestion(const std::wstring& name) {
 
 }  // namespace
 
-std::optional<ProgramRow> SelectedProgram(const ui::ListView& list) {
-    const int row = list.selected();
+std::optional<ProgramRow> ProgramAt(const ui::ListView& list, int row) {
     if (row < 0) return {};
     return ProgramRow{
         .name = list.cell(row, ProgramColumn::Name),
         .install_folder = list.cell(row, ProgramColumn::InstallFolder),
-        .empty_install_folder = list.tag(row) == kEmptyInstallFolder,
+        .empty_install_folder = list.item_data(row) == kEmptyInstallFolder,
         .uninstall_command = list.cell(row, ProgramColumn::UninstallCommand),
         .key_name = list.cell(row, ProgramColumn::RegistryKey),
     };

@@ -19,8 +19,8 @@ struct ProgramRow {
     std::wstring key_name;
 };
 
-// The selected row; nothing without one.
-std::optional<ProgramRow> SelectedProgram(const ui::ListView& list);
+// The row of that index; nothing for -1.
+std::optional<ProgramRow> ProgramAt(const ui::ListView& list, int row);
 
 // Runs the uninstall command and waits for its process. True when it ran and the lists are to be scanned again.
 bool Uninstall(const ProgramRow& row, ui::Host& host);

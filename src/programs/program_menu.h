@@ -1,4 +1,4 @@
-// mnuPop, the pop-up menu of the lists of programs and updates, and the keys of these lists.
+// mnuPop, the pop-up menu of the lists of programs and updates.
 #pragma once
 
 #include "ui/menu.h"
@@ -20,14 +20,6 @@ inline constexpr ui::MenuItem kProgramMenu[] = {
     {ProgramItem::Refresh, L"情報の更新(&U)"},
 };
 
-struct ProgramMenuFacts {
-    bool row_selected = false;
-    bool uninstalling = false;  // an uninstaller runs; a second one must not start
-};
-
-bool IsProgramItemEnabled(int index, const ProgramMenuFacts& facts);
-
-// The item that a key of the list stands for, 0 for none: Delete uninstalls, Ctrl+O opens the install folder.
-int ProgramItemForKey(unsigned key_code, bool control);
+bool IsProgramItemEnabled(int index, bool row_selected);
 
 }  // namespace programs

@@ -35,7 +35,7 @@ void StartRegistryEditor() { win::StartSystemProgram(L"regedit.exe", L"regedit",
 
 void OpenRegistryEditorAt(std::wstring_view path, ui::Host& host) {
     if (path.empty()) return;
-    host.status(kOpening);
+    host.set_status(kOpening);
     StoreLastKey(path);
     StartRegistryEditor();
 }

@@ -85,20 +85,20 @@ void CreateRestorePoint(const ui::ListView& list, ui::Host& host) {
     const std::optional<std::wstring> description = host.input(kDescriptionPrompt);
     if (!description || description->empty()) return;
     const std::wstring former_status = host.status_text();
-    host.status(kCreating);
+    host.set_status(kCreating);
     host.hourglass(true);
     const win::Variant arguments[] = {win::Variant(*description), win::Variant(kApplicationInstall),
                                       win::Variant(kBeginSystemChange)};
     // What the method returns says nothing to the user: only a call that cannot be made counts as failed.
     const HRESULT result = win::Object::bind(kProviderClass).invoke(L"createrestorepoint", arguments, nullptr);
     host.hourglass(false);
-    host.status(SUCCEEDED(result) ? kCreated : former_status);
+    host.set_status(SUCCEEDED(result) ? kCreated : former_status);
 }
 
 bool DeleteRestorePoint(const ui::ListView& list, ui::Host& host) {
     const int row = list.selected();
     if (row < 0 || !list.visible()) return false;
-    const auto number = static_cast<DWORD>(list.tag(row));
+    const auto number = static_cast<DWORD>(list.item_data(row));
     const std::wstring question = list.cell(row, RestoreColumn::Date) + kDeleteQuestion;
     if (host.confirm(question) != ui::Answer::Ok) return false;
     if (number != 0) RemovePoint(number);

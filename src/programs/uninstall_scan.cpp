@@ -64,8 +64,8 @@ void AddRow(const ProgramLists& lists, const UninstallEntry& entry, int image) {
 
 void ScanUninstallKeys(const ProgramLists& lists, const ScanOptions& options, std::wstring_view user_sid,
                        ui::Host& host) {
-    const ui::ListFill programs(lists.programs);
-    const ui::ListFill updates(lists.updates);
+    const ui::RedrawSuspender programs(lists.programs);
+    const ui::RedrawSuspender updates(lists.updates);
     lists.programs.clear();
     lists.updates.clear();
     lists.programs.set_small_images(nullptr);

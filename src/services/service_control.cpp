@@ -1,7 +1,6 @@
 #include "services/service_control.h"
 
 #include "services/modService.h"
-#include "ui/clipboard.h"
 #include "win/automation.h"
 #include "win/text.h"
 
@@ -116,23 +115,15 @@ bool IsServiceItemEnabled(int index, const std::optional<ServiceCells>& row) {
     }
 }
 
-ServicePress lvService_MouseDown(const ui::ListView& lvService, int row) {
+std::optional<ServiceCells> ServiceCellsOf(const ui::ListView& lvService, int row) {
     if (row < 0) return {};
-    lvService.select(row);
-    return {
-        ServiceCells{lvService.cell(row, ServiceColumn::State), lvService.cell(row, ServiceColumn::StartMode),
-                     lvService.cell(row, ServiceColumn::AcceptsPause), lvService.cell(row, ServiceColumn::AcceptsStop)},
-        lvService_ItemClick(lvService, row)};
+    return ServiceCells{lvService.cell(row, ServiceColumn::State), lvService.cell(row, ServiceColumn::StartMode),
+                        lvService.cell(row, ServiceColumn::AcceptsPause),
+                        lvService.cell(row, ServiceColumn::AcceptsStop)};
 }
 
-void mnuServiceItem_Click(int index, const ui::ListView& lvService, std::wstring_view tooltip, ui::Host& host) {
-    const int row = lvService.selected();
-    if (index == ServiceItem::Copy) {
-        const std::wstring text = tooltip.empty() ? lvService.cell(row, ServiceColumn::Caption) : std::wstring(tooltip);
-        if (!text.empty()) ui::CopyText(host.window(), text);
-        return;
-    }
-    const ListedService service(lvService, lvService.cell(row, ServiceColumn::Name));
+void RunServiceItem(int index, const ui::ListView& lvService, ui::Host& host) {
+    const ListedService service(lvService, lvService.cell(lvService.selected(), ServiceColumn::Name));
     if (service.name().empty()) return;
     if (index >= ServiceItem::Start && index <= ServiceItem::Restart) Control(index, service, host);
     if (index >= ServiceItem::Automatic && index <= ServiceItem::Disabled) ChangeStartMode(index, service);

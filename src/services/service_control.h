@@ -8,7 +8,6 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace services {
 
@@ -49,17 +48,12 @@ struct ServiceCells {
 // Whether an item of `mnuServiceItem` can be chosen for a row, or (nullopt) for a press on empty space.
 bool IsServiceItemEnabled(int index, const std::optional<ServiceCells>& row);
 
-// A press of a mouse button on `row`, or with row -1 on empty space: selects the row and tells what the pop-up menu is
-// enabled by and what `txtComment` and the status bar show; both are empty for a press on empty space.
-struct ServicePress {
-    std::optional<ServiceCells> cells;
-    ServiceDetail detail;
-};
-ServicePress lvService_MouseDown(const ui::ListView& lvService, int row);
+// The cells of a row; nothing for -1.
+std::optional<ServiceCells> ServiceCellsOf(const ui::ListView& lvService, int row);
 
-// Carries out an item of `mnuServiceItem` on the selected row: everything but the refresh, which is the window's.
-// `tooltip` is the cell under the pointer, for the copy. Nothing happens without a selection, and a refusal leaves the
-// cells as they were. Messages are processed while a restart waits; no second action and no fill may start then.
-void mnuServiceItem_Click(int index, const ui::ListView& lvService, std::wstring_view tooltip, ui::Host& host);
+// Carries out an item of `mnuServiceItem` that changes the selected row's service. Nothing happens without a selection,
+// and a refusal leaves the cells as they were. Messages are processed while a restart waits; no second action and no
+// fill may start then.
+void RunServiceItem(int index, const ui::ListView& lvService, ui::Host& host);
 
 }  // namespace services

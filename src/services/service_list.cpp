@@ -59,9 +59,9 @@ std::wstring_view StartModeText(std::wstring_view start_mode) { return Translate
 
 void FillServiceList(const ui::ListView& lvService, ui::Host& host) {
     {
-        const ui::ListFill fill(lvService);
+        const ui::RedrawSuspender fill(lvService);
         lvService.clear();
-        ui::PumpNowAndThen pump(host);
+        ui::PumpThrottle pump(host);
         win::QueryWmi(L"Select * From Win32_Service").for_each([&](const win::Object& service) {
             AddService(lvService, service);
             return pump();
@@ -76,7 +76,7 @@ std::wstring CommentText(std::wstring_view description) {
     return comment;
 }
 
-ServiceDetail lvService_ItemClick(const ui::ListView& lvService, int row) {
+ServiceDetail ServiceDetailOf(const ui::ListView& lvService, int row) {
     return {CommentText(lvService.cell(row, ServiceColumn::Description)),
             std::wstring(LookupServiceAdvice(lvService.cell(row, ServiceColumn::Caption)))};
 }

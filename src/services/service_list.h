@@ -42,7 +42,7 @@ struct ServiceDetail {
     std::wstring comment;
     std::wstring advice;
 };
-ServiceDetail lvService_ItemClick(const ui::ListView& lvService, int row);
+ServiceDetail ServiceDetailOf(const ui::ListView& lvService, int row);
 
 // A description with one sentence a line: a line break behind every "。" but the last character.
 std::wstring CommentText(std::wstring_view description);

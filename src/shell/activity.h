@@ -6,21 +6,25 @@ namespace shell {
 
 class Activity {
 public:
-    // What can be asked for at any time. While work runs it is remembered and starts when the work has returned:
-    // no list ever holds rows of two fills.
-    enum class Request {
-        TabClick,   // show and fill the selected tab
-        Refresh,    // what the File menu's refresh does on the shown tab
-        Rescan,     // scan the installed programs and updates again, shown or not
-        Startup,    // fill the startup list again, shown or not
-        Catalogue,  // fill the Control Panel list, shown or not
+    // What can be asked for at any time. While work runs it is remembered, one of each kind, and starts when the work
+    // has returned: no list ever holds rows of two fills.
+    struct Request {
+        enum Kind {
+            TabClick,  // show and fill the selected tab
+            Refresh,   // what the File menu's refresh does on the shown tab
+            Fill,      // fill the list of `page` again, shown or not
+        };
+        Kind kind;
+        int page = 0;  // below kPages
     };
-    static constexpr int kRequests = 5;
+    static constexpr int kPages = 8;
 
     class Runner {
     public:
         // Carries out one request; never called while another call has not returned.
         virtual void run(Request request) = 0;
+        // Everything has ended and nothing waits: what arrived meanwhile can be shown.
+        virtual void settled() = 0;
         virtual void close() = 0;
 
     protected:
@@ -36,17 +40,17 @@ public:
     bool request_close();
 
     bool running() const { return running_; }
-    bool busy() const { return busy_ > 0; }
+    bool close_blocked() const { return close_blocks_ > 0; }
     bool close_waits() const { return close_waits_; }
 
     // A command that must not meet another: a clean-up, a question, the creation of a restore point. Not entered
     // while something runs: then the command is refused.
-    class Command {
+    class Exclusive {
     public:
-        explicit Command(Activity& activity);
-        Command(const Command&) = delete;
-        Command& operator=(const Command&) = delete;
-        ~Command();
+        explicit Exclusive(Activity& activity);
+        Exclusive(const Exclusive&) = delete;
+        Exclusive& operator=(const Exclusive&) = delete;
+        ~Exclusive();
         explicit operator bool() const { return entered_; }
 
     private:
@@ -54,13 +58,13 @@ public:
         bool entered_;
     };
 
-    // The busy flag for the length of a scope: the window refuses to close, but stays usable.
-    class Busy {
+    // For the length of a scope the window refuses to close, but stays usable.
+    class CloseBlock {
     public:
-        explicit Busy(Activity& activity) : activity_(activity) { ++activity_.busy_; }
-        Busy(const Busy&) = delete;
-        Busy& operator=(const Busy&) = delete;
-        ~Busy() { --activity_.busy_; }
+        explicit CloseBlock(Activity& activity) : activity_(activity) { ++activity_.close_blocks_; }
+        CloseBlock(const CloseBlock&) = delete;
+        CloseBlock& operator=(const CloseBlock&) = delete;
+        ~CloseBlock() { --activity_.close_blocks_; }
 
     private:
         Activity& activity_;
@@ -68,11 +72,14 @@ public:
 
 private:
     void run_waiting();
+    bool take_next(Request& next);
 
     Runner& runner_;
     bool running_ = false;
-    int busy_ = 0;
-    bool waits_[kRequests] = {};  // one of each kind: the last one stands for all
+    int close_blocks_ = 0;
+    bool tab_click_waits_ = false;
+    bool refresh_waits_ = false;
+    bool fill_waits_[kPages] = {};
     bool close_waits_ = false;
 };
 

@@ -70,18 +70,18 @@ inline constexpr wchar_t kUninstallTip[] = L"プログラムのアンインス�
 inline constexpr wchar_t kForcedUninstallTip[] = L"プログラムの強制アンインストールを実施します";
 
 // What a control is, for the option that names a font: it leaves tab strip, combo box and lines alone.
-enum class Kind { TabStrip, ListView, Label, Link, TextBox, CommandButton, ComboBox, Line, StatusBar };
+enum class ControlKind { TabStrip, ListView, Label, Link, TextBox, CommandButton, ComboBox, Line, StatusBar };
 
 // The area that a control belongs to.
 enum class Area { Window, List, Detail, Information };
 
 // The frame comes first, because its heights say where the rest belongs. Controls that the first view does not need are
 // made after it is painted.
-enum class Moment { Frame, AtOnce, Later };
+enum class CreationPhase { Frame, FirstView, Later };
 
 struct ControlRow {
     Control control;
-    Kind kind;
+    ControlKind kind;
     Area area;
     unsigned long style;  // added to what the kind has anyway
     const wchar_t* text;  // what it shows, or the name that a screen reader reads
@@ -92,9 +92,9 @@ struct ControlRow {
 std::span<const ControlRow> AllControls();
 inline const ControlRow& RowOf(Control control) { return AllControls()[IndexOf(control)]; }
 
-Moment MomentOf(const ControlRow& row);
+CreationPhase PhaseOf(const ControlRow& row);
 
 // Whether the option "Font" reaches the control.
-bool TakesConfiguredFont(Kind kind);
+bool TakesConfiguredFont(ControlKind kind);
 
 }  // namespace shell

@@ -22,7 +22,7 @@ bool IsNumeric(const std::wstring& text) {
 }
 
 std::string CsvOf(const ui::ListView& list, ui::Host& host) {
-    ui::PumpNowAndThen pump(host);
+    ui::PumpThrottle pump(host);
     const int columns = list.column_count();
     std::wstring text;
     for (int column = 0; column < columns; ++column) {

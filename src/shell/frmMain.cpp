@@ -16,10 +16,13 @@ namespace {
 
 constexpr wchar_t kSettingsFile[] = L"\\setting.ini";
 
+constexpr UINT kFullRowSelectAndGridLines = LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES;  // 33
+constexpr UINT kDoubleBuffer = 0x00010000;  // no flicker while the border is dragged; Windows 2000 ignores it
+
 }  // namespace
 
 frmMain::frmMain(HINSTANCE instance)
-    : instance_(instance), activity_(*this), window_brush_(CreateSolidBrush(GetSysColor(COLOR_WINDOW))) {}
+    : instance_(instance), activity_(*this), strip_(*this), pages_(os_, scan_options_, strSID_), panel_(controls_) {}
 
 frmMain::~frmMain() {
     if (window_) DestroyWindow(window_);
@@ -30,6 +33,22 @@ bool frmMain::open(std::wstring_view argument) {
     INITCOMMONCONTROLSEX classes = {sizeof classes, ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES | ICC_BAR_CLASSES};
     InitCommonControlsEx(&classes);
     ui::RegisterLinkLabel(instance_);
+    dpi_ = GetDeviceCaps(win::WindowDc(nullptr).get(), LOGPIXELSX);
+    os_ = win::QueryOsVersion();
+    application_folder_ = win::ApplicationFolder();
+    settings_ = Settings(application_folder_ + kSettingsFile);
+    create_menus();
+    create_window();
+    if (!window_) return false;
+    keep_on_monitor();
+    create_first_controls();
+    Form_Load(argument);
+    UpdateWindow(window_);
+    SetTimer(window_, kActivateTimer, kActivateDelay, nullptr);
+    return true;
+}
+
+void frmMain::create_window() {
     const int small_icon = GetSystemMetrics(SM_CXSMICON);
     WNDCLASSEXW description = {};
     description.cbSize = sizeof description;
@@ -41,39 +60,89 @@ bool frmMain::open(std::wstring_view argument) {
     description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
     description.lpszClassName = kMainClass;
-    if (!RegisterClassExW(&description) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) return false;
-
-    dpi_ = GetDeviceCaps(win::WindowDc(nullptr).get(), LOGPIXELSX);
-    os_ = win::QueryOsVersion();
-    application_folder_ = win::ApplicationFolder();
-    settings_ = Settings(application_folder_ + kSettingsFile);
-    create_menus();
-    const Rectangle place = stored_place();
-    CreateWindowExW(0, kMainClass, ui::kProductName, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, place.left, place.top,
-                    place.width, place.height, nullptr, menu_bar_, instance_, this);
-    if (!window_) return false;
-    create_first_controls();
-    Form_Load(argument);
-    UpdateWindow(window_);
-    SetTimer(window_, kActivateTimer, kActivateDelay, nullptr);
-    return true;
+    if (!RegisterClassExW(&description) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) return;
+    const Rectangle bounds = stored_bounds();
+    CreateWindowExW(0, kMainClass, ui::kProductName, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, bounds.left, bounds.top,
+                    bounds.width, bounds.height, nullptr, menu_bar_, instance_, this);
 }
+
+// ---- controls ---------------------------------------------------------------------------------------------------
+
+void frmMain::create_first_controls() {
+    const Control view = RowOf(shown_tab_).view;
+    controls_.begin(window_, instance_, dpi_);
+    controls_.create(CreationPhase::Frame, view);
+    strip_.attach(control(Control::tb), os_);
+    arrange();
+    controls_.create(CreationPhase::FirstView, view);
+    attach_pages(CreationPhase::FirstView);
+    hide_views();
+    show_detail();
+}
+
+// The rest, before anything but the programs is asked for. COM neither: the list of programs without icons does
+// not need it.
+void frmMain::create_later_controls() {
+    if (apartment_) return;
+    apartment_.emplace();
+    controls_.create(CreationPhase::Later, RowOf(shown_tab_).view);
+    attach_pages(CreationPhase::Later);
+    controls_.finish();
+    buffer_lists();
+    restore_column_widths(CreationPhase::Later);
+    panel_.set_release_program(settings_.text(kMemoryReleaseKey));
+    hide_views();
+    arrange();
+    show_views();
+}
+
+void frmMain::attach_pages(CreationPhase phase) {
+    for (const PageRow& row : AllPageRows()) {
+        if (PhaseOf(RowOf(row.list)) == phase) pages_.of(row.list)->attach(control(row.list), *this, dpi_);
+    }
+}
+
+// The style of the first list goes to all of them.
+void frmMain::set_list_styles() const {
+    const HWND first = control(AllPageRows().front().list);
+    const LRESULT style = SendMessageW(first, LVM_GETEXTENDEDLISTVIEWSTYLE, 0, 0);
+    for (const PageRow& row : AllPageRows()) {
+        if (!control(row.list)) continue;
+        SendMessageW(control(row.list), LVM_SETEXTENDEDLISTVIEWSTYLE, 0,
+                     static_cast<LPARAM>(style) | static_cast<LPARAM>(kFullRowSelectAndGridLines));
+    }
+}
+
+// From now on nothing flickers; the first painting has nothing to flicker with, and is spared a picture of the list's
+// size. A list wants to be painted again with every change of its style, but it would look the same.
+void frmMain::buffer_lists() const {
+    const HWND painted = control(RowOf(shown_tab_).view);
+    UpdateWindow(painted);
+    SendMessageW(control(AllPageRows().front().list), LVM_SETEXTENDEDLISTVIEWSTYLE, kDoubleBuffer, kDoubleBuffer);
+    set_list_styles();
+    ValidateRect(painted, nullptr);
+}
+
+// ---- start and end ----------------------------------------------------------------------------------------------
 
 void frmMain::Form_Load(std::wstring_view argument) {
     strSID_ = programs::CurrentUserSid();
     set_list_styles();
     load_view_options();
-    replace_window_procedure();
-    activity_.request(Activity::Request::Rescan);
+    procedure_.install(window_, *this);
+    request_fill(pages_.programs());
     if (activity_.close_waits()) return;
-    restore_column_widths(Moment::AtOnce);
+    restore_column_widths(CreationPhase::FirstView);
     settings_restored_ = true;
-    read_font_option();
-    if (argument.size() == 1 && argument[0] >= L'2' && argument[0] <= L'6') select_tab(argument[0] - L'1');
+    const std::wstring face = settings_.text(kFontKey);
+    if (!face.empty()) controls_.use_face(face);
+    if (argument.size() == 1 && argument[0] >= L'2' && argument[0] <= L'6') strip_.select(argument[0] - L'1');
     if (activity_.close_waits()) return;
     focus_view();
-    start_monitor();
+    tmrMem_Timer();
+    SetTimer(window_, kMonitorTimer, tools::kTickInterval, nullptr);
     loaded_ = true;
+    strip_.pointer_rests();
     arrange();
     ShowWindow(window_, stored_show_command());
 }
@@ -82,7 +151,7 @@ void frmMain::Form_Activate() {
     KillTimer(window_, kActivateTimer);
     if (std::exchange(activated_, true)) return;
     pump();
-    activity_.request(Activity::Request::Catalogue);
+    request_fill(pages_.control_panel());
 }
 
 bool frmMain::Form_QueryUnload() { return activity_.request_close(); }
@@ -96,20 +165,21 @@ void frmMain::close_now() {
 }
 
 void frmMain::Form_Unload() {
-    restore_window_procedure();
-    stop_monitor();
+    procedure_.remove();
+    KillTimer(window_, kMonitorTimer);
+    panel_.close();
     save_everything();
 }
 
-std::optional<LRESULT> frmMain::end_message(UINT message, WPARAM wide) {
+std::optional<LRESULT> frmMain::end_message(UINT message, WPARAM wparam) {
     switch (message) {
         case WM_CLOSE:
             Form_QueryUnload();
             return 0;
         case WM_QUERYENDSESSION:
-            return !activity_.busy();
+            return !activity_.close_blocked();
         case WM_ENDSESSION:
-            if (wide) save_everything();
+            if (wparam) save_everything();
             return 0;
         case WM_DESTROY:
             closed_ = true;
@@ -126,18 +196,9 @@ std::optional<LRESULT> frmMain::end_message(UINT message, WPARAM wide) {
     }
 }
 
-void frmMain::replace_window_procedure() {
-    designed_procedure_ = reinterpret_cast<WNDPROC>(
-        SetWindowLongW(window_, GWL_WNDPROC, static_cast<LONG>(reinterpret_cast<LONG_PTR>(&WindowProcedure))));
-}
+// ---- Host -------------------------------------------------------------------------------------------------------
 
-void frmMain::restore_window_procedure() {
-    SetWindowLongW(window_, GWL_WNDPROC, static_cast<LONG>(reinterpret_cast<LONG_PTR>(designed_procedure_)));
-}
-
-// ---- Host -----------------------------------------------------------------------------------------------------
-
-void frmMain::status(std::wstring_view text) {
+void frmMain::set_status(std::wstring_view text) {
     status_.write(text);
     show_status();
     UpdateWindow(control(Control::st));
@@ -158,14 +219,16 @@ bool frmMain::pump() {
     return !activity_.close_waits() && !closed_;
 }
 
+// Windows asks for the pointer again with the next move of the mouse; this is for the one that rests.
 void frmMain::hourglass(bool shown) {
     hourglass_ = shown;
     if (!IsWindowVisible(window_)) return;
-    // Windows asks for the pointer again with the next move of the mouse; this is for the one that rests.
     POINT point = {};
     GetCursorPos(&point);
     const HWND under = WindowFromPoint(point);
-    if (under == window_ || IsChild(window_, under)) SetCursor(LoadCursorW(nullptr, shown ? IDC_WAIT : IDC_ARROW));
+    if (under != window_ && !IsChild(window_, under)) return;
+    const LRESULT part = SendMessageW(under, WM_NCHITTEST, 0, MAKELPARAM(point.x, point.y));
+    SendMessageW(under, WM_SETCURSOR, reinterpret_cast<WPARAM>(under), MAKELPARAM(part, WM_MOUSEMOVE));
 }
 
 }  // namespace shell

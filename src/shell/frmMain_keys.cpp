@@ -3,10 +3,15 @@
 
 #include "ui/control.h"
 
+#include <utility>
+
 namespace shell {
 namespace {
 
 bool IsKeyDown(int key) { return GetKeyState(key) < 0; }
+
+// A message that only repeats a key that is held down.
+bool IsHeld(const MSG& message) { return (message.lParam & (1 << 30)) != 0; }
 
 }  // namespace
 
@@ -20,6 +25,8 @@ bool frmMain::translate(const MSG& message) {
             return true;
         case WM_KEYDOWN:
             return translate_key(message);
+        case WM_KEYUP:
+            return translate_key_up(message);
         case WM_SYSCHAR:
             return translate_mnemonic(message);
         default:
@@ -31,13 +38,12 @@ bool frmMain::translate(const MSG& message) {
 // press "削除(&D)".
 bool frmMain::translate_key(const MSG& message) {
     const bool control_key = IsKeyDown(VK_CONTROL);
-    const HWND focus = GetFocus();
     switch (message.wParam) {
         case VK_TAB: {
             const bool back = IsKeyDown(VK_SHIFT);
             if (control_key) {
                 focus_view_wanted_ = true;
-                step_tab(back ? -1 : +1, true);
+                strip_.step(back ? -1 : +1);
             } else {
                 walk_focus(back);
             }
@@ -46,20 +52,36 @@ bool frmMain::translate_key(const MSG& message) {
         case VK_F5:
             mnuFileItem_Click(FileItem::Refresh);
             return true;
-        case VK_RETURN: {
-            const ControlRow* row = row_of(focus);
-            if (row && row->kind == Kind::CommandButton) {
-                SendMessageW(focus, BM_CLICK, 0, 0);
-                return true;
-            }
-            const HWND cb = control(Control::cb);
-            if (!cb || GetParent(focus) != cb || SendMessageW(cb, CB_GETDROPPEDSTATE, 0, 0)) return false;
-            cb_Enter();
+        case VK_RETURN:
+            return press_enter(GetFocus(), IsHeld(message));
+        case VK_PRIOR:
+        case VK_NEXT:
+            if (!control_key || IsKeyDown(VK_MENU)) return false;
+            focus_view_wanted_ = true;
+            strip_.step(message.wParam == VK_PRIOR ? -1 : +1);
             return true;
-        }
         default:
             return false;
     }
+}
+
+// On a button and in the box for registry paths, once a press. The box acts when the key is released.
+bool frmMain::press_enter(HWND focus, bool held) {
+    const ControlRow* row = controls_.row_of(focus);
+    if (row && row->kind == ControlKind::CommandButton) {
+        if (!held) SendMessageW(focus, BM_CLICK, 0, 0);
+        return true;
+    }
+    const HWND cb = control(Control::cb);
+    if (!cb || GetParent(focus) != cb || SendMessageW(cb, CB_GETDROPPEDSTATE, 0, 0)) return false;
+    enter_pressed_in_cb_ = true;
+    return true;
+}
+
+bool frmMain::translate_key_up(const MSG& message) {
+    if (message.wParam != VK_RETURN || !std::exchange(enter_pressed_in_cb_, false)) return false;
+    if (GetParent(message.hwnd) == control(Control::cb) && !activity_.running()) panel_.cb_KeyUp();
+    return true;
 }
 
 void frmMain::walk_focus(bool back) {
@@ -81,6 +103,7 @@ bool frmMain::translate_mnemonic(const MSG& message) {
     for (const Control which : {Control::cmdMenu_0, Control::cmdMenu_1}) {
         const HWND button = control(which);
         if (MnemonicOf(ui::TextOf(button)) != letter || !IsWindowVisible(button) || !IsWindowEnabled(button)) continue;
+        if (IsHeld(message)) return true;
         SetFocus(button);
         SendMessageW(button, BM_CLICK, 0, 0);
         return true;
@@ -101,6 +124,8 @@ void frmMain::give_focus_on() {
         SetFocus(last_focus_);
     } else {
         focus_view();
+        // A list that is hidden until it is filled takes the focus then.
+        if (activity_.running()) focus_view_wanted_ = true;
     }
 }
 

@@ -1,8 +1,11 @@
-// The menus, and what the items of File, View and Help do.
+// The menus of the bar and what their items do.
 #include "shell/frmMain.h"
 
 #include "shell/about.h"
 #include "shell/csv_export.h"
+#include "tools/cleanup.h"
+#include "tools/shell_repairs.h"
+#include "ui/control.h"
 #include "ui/modDialog.h"
 #include "version.h"
 #include "win/open_with_shell.h"
@@ -21,30 +24,30 @@ constexpr wchar_t kSaved[] = L"保存が完了しました";
 
 void frmMain::create_menus() {
     menu_bar_ = MakeMenuBar().release();  // the window that is made with it destroys it
-    mnuPop_ = MakePopup(MenuArray::mnuPopItem);
-    mnuStart_ = MakePopup(MenuArray::mnuStartItem);
-    mnuService_ = MakePopup(MenuArray::mnuServiceItem);
+    for (int index = 0; index < Pages::kCount; ++index) {
+        const auto popup = Pages::row(index).popup;
+        if (popup) popups_[static_cast<std::size_t>(index)] = MakePopup(*popup);
+    }
 }
 
 void frmMain::menu_Click(int id) {
-    struct Handler {
+    struct ArrayHandler {
         MenuArray array;
         void (frmMain::*click)(int index);
     };
-    constexpr Handler kHandlers[] = {
+    constexpr ArrayHandler kHandlers[] = {
         {MenuArray::mnuFileItem, &frmMain::mnuFileItem_Click},
         {MenuArray::mnuViewItem, &frmMain::mnuViewItem_Click},
         {MenuArray::mnuDeleteItem, &frmMain::mnuDeleteItem_Click},
         {MenuArray::mnuSetItem, &frmMain::mnuSetItem_Click},
         {MenuArray::mnuHelpItem, &frmMain::mnuHelpItem_Click},
-        {MenuArray::mnuPopItem, &frmMain::mnuPopItem_Click},
-        {MenuArray::mnuStartItem, &frmMain::mnuStartItem_Click},
-        {MenuArray::mnuServiceItem, &frmMain::mnuServiceItem_Click},
     };
-    for (const Handler& handler : kHandlers) {
-        const int index = id - CommandId(handler.array, 0);
-        if (index >= 0 && index < kMenuArraySize) (this->*handler.click)(index);
+    const auto array = static_cast<MenuArray>(id - id % kMenuArraySize);
+    const int index = id % kMenuArraySize;
+    for (const ArrayHandler& handler : kHandlers) {
+        if (handler.array == array) (this->*handler.click)(index);
     }
+    if (ui::Page* page = page_of_menu(array)) run_item(*page, index);
 }
 
 void frmMain::mnuFileItem_Click(int index) {
@@ -53,7 +56,7 @@ void frmMain::mnuFileItem_Click(int index) {
             save_shown_list();
             break;
         case FileItem::Refresh:
-            activity_.request(Activity::Request::Refresh);
+            activity_.request({Activity::Request::Refresh});
             break;
         case FileItem::Exit:
             Form_QueryUnload();
@@ -64,33 +67,67 @@ void frmMain::mnuFileItem_Click(int index) {
 }
 
 void frmMain::menu_opens(HMENU menu) {
-    if (menu == mnuPop_.get()) mnuPop_Click();
-    if (menu == mnuStart_.get()) mnuStart_Click();
+    for (int index = 0; index < Pages::kCount; ++index) {
+        if (menu == popups_[static_cast<std::size_t>(index)].get()) page_menu_opens(index);
+    }
     if (menu == SubMenuOf(menu_bar_, MenuArray::mnuDeleteItem)) mnuDelete_Click();
     if (menu == SubMenuOf(menu_bar_, MenuArray::mnuSetItem)) mnuSet_Click();
     if (menu == SubMenuOf(menu_bar_, MenuArray::mnuFileItem)) {
-        EnableItem(menu, MenuArray::mnuFileItem, FileItem::Save, shown_list_can_be_saved());
+        EnableItem(menu, MenuArray::mnuFileItem, FileItem::Save, shown_page() != nullptr);
     }
 }
 
 // Only the menu bar has hints; a pop-up menu leaves the advice or the count readable.
-void frmMain::menu_select(WPARAM wide) {
-    const UINT flags = HIWORD(wide);
+void frmMain::menu_select(WPARAM wparam) {
+    const UINT flags = HIWORD(wparam);
     const bool on_item = flags != 0xFFFF && (flags & (MF_POPUP | MF_SEPARATOR | MF_SYSMENU)) == 0;
-    status_.menu(on_item ? HintOf(LOWORD(wide)) : std::wstring_view());
+    status_.menu(on_item ? HintOf(LOWORD(wparam)) : std::wstring_view());
     show_status();
 }
 
-// The tab of the system report shows no list.
-bool frmMain::shown_list_can_be_saved() const { return shown_tab_ != Tab::SystemInformation; }
-
 void frmMain::save_shown_list() {
-    const Activity::Command command(activity_);
-    if (!command || !shown_list_can_be_saved()) return;
-    const ui::ListView shown = list(RowOf(shown_tab_).view);
+    const Activity::Exclusive alone(activity_);
+    const ui::Page* const page = shown_page();
+    if (!alone || !page) return;
     const std::wstring path = ui::ChooseFileToSave(window_, kSaveTitle, kCsvFilter, L"csv");
-    if (!path.empty() && WriteWholeFile(path, CsvOf(shown, *this))) status(kSaved);
+    if (!path.empty() && WriteWholeFile(path, CsvOf(page->list(), *this))) set_status(kSaved);
 }
+
+// ---- clean-up, repairs ------------------------------------------------------------------------------------------
+
+void frmMain::mnuDelete_Click() {
+    const tools::ItemState bin = tools::QueryRecycleBinItem();
+    SetItemCaption(menu_bar_, MenuArray::mnuDeleteItem, tools::CleanupItem::RecycleBin, bin.caption);
+    EnableItem(menu_bar_, MenuArray::mnuDeleteItem, tools::CleanupItem::RecycleBin, bin.enabled);
+    // Installers unpack into the temporary folder.
+    EnableItem(menu_bar_, MenuArray::mnuDeleteItem, tools::CleanupItem::TemporaryFiles, !activity_.close_blocked());
+}
+
+void frmMain::mnuDeleteItem_Click(int index) {
+    if (index == tools::CleanupItem::TemporaryFiles && activity_.close_blocked()) return;
+    bool emptied = false;
+    {
+        const Activity::Exclusive alone(activity_);
+        emptied = alone && tools::RunCleanup(index, *this);
+    }
+    // The report tells what the bin holds.
+    if (emptied && !shown_page()) activity_.request({Activity::Request::TabClick});
+}
+
+void frmMain::mnuSet_Click() {
+    const tools::RepairItems items = tools::QueryRepairItems(os_.tenths());
+    SetItemCaption(menu_bar_, MenuArray::mnuSetItem, tools::RepairItem::SendTo, items.send_to_caption);
+    EnableItem(menu_bar_, MenuArray::mnuSetItem, tools::RepairItem::DownloadLocation, items.download_location_enabled);
+}
+
+void frmMain::mnuSetItem_Click(int index) {
+    const Activity::Exclusive alone(activity_);
+    if (!alone) return;
+    const std::wstring caption = ItemCaption(menu_bar_, MenuArray::mnuSetItem, tools::RepairItem::SendTo);
+    tools::RunRepair(index, caption, *this);
+}
+
+// ---- help -------------------------------------------------------------------------------------------------------
 
 void frmMain::mnuHelpItem_Click(int index) {
     if (activity_.running()) return;
@@ -116,11 +153,13 @@ void frmMain::mnuHelpItem_Click(int index) {
 }
 
 void frmMain::show_version() {
-    const Activity::Command command(activity_);
-    if (!command) return;
+    const Activity::Exclusive alone(activity_);
+    if (!alone) return;
     const std::wstring text = std::wstring(ui::kProductName) + L" Ver" + kVersion + L"\r\n" + kAuthor;
     ui::Inform(window_, text, ui::kProductName);
 }
+
+// ---- view -------------------------------------------------------------------------------------------------------
 
 void frmMain::check_view_items() {
     CheckItem(menu_bar_, MenuArray::mnuViewItem, ViewItem::Icons, scan_options_.show_icons);
@@ -144,11 +183,19 @@ void frmMain::mnuViewItem_Click(int index) {
     }
     check_view_items();
     if (index == ViewItem::Stripes) {
-        activity_.request(Activity::Request::Refresh);
+        activity_.request({Activity::Request::Refresh});
         InvalidateRect(control(RowOf(shown_tab_).view), nullptr, TRUE);
     } else {
-        activity_.request(Activity::Request::Rescan);
+        request_fill(pages_.programs());
     }
+}
+
+// Twice a second: the figures, and the clock in the title.
+void frmMain::tmrMem_Timer() {
+    if (!shown_page()) panel_.show_figures();
+    SYSTEMTIME now = {};
+    GetLocalTime(&now);
+    ui::SetText(window_, tools::TitleText(now));
 }
 
 }  // namespace shell

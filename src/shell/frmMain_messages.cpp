@@ -1,175 +1,175 @@
 // The window procedures, the notifications of the controls, and the message loop.
 #include "shell/frmMain.h"
 
+#include "programs/detail_link.h"
+#include "ui/control.h"
+
 #include <windowsx.h>
 
-#include <algorithm>
-
 namespace shell {
+namespace {
+
+constexpr COLORREF kEvenRow = RGB(255, 255, 255);
+constexpr COLORREF kOddRow = RGB(240, 240, 255);
+
+}  // namespace
 
 // ---- procedures -------------------------------------------------------------------------------------------------
 
-frmMain* frmMain::form_of(HWND window) {
-    return reinterpret_cast<frmMain*>(static_cast<LONG_PTR>(GetWindowLongW(window, GWL_USERDATA)));
-}
-
-LRESULT CALLBACK frmMain::DesignedProcedure(HWND window, UINT message, WPARAM wide, LPARAM parameter) {
+LRESULT CALLBACK frmMain::DesignedProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     if (message == WM_NCCREATE) {
-        auto* form = static_cast<frmMain*>(reinterpret_cast<CREATESTRUCTW*>(parameter)->lpCreateParams);
+        auto* form = static_cast<frmMain*>(reinterpret_cast<CREATESTRUCTW*>(lparam)->lpCreateParams);
         form->window_ = window;
-        SetWindowLongW(window, GWL_USERDATA, static_cast<LONG>(reinterpret_cast<LONG_PTR>(form)));
+        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(form));
     }
-    frmMain* form = form_of(window);
-    return form ? form->message(message, wide, parameter) : DefWindowProcW(window, message, wide, parameter);
+    auto* form = reinterpret_cast<frmMain*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    return form ? form->message(message, wparam, lparam) : DefWindowProcW(window, message, wparam, lparam);
 }
 
-// In front of the designed procedure from Form_Load to Form_Unload; what it does not consume goes on to that one.
-LRESULT CALLBACK frmMain::WindowProcedure(HWND window, UINT message, WPARAM wide, LPARAM parameter) {
-    frmMain* form = form_of(window);
-    LRESULT answer = 0;
+// In front of the designed procedure from Form_Load to Form_Unload.
+std::optional<LRESULT> frmMain::handle(UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
         case WM_NOTIFY:
-            if (form->stripe(*reinterpret_cast<NMHDR*>(parameter), answer)) return answer;
-            break;
+            return stripe(*reinterpret_cast<NMHDR*>(lparam));
         case WM_MOUSEWHEEL:
-            form->mouse_wheel(GET_WHEEL_DELTA_WPARAM(wide));
+            mouse_wheel(GET_WHEEL_DELTA_WPARAM(wparam));
             return 0;
         case WM_MENUSELECT:
-            form->menu_select(wide);
-            break;
+            menu_select(wparam);
+            return {};
         default:
-            break;
+            return {};
     }
-    return CallWindowProcW(form->designed_procedure_, window, message, wide, parameter);
 }
 
-// The tab strip tells its window nothing of the pointer, and a click on a tab shall lead into the list.
-LRESULT CALLBACK frmMain::StripProcedure(HWND strip, UINT message, WPARAM wide, LPARAM parameter) {
-    frmMain* form = form_of(strip);
+LRESULT frmMain::message(UINT message, WPARAM wparam, LPARAM lparam) {
+    if (const auto answer = end_message(message, wparam)) return *answer;
+    if (const auto answer = look_message(message, wparam, lparam)) return *answer;
     switch (message) {
-        case WM_MOUSEMOVE: {
-            TRACKMOUSEEVENT leave = {sizeof leave, TME_LEAVE, strip, 0};
-            TrackMouseEvent(&leave);
-            form->tb_MouseMove({GET_X_LPARAM(parameter), GET_Y_LPARAM(parameter)});
-            break;
-        }
-        case WM_MOUSELEAVE:
-            form->tb_MouseLeave();
-            break;
-        case WM_LBUTTONDOWN: {
-            // Looked up first: the rows of a strip in several rows change places with the selection.
-            const int place = form->tab_at({GET_X_LPARAM(parameter), GET_Y_LPARAM(parameter)});
-            form->focus_view_wanted_ = true;
-            const LRESULT answer = CallWindowProcW(form->strip_procedure_, strip, message, wide, parameter);
-            // After a walk by arrow keys Wine reports a click, but leaves the selection where it was.
-            if (place >= 0 && place != SendMessageW(strip, TCM_GETCURSEL, 0, 0)) form->select_tab(place);
-            if (form->activity_.running()) return answer;
-            form->focus_view_wanted_ = false;
-            form->focus_view();
-            return answer;
-        }
-        default:
-            break;
-    }
-    return CallWindowProcW(form->strip_procedure_, strip, message, wide, parameter);
-}
-
-LRESULT frmMain::message(UINT message, WPARAM wide, LPARAM parameter) {
-    if (const auto answer = end_message(message, wide)) return *answer;
-    switch (message) {
-        case WM_SIZE:
-            if (loaded_) arrange();
-            return 0;
-        case WM_GETMINMAXINFO: {
-            POINT& least = reinterpret_cast<MINMAXINFO*>(parameter)->ptMinTrackSize;
-            least = {scaled(kLeastWidth), scaled(kLeastHeight)};
-            return 0;
-        }
         case WM_COMMAND:
-            command(LOWORD(wide), HIWORD(wide));
+            command(LOWORD(wparam), HIWORD(wparam));
             return 0;
         case WM_NOTIFY:
-            return notify(*reinterpret_cast<NMHDR*>(parameter));
-        case WM_CONTEXTMENU:
-            return context_menu(reinterpret_cast<HWND>(wide), {GET_X_LPARAM(parameter), GET_Y_LPARAM(parameter)});
-        case WM_CTLCOLORSTATIC:
-            return reinterpret_cast<LRESULT>(
-                static_colours(reinterpret_cast<HDC>(wide), reinterpret_cast<HWND>(parameter)));
-        case WM_SETCURSOR:
-            if (!hourglass_ || LOWORD(parameter) != HTCLIENT) break;
-            SetCursor(LoadCursorW(nullptr, IDC_WAIT));
-            return TRUE;
+            return notify(*reinterpret_cast<NMHDR*>(lparam));
+        case WM_CONTEXTMENU: {
+            const POINT screen = {GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)};
+            if (const auto answer = context_menu(reinterpret_cast<HWND>(wparam), screen)) return *answer;
+            break;
+        }
         case WM_INITMENUPOPUP:
-            if (HIWORD(parameter) == 0) menu_opens(reinterpret_cast<HMENU>(wide));
+            if (HIWORD(lparam) == 0) menu_opens(reinterpret_cast<HMENU>(wparam));
             return 0;
         case WM_ENTERMENULOOP:
         case WM_EXITMENULOOP:
             in_menu_ = message == WM_ENTERMENULOOP;
             return 0;
         case WM_TIMER:
-            wide == kActivateTimer ? Form_Activate() : tmrMem_Timer();
+            wparam == kActivateTimer ? Form_Activate() : tmrMem_Timer();
             return 0;
         case WM_ACTIVATE:
-            if (LOWORD(wide) == WA_INACTIVE && IsChild(window_, GetFocus())) last_focus_ = GetFocus();
+            strip_.pointer_rests();
+            if (LOWORD(wparam) == WA_INACTIVE && IsChild(window_, GetFocus())) last_focus_ = GetFocus();
             break;
         case WM_SETFOCUS:
             give_focus_on();
             return 0;
-        case WM_SYSCOLORCHANGE:
-            for (const HWND each : controls_)
-                SendMessageW(each, message, wide, parameter);
-            window_brush_.reset(CreateSolidBrush(GetSysColor(COLOR_WINDOW)));
-            break;
+        case kCatchUpMessage:
+            if (ui::Page* page = shown_page(); page && !activity_.running()) page->catch_up();
+            return 0;
         default:
             break;
     }
-    return DefWindowProcW(window_, message, wide, parameter);
+    return DefWindowProcW(window_, message, wparam, lparam);
+}
+
+// What the window looks like: size, pointer, colours, fonts.
+std::optional<LRESULT> frmMain::look_message(UINT message, WPARAM wparam, LPARAM lparam) {
+    switch (message) {
+        case WM_SIZE:
+            strip_.pointer_rests();
+            if (loaded_) arrange();
+            return 0;
+        case WM_GETMINMAXINFO: {
+            POINT& least = reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize;
+            least = {MulDiv(kLeastWidth, dpi_, 96), MulDiv(kLeastHeight, dpi_, 96)};
+            return 0;
+        }
+        case WM_CTLCOLORSTATIC:
+            return reinterpret_cast<LRESULT>(
+                static_colours(reinterpret_cast<HDC>(wparam), reinterpret_cast<HWND>(lparam)));
+        case WM_SETCURSOR:
+            if (!hourglass_ || LOWORD(lparam) != HTCLIENT) return {};
+            SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+            return TRUE;
+        case WM_SYSCOLORCHANGE:
+            for (const ControlRow& row : AllControls())
+                SendMessageW(control(row.control), message, wparam, lparam);
+            panel_.renew_colours();
+            return {};
+        case WM_SETTINGCHANGE:
+        case WM_THEMECHANGED:
+            if (!loaded_) return {};
+            controls_.renew_fonts();
+            strip_.forget_height();
+            arrange();
+            return {};
+        default:
+            return {};
+    }
 }
 
 // ---- notifications ----------------------------------------------------------------------------------------------
 
-const ControlRow* frmMain::row_of(HWND which) const {
-    const auto place = std::find(controls_.begin(), controls_.end(), which);
-    if (!which || place == controls_.end()) return nullptr;
-    return &RowOf(static_cast<Control>(place - controls_.begin()));
-}
-
 LRESULT frmMain::notify(NMHDR& header) {
     if (header.hwndFrom == control(Control::tb)) {
-        if (header.code == static_cast<UINT>(TCN_SELCHANGE)) activity_.request(Activity::Request::TabClick);
+        if (header.code == static_cast<UINT>(TCN_SELCHANGE)) strip_.selection_changed();
         return 0;
     }
-    const ControlRow* row = row_of(header.hwndFrom);
-    return row && row->kind == Kind::ListView ? list_notify(row->control, header) : 0;
+    const ControlRow* row = controls_.row_of(header.hwndFrom);
+    ui::Page* const page = row ? pages_.of(row->control) : nullptr;
+    return page ? list_notify(*page, header) : 0;
 }
 
-LRESULT frmMain::list_notify(Control which, NMHDR& header) {
-    // A list that is being filled takes no keys, no double clicks and no header clicks.
-    if (activity_.running()) return 0;
+LRESULT frmMain::list_notify(ui::Page& page, NMHDR& header) {
     const auto& item = reinterpret_cast<const NMLISTVIEW&>(header);
-    const auto& click = reinterpret_cast<const NMITEMACTIVATE&>(header);
+    if (header.code == static_cast<UINT>(LVN_ITEMCHANGED)) {
+        const bool selection = (item.uChanged & LVIF_STATE) && ((item.uNewState ^ item.uOldState) & LVIS_SELECTED);
+        if (selection) page.selection_changed();
+        return 0;
+    }
+    // While a list is filled it takes no keys, no double clicks and no header clicks, and what else runs may count on
+    // its order.
+    if (activity_.running()) return 0;
     switch (header.code) {
         case static_cast<UINT>(LVN_COLUMNCLICK):
-            list_ColumnClick(which, item.iSubItem);
-            break;
-        case static_cast<UINT>(LVN_ITEMCHANGED):
-            if ((item.uChanged & LVIF_STATE) && (item.uNewState & ~item.uOldState & LVIS_SELECTED)) {
-                row_selected(which);
-            }
-            break;
-        case static_cast<UINT>(NM_CLICK):
-            list_pressed(which, click.ptAction);
+            page.column_clicked(item.iSubItem);
             break;
         case static_cast<UINT>(LVN_ITEMACTIVATE):
-            list_activated(which);
+            page.activate();
             break;
-        case static_cast<UINT>(LVN_KEYDOWN):
-            list_KeyDown(which, reinterpret_cast<const NMLVKEYDOWN&>(header).wVKey);
+        case static_cast<UINT>(LVN_KEYDOWN): {
+            const WORD key = reinterpret_cast<const NMLVKEYDOWN&>(header).wVKey;
+            const int command = page.item_of_key(key, GetKeyState(VK_CONTROL) < 0, GetKeyState(VK_SHIFT) < 0);
+            if (&page == shown_page() && command != ui::Page::kNoItem) run_item(page, command);
             break;
+        }
         default:
             break;
     }
     return 0;
+}
+
+// The colour of every other row, while stripes are switched on.
+std::optional<LRESULT> frmMain::stripe(NMHDR& header) const {
+    if (!stripes_ || header.code != static_cast<UINT>(NM_CUSTOMDRAW)) return {};
+    const ControlRow* row = controls_.row_of(header.hwndFrom);
+    if (!row || row->kind != ControlKind::ListView) return {};
+    auto& draw = reinterpret_cast<NMLVCUSTOMDRAW&>(header);
+    if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
+    if (draw.nmcd.dwDrawStage == CDDS_ITEMPREPAINT) {
+        draw.clrTextBk = draw.nmcd.dwItemSpec % 2 == 0 ? kEvenRow : kOddRow;
+    }
+    return {};
 }
 
 void frmMain::command(int id, int code) {
@@ -178,15 +178,39 @@ void frmMain::command(int id, int code) {
         return;
     }
     const auto which = static_cast<Control>(id - kFirstControlId);
-    if (which >= Control::tb && which < Control::Count) control_command(which, code);
+    if (which >= Control::tb && which < Control::Count && !activity_.running()) control_command(which, code);
+}
+
+void frmMain::control_command(Control which, int code) {
+    switch (which) {
+        case Control::cmdMenu_0:
+        case Control::cmdMenu_1:
+            if (code == BN_CLICKED) cmdMenu_Click(which == Control::cmdMenu_0 ? 0 : 1);
+            break;
+        case Control::cmdSys_0:
+            if (code == BN_CLICKED) panel_.cmdSys_Click(0, window_);
+            break;
+        case Control::cmdSys_1:
+            if (code == BN_CLICKED) {
+                const Activity::Exclusive alone(activity_);
+                panel_.cmdSys_Click(1, window_);
+            }
+            break;
+        case Control::Label1_2:
+        case Control::Label1_3:
+        case Control::Label1_11:
+            if (code == STN_CLICKED) programs::OpenDetailLink(ui::TextOf(control(which)), *this);
+            break;
+        case Control::Label1_50:
+            if (code == STN_CLICKED) panel_.Label1_MouseDown();
+            break;
+        default:
+            break;
+    }
 }
 
 HBRUSH frmMain::static_colours(HDC dc, HWND which) const {
-    if (which == control(Control::txtSys)) {
-        SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
-        SetBkColor(dc, GetSysColor(COLOR_WINDOW));
-        return window_brush_.get();
-    }
+    if (const HBRUSH brush = panel_.colours_of(which, dc)) return brush;
     SetTextColor(dc, GetSysColor(COLOR_BTNTEXT));
     SetBkColor(dc, GetSysColor(COLOR_BTNFACE));
     return GetSysColorBrush(COLOR_BTNFACE);
@@ -198,6 +222,8 @@ void frmMain::run_until_closed() {
     MSG message = {};
     while (!closed_ && GetMessageW(&message, nullptr, 0, 0) > 0)
         dispatch(message);
+    // Somebody else has ended the loop.
+    if (!closed_ && window_) close_now();
 }
 
 void frmMain::dispatch_pending() {

@@ -1,8 +1,6 @@
 // What setting.ini keeps from one run to the next.
 #include "shell/frmMain.h"
 
-#include "ui/control.h"
-
 #include <algorithm>
 
 namespace shell {
@@ -16,29 +14,18 @@ constexpr int kDesignedHeight = 8000;
 
 constexpr int kFarthest = 32767;  // pixels; window coordinates end there
 
-struct StoredColumns {
-    Control list;
-    int suffix;
-    int count;
-};
-
-constexpr StoredColumns kStoredColumns[] = {
-    {Control::ListView1_0, 0, 7},
-    {Control::ListView1_1, 1, 7},
-    {Control::lvStartUp, 2, 4},
-    {Control::lvService, 3, 5},
-};
-
-// A window that would lie on no monitor at all is moved onto the nearest one.
-void KeepOnMonitor(Rectangle& place) {
-    const RECT edges = {place.left, place.top, place.right(), place.bottom()};
-    if (MonitorFromRect(&edges, MONITOR_DEFAULTTONULL)) return;
+// A window of which nothing would be seen is moved onto the nearest monitor.
+void KeepOnMonitor(RECT& bounds) {
+    if (MonitorFromRect(&bounds, MONITOR_DEFAULTTONULL)) return;
     MONITORINFO monitor = {};
     monitor.cbSize = sizeof monitor;
-    if (!GetMonitorInfoW(MonitorFromRect(&edges, MONITOR_DEFAULTTONEAREST), &monitor)) return;
+    if (!GetMonitorInfoW(MonitorFromRect(&bounds, MONITOR_DEFAULTTONEAREST), &monitor)) return;
     const RECT& work = monitor.rcWork;
-    place.left = std::clamp<int>(place.left, work.left, std::max<int>(work.left, work.right - place.width));
-    place.top = std::clamp<int>(place.top, work.top, std::max<int>(work.top, work.bottom - place.height));
+    const LONG width = bounds.right - bounds.left;
+    const LONG height = bounds.bottom - bounds.top;
+    const LONG left = std::clamp(bounds.left, work.left, std::max(work.left, work.right - width));
+    const LONG top = std::clamp(bounds.top, work.top, std::max(work.top, work.bottom - height));
+    bounds = {left, top, left + width, top + height};
 }
 
 }  // namespace
@@ -52,7 +39,7 @@ void frmMain::load_view_options() {
 
 void frmMain::save_view_options() const {
     const auto write_check = [this](std::string_view key, bool checked) { settings_.write(key, checked ? -1 : 0); };
-    if (control(Control::txtMemPath)) settings_.write(kMemoryReleaseKey, ui::TextOf(control(Control::txtMemPath)));
+    if (control(Control::txtMemPath)) settings_.write(kMemoryReleaseKey, panel_.release_program());
     write_check(kIconKey, scan_options_.show_icons);
     write_check(kStripeKey, stripes_);
     write_check(kSystemComponentsKey, scan_options_.show_system_components);
@@ -71,72 +58,69 @@ int frmMain::stored_show_command() const {
 }
 
 // Of the window in its normal state. Windows asks for the least size only of a window that exists already.
-Rectangle frmMain::stored_place() const {
+Rectangle frmMain::stored_bounds() const {
     const bool stored = stored_show_command() == SW_SHOWNORMAL;
     const auto pixels = [&](const char* key, int missing, int least) {
         return std::clamp(PixelsFromTwips(stored ? settings_.number(key, missing) : missing, dpi_), least, kFarthest);
     };
-    Rectangle place;
-    place.left = pixels(kLeftKey, 0, -kFarthest);
-    place.top = pixels(kTopKey, 0, -kFarthest);
-    place.width = pixels(kWidthKey, kDesignedWidth, scaled(kLeastWidth));
-    place.height = pixels(kHeightKey, kDesignedHeight, scaled(kLeastHeight));
-    KeepOnMonitor(place);
-    return place;
+    Rectangle bounds;
+    bounds.left = pixels(kLeftKey, 0, -kFarthest);
+    bounds.top = pixels(kTopKey, 0, -kFarthest);
+    bounds.width = pixels(kWidthKey, kDesignedWidth, MulDiv(kLeastWidth, dpi_, 96));
+    bounds.height = pixels(kHeightKey, kDesignedHeight, MulDiv(kLeastHeight, dpi_, 96));
+    return bounds;
+}
+
+// Judged by what Windows has made of the stored size.
+void frmMain::keep_on_monitor() const {
+    RECT bounds = {};
+    GetWindowRect(window_, &bounds);
+    const RECT before = bounds;
+    KeepOnMonitor(bounds);
+    if (bounds.left != before.left || bounds.top != before.top) {
+        SetWindowPos(window_, nullptr, bounds.left, bounds.top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    }
 }
 
 void frmMain::save_window() const {
     const int state = IsIconic(window_) ? kMinimised : IsZoomed(window_) ? kMaximised : kNormal;
     settings_.write(kWindowStateKey, state);
     if (state != kNormal) return;
-    RECT place = {};
-    GetWindowRect(window_, &place);
-    settings_.write(kLeftKey, TwipsFromPixels(place.left, dpi_));
-    settings_.write(kTopKey, TwipsFromPixels(place.top, dpi_));
-    settings_.write(kHeightKey, TwipsFromPixels(place.bottom - place.top, dpi_));
-    settings_.write(kWidthKey, TwipsFromPixels(place.right - place.left, dpi_));
+    RECT bounds = {};
+    GetWindowRect(window_, &bounds);
+    settings_.write(kLeftKey, TwipsFromPixels(bounds.left, dpi_));
+    settings_.write(kTopKey, TwipsFromPixels(bounds.top, dpi_));
+    settings_.write(kHeightKey, TwipsFromPixels(bounds.bottom - bounds.top, dpi_));
+    settings_.write(kWidthKey, TwipsFromPixels(bounds.right - bounds.left, dpi_));
 }
 
-void frmMain::restore_column_widths(Moment moment) const {
-    for (const StoredColumns& stored : kStoredColumns) {
-        if (MomentOf(RowOf(stored.list)) != moment) continue;
-        const ui::ListView view = list(stored.list);
-        for (int column = 0; column < stored.count; ++column) {
-            const int designed = view.column_width(column);
-            const int width = settings_.number(ColumnKey(column + 1, stored.suffix), designed);
-            if (width != designed) view.set_column_width(column, width);
+void frmMain::restore_column_widths(CreationPhase phase) const {
+    for (const PageRow& row : AllPageRows()) {
+        if (PhaseOf(RowOf(row.list)) != phase) continue;
+        const ui::ListView& list = pages_.of(row.list)->list();
+        for (int column = 0; column < row.columns.count; ++column) {
+            const int designed = list.column_width(column);
+            const int width = settings_.number(ColumnKey(column + 1, row.columns.suffix), designed);
+            if (width != designed) list.set_column_width(column, width);
         }
     }
 }
 
 void frmMain::save_column_widths() const {
-    for (const StoredColumns& stored : kStoredColumns) {
-        if (!control(stored.list)) continue;
-        for (int column = 0; column < stored.count; ++column) {
-            settings_.write(ColumnKey(column + 1, stored.suffix), list(stored.list).column_width(column));
+    for (const PageRow& row : AllPageRows()) {
+        if (!control(row.list)) continue;
+        for (int column = 0; column < row.columns.count; ++column) {
+            settings_.write(ColumnKey(column + 1, row.columns.suffix),
+                            pages_.of(row.list)->list().column_width(column));
         }
     }
 }
 
+// What was never shown is not the user's: geometry and widths then stay as they were stored.
 void frmMain::save_everything() const {
-    if (settings_restored_) {
-        save_window();
-        save_column_widths();
-    }
+    if (loaded_) save_window();
+    if (settings_restored_) save_column_widths();
     save_view_options();
-}
-
-// The face changes; size and style stay. What Windows makes of a face that it does not have stands.
-void frmMain::read_font_option() {
-    const std::wstring face = settings_.text(kFontKey);
-    if (face.empty()) return;
-    LOGFONTW look = {};
-    GetObjectW(font_.get(), sizeof look, &look);
-    lstrcpynW(look.lfFaceName, face.c_str(), LF_FACESIZE);
-    configured_font_.reset(CreateFontIndirectW(&look));
-    for (const ControlRow& row : AllControls())
-        set_font(row);
-    measure();
 }
 
 }  // namespace shell

@@ -59,7 +59,7 @@ private:
         constexpr Control captions[] = {Control::Label1_0, Control::Label1_1, Control::Label1_6};
         constexpr Control values[] = {Control::Label1_2, Control::Label1_3, Control::Label1_11};
         const int free_height = area.height - 2 * margin() - kDetailRows * row_height();
-        const int pitch = row_height() + (detail == DetailKind::Rows ? std::max(free_height, 0) / kDetailRows : 0);
+        const int pitch = row_height() + (detail == DetailKind::Values ? std::max(free_height, 0) / kDetailRows : 0);
         for (int row = 0; row < kDetailRows; ++row) {
             place(captions[row], caption_left, top + row * pitch, metrics_.caption_width, row_height());
             place(values[row], value_left, top + row * pitch, value_right - value_left, row_height());

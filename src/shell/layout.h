@@ -45,7 +45,12 @@ struct Surroundings {
 };
 
 // What is under the list.
-enum class DetailKind { None, Rows, Comment };
+enum class DetailKind {
+    None,
+    Values,   // captions, their values, buttons
+    Buttons,  // buttons alone
+    Comment,  // one caption and the text box
+};
 
 using Placement = std::array<Rectangle, kControlCount>;
 

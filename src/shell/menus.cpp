@@ -51,6 +51,16 @@ constexpr MenuRow kMenus[] = {
     {MenuArray::mnuServiceItem, L"サービス", false, services::kServiceMenu},
 };
 
+constexpr bool InOrder() {
+    for (std::size_t i = 0; i < std::size(kMenus); ++i) {
+        if (static_cast<int>(kMenus[i].array) !=
+            CommandId(MenuArray::mnuFileItem, static_cast<int>(i) * kMenuArraySize))
+            return false;
+    }
+    return true;
+}
+static_assert(InOrder(), "one row for each array, in the order of the command ids");
+
 UINT Id(MenuArray array, int index) { return static_cast<UINT>(CommandId(array, index)); }
 
 }  // namespace
@@ -58,8 +68,8 @@ UINT Id(MenuArray array, int index) { return static_cast<UINT>(CommandId(array, 
 std::span<const MenuRow> AllMenus() { return kMenus; }
 
 const MenuRow& RowOf(MenuArray array) {
-    const int place = (static_cast<int>(array) - static_cast<int>(MenuArray::mnuFileItem)) / kMenuArraySize;
-    return kMenus[place];
+    const int index = (static_cast<int>(array) - static_cast<int>(MenuArray::mnuFileItem)) / kMenuArraySize;
+    return kMenus[index];
 }
 
 win::Menu MakePopup(MenuArray array) {

@@ -37,7 +37,7 @@ Process Read(const win::Object& process) {
 
 std::vector<Process> ReadAll(ui::Host& host) {
     std::vector<Process> all;
-    ui::PumpNowAndThen pump(host);
+    ui::PumpThrottle pump(host);
     win::QueryWmi(L"Select * From Win32_Process").for_each([&](const win::Object& process) {
         all.push_back(Read(process));
         return pump();
@@ -77,7 +77,7 @@ void FillProcessList(const ui::ListView& lvProcess, ui::Host& host) {
         if (!host.pump()) break;
     }
     {
-        const ui::ListFill fill(lvProcess, static_cast<int>(processes.size()));
+        const ui::RedrawSuspender fill(lvProcess, static_cast<int>(processes.size()));
         for (const Process& process : processes)
             Add(lvProcess, process);
     }

@@ -27,15 +27,14 @@ std::wstring DeletionQuestion(const std::wstring& name) {
 
 }  // namespace
 
-std::optional<StartupEntry> SelectedStartupEntry(const ui::ListView& list) {
-    const int row = list.selected();
+std::optional<StartupEntry> StartupEntryAt(const ui::ListView& list, int row) {
     if (row < 0) return {};
     return StartupEntry{
         .name = list.cell(row, StartupColumn::Name),
         .value = list.cell(row, StartupColumn::Value),
         .location = list.cell(row, StartupColumn::Location),
         .description = list.cell(row, StartupColumn::Description),
-        .name_goes_on = list.tag(row) == kNameGoesOn,
+        .name_goes_on = list.item_data(row) == kNameGoesOn,
     };
 }
 

@@ -19,8 +19,8 @@ struct StartupEntry {
     bool name_goes_on = false;  // kNameGoesOn
 };
 
-// The selected row; nothing without one.
-std::optional<StartupEntry> SelectedStartupEntry(const ui::ListView& list);
+// The row of that index; nothing for -1.
+std::optional<StartupEntry> StartupEntryAt(const ui::ListView& list, int row);
 
 // A registry value rather than a file in a folder.
 bool IsRegistryEntry(std::wstring_view location);

@@ -33,7 +33,7 @@ private:
                  const std::wstring& description, const std::wstring& icon_path, LPARAM tag = 0);
 
     ui::ListView list_;
-    ui::PumpNowAndThen pump_;  // an icon or a description can take its time
+    ui::PumpThrottle pump_;  // an icon or a description can take its time
     FileProbe probe_;
     FileDescriptions descriptions_;
 };
@@ -96,7 +96,7 @@ void Fill::add_row(const std::wstring& name, const std::wstring& value, const st
 }  // namespace
 
 void ScanStartup(const ui::ListView& list, ui::Host& host) {
-    const ui::ListFill painted_once(list);
+    const ui::RedrawSuspender painted_once(list);
     list.clear();
     Fill fill(list, host);
     for (const int folder : {CSIDL_STARTUP, CSIDL_COMMON_STARTUP}) {

@@ -49,10 +49,10 @@ ControlPanelFolders QueryControlPanelFolders() {
 void FillControlPanelList(const ui::ListView& list, HIMAGELIST images, unsigned os_number,
                           const ControlPanelFolders& folders, ui::Host& host) {
     const auto catalogue = ControlPanelCatalogue();
-    const ui::ListFill fill(list, static_cast<int>(catalogue.size()));
+    const ui::RedrawSuspender fill(list, static_cast<int>(catalogue.size()));
     list.clear();
     ImageList_RemoveAll(images);
-    ui::PumpNowAndThen pump(host);
+    ui::PumpThrottle pump(host);
     for (const CatalogueRow& row : catalogue) {
         if (os_number < row.versions.from || os_number > row.versions.to) continue;
         AddCatalogueRow(list, images, row, folders);

@@ -51,12 +51,12 @@ ItemState RecycleBinItem(std::uint64_t items) {
     return {kEmptyBin, true};
 }
 
-ItemState mnuDelete_Click() { return RecycleBinItem(GetRecycleBinCount()); }
+ItemState QueryRecycleBinItem() { return RecycleBinItem(GetRecycleBinCount()); }
 
-bool mnuDeleteItem_Click(int index, ui::Host& host) {
-    host.status(kDeleting);
+bool RunCleanup(int index, ui::Host& host) {
+    host.set_status(kDeleting);
     const bool bin_emptied = Run(index, host);
-    host.status(kDeleted);
+    host.set_status(kDeleted);
     return bin_emptied;
 }
 

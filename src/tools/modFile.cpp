@@ -108,7 +108,7 @@ private:
     bool lies_here(const std::wstring& path) const { return links_show_ || LiesAt(RealPath(path), path); }
 
     ui::Host& host_;
-    ui::PumpNowAndThen pump_;
+    ui::PumpThrottle pump_;
     const bool links_show_;
     std::wstring path_;  // of the innermost folder
     std::vector<Level> levels_;

@@ -132,7 +132,7 @@ void DeleteUrlCacheEntries(bool cookies_only, ui::Host& host) {
     host.pump();
     UrlCache cache;
     if (!cache || !ProbeCache(cache)) return;
-    ui::PumpNowAndThen pump(host);
+    ui::PumpThrottle pump(host);
     CacheEntry entry;
     bool found = entry.read(
         [&cache](INTERNET_CACHE_ENTRY_INFOA* record, DWORD* size) { return cache.find_first(nullptr, record, size); });

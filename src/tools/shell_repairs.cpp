@@ -43,9 +43,9 @@ void RepairSendTo(std::wstring_view caption, ui::Host& host) {
     if (RegOpenKeyExA(HKEY_CLASSES_ROOT, kHandlers, 0, KEY_SET_VALUE, handlers.put()) != ERROR_SUCCESS) return;
     if (caption == kRemoveSendTo) {
         RegDeleteKeyA(handlers.get(), kSendTo);
-        host.status(kRemoved);
+        host.set_status(kRemoved);
     } else if (RestoreSendTo(handlers.get())) {
-        host.status(kRestored);
+        host.set_status(kRestored);
     }
 }
 
@@ -55,7 +55,7 @@ void RepairDownloadLocation(ui::Host& host) {
     win::RegKey attachments;
     if (RegOpenKeyExA(HKEY_CURRENT_USER, kAttachments, 0, KEY_SET_VALUE, attachments.put()) != ERROR_SUCCESS) return;
     RegDeleteKeyA(attachments.get(), kBrowserDownloads);
-    host.status(kRepaired);
+    host.set_status(kRepaired);
 }
 
 }  // namespace
@@ -64,9 +64,9 @@ RepairItems RepairItemsFor(bool send_to_exists, unsigned os_tenths) {
     return {send_to_exists ? kRemoveSendTo : kRestoreSendTo, os_tenths > win::kWindows2000};
 }
 
-RepairItems mnuSet_Click(unsigned os_tenths) { return RepairItemsFor(SendToExists(), os_tenths); }
+RepairItems QueryRepairItems(unsigned os_tenths) { return RepairItemsFor(SendToExists(), os_tenths); }
 
-void mnuSetItem_Click(int index, std::wstring_view caption, ui::Host& host) {
+void RunRepair(int index, std::wstring_view caption, ui::Host& host) {
     if (index == RepairItem::SendTo) RepairSendTo(caption, host);
     if (index == RepairItem::DownloadLocation) RepairDownloadLocation(host);
 }

@@ -31,10 +31,10 @@ struct RepairItems {
 RepairItems RepairItemsFor(bool send_to_exists, unsigned os_tenths);
 
 // What the menu shows when it opens.
-RepairItems mnuSet_Click(unsigned os_tenths);
+RepairItems QueryRepairItems(unsigned os_tenths);
 
 // Runs an item of mnuSetItem. `caption` is what the menu shows for item SendTo and decides between removing and
 // restoring; item DownloadLocation takes no notice of it. Failures are silent.
-void mnuSetItem_Click(int index, std::wstring_view caption, ui::Host& host);
+void RunRepair(int index, std::wstring_view caption, ui::Host& host);
 
 }  // namespace tools

@@ -19,7 +19,7 @@ public:
     virtual HWND window() const = 0;
 
     // Writes the status bar's text and paints it at once, so that it can be read while the work runs.
-    virtual void status(std::wstring_view text) = 0;
+    virtual void set_status(std::wstring_view text) = 0;
     virtual std::wstring status_text() const = 0;
 
     // A question with OK and Cancel. Closing the box is Cancel. `icon` is an MB_ICON… constant or 0. Messages are
@@ -42,9 +42,9 @@ protected:
 
 // For long loops: pumps about as often as an eye can follow, however short a step is. Looking for a message costs
 // more than many a step.
-class PumpNowAndThen {
+class PumpThrottle {
 public:
-    explicit PumpNowAndThen(Host& host) : host_(host), last_(GetTickCount()) {}
+    explicit PumpThrottle(Host& host) : host_(host), last_(GetTickCount()) {}
 
     // To be called once a step. False when a close waits.
     bool operator()() {

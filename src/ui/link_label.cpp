@@ -9,7 +9,7 @@ namespace {
 // The font of a label, borrowed from whoever sent WM_SETFONT, stands in the window's extra bytes.
 constexpr int kFontSlot = 0;
 
-HFONT FontOf(HWND label) { return reinterpret_cast<HFONT>(static_cast<LONG_PTR>(GetWindowLongW(label, kFontSlot))); }
+HFONT FontOf(HWND label) { return reinterpret_cast<HFONT>(GetWindowLongPtrW(label, kFontSlot)); }
 
 int Brightness(COLORREF colour) { return 3 * GetRValue(colour) + 6 * GetGValue(colour) + GetBValue(colour); }
 
@@ -50,7 +50,7 @@ void ReportClick(HWND label) {
                  reinterpret_cast<LPARAM>(label));
 }
 
-LRESULT CALLBACK Procedure(HWND label, UINT message, WPARAM wide, LPARAM parameter) {
+LRESULT CALLBACK Procedure(HWND label, UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
         case WM_PAINT:
             Paint(label);
@@ -58,7 +58,7 @@ LRESULT CALLBACK Procedure(HWND label, UINT message, WPARAM wide, LPARAM paramet
         case WM_ERASEBKGND:
             return 1;  // the painting covers every pixel
         case WM_SETFONT:
-            SetWindowLongW(label, kFontSlot, static_cast<LONG>(wide));
+            SetWindowLongPtrW(label, kFontSlot, static_cast<LONG_PTR>(wparam));
             InvalidateRect(label, nullptr, FALSE);
             return 0;
         case WM_GETFONT:
@@ -71,7 +71,7 @@ LRESULT CALLBACK Procedure(HWND label, UINT message, WPARAM wide, LPARAM paramet
             break;
         case WM_SETCURSOR:
             // The window says first what it shows, an hourglass perhaps.
-            if (SendMessageW(GetParent(label), message, wide, parameter)) return TRUE;
+            if (SendMessageW(GetParent(label), message, wparam, lparam)) return TRUE;
             if (!IsLink(label)) break;
             SetCursor(LoadCursorW(nullptr, IDC_HAND));
             return TRUE;
@@ -80,12 +80,13 @@ LRESULT CALLBACK Procedure(HWND label, UINT message, WPARAM wide, LPARAM paramet
             ReportClick(label);
             return 0;
         case WM_KEYDOWN:
-            if (wide == VK_RETURN || wide == VK_SPACE) ReportClick(label);
+            // Once a press, however long the key is held.
+            if ((wparam == VK_RETURN || wparam == VK_SPACE) && (lparam & (1 << 30)) == 0) ReportClick(label);
             return 0;
         default:
             break;
     }
-    return DefWindowProcW(label, message, wide, parameter);
+    return DefWindowProcW(label, message, wparam, lparam);
 }
 
 }  // namespace
@@ -93,7 +94,7 @@ LRESULT CALLBACK Procedure(HWND label, UINT message, WPARAM wide, LPARAM paramet
 void RegisterLinkLabel(HINSTANCE instance) {
     WNDCLASSW description = {};
     description.lpfnWndProc = &Procedure;
-    description.cbWndExtra = sizeof(LONG);
+    description.cbWndExtra = sizeof(LONG_PTR);
     description.hInstance = instance;
     description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     description.lpszClassName = kLinkClass;

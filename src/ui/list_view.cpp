@@ -15,8 +15,8 @@ constexpr int kHeaderSortDown = 0x0200;
 // Most texts are shorter: they need no memory of their own on their way into a cell and out of it.
 constexpr std::size_t kUsualLength = 260;
 
-LRESULT Send(HWND window, UINT message, WPARAM wide = 0, LPARAM parameter = 0) {
-    return SendMessageW(window, message, wide, parameter);
+LRESULT Send(HWND window, UINT message, WPARAM wparam = 0, LPARAM lparam = 0) {
+    return SendMessageW(window, message, wparam, lparam);
 }
 
 template <class Pointee>
@@ -25,9 +25,9 @@ LPARAM Pointer(Pointee* pointee) {
 }
 
 // A text with the NUL at its end that the control wants.
-class Terminated {
+class ZeroTerminated {
 public:
-    explicit Terminated(std::wstring_view text) {
+    explicit ZeroTerminated(std::wstring_view text) {
         if (text.size() < kUsualLength) {
             usual_[text.copy(usual_, kUsualLength)] = L'\0';
         } else {
@@ -51,12 +51,12 @@ std::string SortKey(const std::wstring& text) {
     return key;
 }
 
-int CALLBACK CompareTags(LPARAM left, LPARAM right, LPARAM) { return left < right ? -1 : left > right; }
+int CALLBACK CompareData(LPARAM left, LPARAM right, LPARAM) { return left < right ? -1 : left > right; }
 
 }  // namespace
 
 void ListView::add_columns(std::span<const Column> columns, int dpi) const {
-    const ListFill fill(*this);
+    const RedrawSuspender fill(*this);
     int index = 0;
     for (const Column& column : columns) {
         LVCOLUMNW record = {};
@@ -75,9 +75,9 @@ int ListView::column_count() const {
 }
 
 int ListView::header_height() const {
-    RECT place = {};
-    GetWindowRect(reinterpret_cast<HWND>(Send(window_, LVM_GETHEADER)), &place);
-    return static_cast<int>(place.bottom - place.top);
+    RECT bounds = {};
+    GetWindowRect(reinterpret_cast<HWND>(Send(window_, LVM_GETHEADER)), &bounds);
+    return static_cast<int>(bounds.bottom - bounds.top);
 }
 
 std::wstring ListView::header(int column) const {
@@ -106,14 +106,14 @@ int ListView::count() const { return static_cast<int>(Send(window_, LVM_GETITEMC
 
 void ListView::clear() const { Send(window_, LVM_DELETEALLITEMS); }
 
-int ListView::add_row(std::wstring_view text, LPARAM tag, int image) const {
-    Terminated terminated(text);
+int ListView::add_row(std::wstring_view text, LPARAM data, int image) const {
+    ZeroTerminated terminated(text);
     LVITEMW item = {};
     item.mask = LVIF_TEXT | LVIF_IMAGE | LVIF_PARAM;
     item.iItem = std::numeric_limits<int>::max();  // behind the last one, wherever that is
     item.pszText = terminated.text();
     item.iImage = image;
-    item.lParam = tag;
+    item.lParam = data;
     return static_cast<int>(Send(window_, LVM_INSERTITEMW, 0, Pointer(&item)));
 }
 
@@ -139,25 +139,25 @@ std::wstring ListView::cell(int row, int column) const {
 }
 
 void ListView::set_cell(int row, int column, std::wstring_view text) const {
-    Terminated terminated(text);
+    ZeroTerminated terminated(text);
     LVITEMW item = {};
     item.iSubItem = column;
     item.pszText = terminated.text();
     Send(window_, LVM_SETITEMTEXTW, static_cast<WPARAM>(row), Pointer(&item));
 }
 
-LPARAM ListView::tag(int row) const {
+LPARAM ListView::item_data(int row) const {
     LVITEMW item = {};
     item.mask = LVIF_PARAM;
     item.iItem = row;
     return Send(window_, LVM_GETITEMW, 0, Pointer(&item)) ? item.lParam : 0;
 }
 
-void ListView::set_tag(int row, LPARAM tag) const {
+void ListView::set_item_data(int row, LPARAM data) const {
     LVITEMW item = {};
     item.mask = LVIF_PARAM;
     item.iItem = row;
-    item.lParam = tag;
+    item.lParam = data;
     Send(window_, LVM_SETITEMW, 0, Pointer(&item));
 }
 
@@ -165,19 +165,38 @@ int ListView::selected() const {
     return static_cast<int>(Send(window_, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
 }
 
-RECT ListView::row_place(int row) const {
-    RECT place = {};
-    place.left = LVIR_BOUNDS;
-    Send(window_, LVM_GETITEMRECT, static_cast<WPARAM>(row), Pointer(&place));
-    return place;
+RECT ListView::row_rect(int row) const {
+    RECT bounds = {};
+    bounds.left = LVIR_BOUNDS;
+    Send(window_, LVM_GETITEMRECT, static_cast<WPARAM>(row), Pointer(&bounds));
+    return bounds;
+}
+
+int ListView::top_row() const { return static_cast<int>(Send(window_, LVM_GETTOPINDEX)); }
+
+void ListView::scroll_to(int top_row) const {
+    const RECT bounds = this->row_rect(0);
+    const int rows = top_row - this->top_row();
+    if (rows != 0) Send(window_, LVM_SCROLL, 0, rows * (bounds.bottom - bounds.top));
+}
+
+bool ListView::is_cut(int row, int column) const {
+    // What the control leaves free beside a text, about: pixels at the text's both ends together.
+    constexpr int kPadding = 12;
+    RECT bounds = {};
+    bounds.top = column;
+    bounds.left = LVIR_LABEL;
+    Send(window_, LVM_GETSUBITEMRECT, static_cast<WPARAM>(row), Pointer(&bounds));
+    const std::wstring text = cell(row, column);
+    const auto width = static_cast<int>(Send(window_, LVM_GETSTRINGWIDTHW, 0, Pointer(text.c_str())));
+    return width + kPadding > bounds.right - bounds.left;
 }
 
 void ListView::select(int row) const {
     LVITEMW item = {};
     item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
-    item.state = LVIS_SELECTED | LVIS_FOCUSED;
+    item.state = row < 0 ? 0 : LVIS_SELECTED | LVIS_FOCUSED;
     Send(window_, LVM_SETITEMSTATE, static_cast<WPARAM>(row), Pointer(&item));
-    Send(window_, LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
 }
 
 int ListView::find(int column, std::wstring_view text) const {
@@ -194,24 +213,24 @@ void ListView::set_small_images(HIMAGELIST images) const {
 void ListView::sort(int column, SortOrder order) const {
     struct Row {
         std::string key;
-        LPARAM tag;
-        int place;
+        LPARAM data;
+        int index;
     };
     std::vector<Row> rows(static_cast<std::size_t>(count()));
-    for (int row = 0; Row & each : rows) {
-        each = {SortKey(cell(row, column)), tag(row), row};
-        ++row;
+    for (int index = 0; Row & row : rows) {
+        row = {SortKey(cell(index, column)), item_data(index), index};
+        ++index;
     }
     std::stable_sort(rows.begin(), rows.end(), [order](const Row& left, const Row& right) {
         return order == SortOrder::Ascending ? left.key < right.key : right.key < left.key;
     });
     // The control only ever compares ranks: nothing is asked of it while it sorts.
-    const ListFill painted_once(*this);
+    const RedrawSuspender painted_once(*this);
     for (int rank = 0; const Row& row : rows)
-        set_tag(row.place, rank++);
-    Send(window_, LVM_SORTITEMS, 0, reinterpret_cast<LPARAM>(&CompareTags));
+        set_item_data(row.index, rank++);
+    const bool sorted = Send(window_, LVM_SORTITEMS, 0, reinterpret_cast<LPARAM>(&CompareData)) != 0;
     for (int rank = 0; const Row& row : rows)
-        set_tag(rank++, row.tag);
+        set_item_data(sorted ? rank++ : row.index, row.data);
 }
 
 void ListView::show_sort_arrow(int column, SortOrder order) const {
@@ -235,12 +254,13 @@ ListView::Hit ListView::hit_test(POINT client) const {
     return {hit.iItem, hit.iSubItem};
 }
 
-ListFill::ListFill(const ListView& list, int expected) : window_(list.window()), visible_(list.visible()) {
+RedrawSuspender::RedrawSuspender(const ListView& list, int expected)
+    : window_(list.window()), visible_(list.visible()) {
     Send(window_, WM_SETREDRAW, FALSE);
     if (expected > 0) Send(window_, LVM_SETITEMCOUNT, static_cast<WPARAM>(expected));
 }
 
-ListFill::~ListFill() {
+RedrawSuspender::~RedrawSuspender() {
     Send(window_, WM_SETREDRAW, TRUE);
     // Redraw switched on makes a hidden window visible; it must stay what it was.
     if (!visible_) SetWindowLongW(window_, GWL_STYLE, GetWindowLongW(window_, GWL_STYLE) & ~WS_VISIBLE);

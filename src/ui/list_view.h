@@ -39,18 +39,24 @@ public:
 
     int count() const;
     void clear() const;
-    // Appends a row and returns its index, -1 on failure. `tag` is a number of the program's own that stays with the
+    // Appends a row and returns its index, -1 on failure. `data` is a number of the program's own that stays with the
     // row through sorting. `image` is the index in the small image list, kNoImage for none.
-    int add_row(std::wstring_view text, LPARAM tag = 0, int image = kNoImage) const;
+    int add_row(std::wstring_view text, LPARAM data = 0, int image = kNoImage) const;
     std::wstring cell(int row, int column) const;  // whole, whatever its length; empty for a row that is not there
     void set_cell(int row, int column, std::wstring_view text) const;
-    LPARAM tag(int row) const;
-    void set_tag(int row, LPARAM tag) const;
+    LPARAM item_data(int row) const;
+    void set_item_data(int row, LPARAM data) const;
 
     // The selected row, -1 for none.
     int selected() const;
-    void select(int row) const;     // selects, focuses and scrolls to the row
-    RECT row_place(int row) const;  // in the list's client area
+    // Selects and focuses the row, for -1 none; the list does not scroll.
+    void select(int row) const;
+    RECT row_rect(int row) const;  // in the list's client area
+    // The first row in view; only scroll_to changes it.
+    int top_row() const;
+    void scroll_to(int top_row) const;
+    // Whether the cell's text is wider than its column shows.
+    bool is_cut(int row, int column) const;
 
     // The first row whose cell equals `text`, -1 for none.
     int find(int column, std::wstring_view text) const;
@@ -58,8 +64,8 @@ public:
     // The small image list; the control does not destroy it (LVS_SHAREIMAGELISTS).
     void set_small_images(HIMAGELIST images) const;
 
-    // Stable sort by the text of a column, in the user's locale, ignoring case. Row tags, selection and focus move
-    // along.
+    // Stable sort by the text of a column, in the user's locale, ignoring case. The rows' data, selection and focus
+    // move along; where the control refuses to sort everything stays.
     void sort(int column, SortOrder order) const;
     // Marks one header with an arrow; -1 for none. Nothing is seen where the system's headers have no arrows.
     void show_sort_arrow(int column, SortOrder order) const;
@@ -79,12 +85,12 @@ private:
 
 // While it lives the list does not redraw; at the end it is painted once. The room for `expected` rows is reserved.
 // A list that was hidden stays hidden.
-class ListFill {
+class RedrawSuspender {
 public:
-    explicit ListFill(const ListView& list, int expected = 0);
-    ListFill(const ListFill&) = delete;
-    ListFill& operator=(const ListFill&) = delete;
-    ~ListFill();
+    explicit RedrawSuspender(const ListView& list, int expected = 0);
+    RedrawSuspender(const RedrawSuspender&) = delete;
+    RedrawSuspender& operator=(const RedrawSuspender&) = delete;
+    ~RedrawSuspender();
 
 private:
     HWND window_;

@@ -15,15 +15,17 @@ struct Window final : Activity::Runner {
     Activity activity{*this};
     std::string log;
     int depth = 0;
+    int settlements = 0;
     int deepest = 0;
     void (*during)(Window&) = nullptr;
 
     void run(Activity::Request request) override {
         deepest = std::max(deepest, ++depth);
-        log += "TRSUC"[static_cast<int>(request)];
+        log += request.kind == Activity::Request::Fill ? static_cast<char>('0' + request.page) : "TR"[request.kind];
         if (auto* once = std::exchange(during, nullptr)) once(*this);
         --depth;
     }
+    void settled() override { ++settlements; }
     void close() override { log += "x"; }
 };
 
@@ -33,35 +35,36 @@ TEST_CASE("what arrives during a fill runs once behind it, and never inside") {
     Window window;
     window.during = [](Window& w) {
         for (int i = 0; i < 50; ++i)
-            w.activity.request(Activity::Request::TabClick);
-        w.activity.request(Activity::Request::Refresh);
-        w.activity.request(Activity::Request::Rescan);
+            w.activity.request({Activity::Request::TabClick});
+        w.activity.request({Activity::Request::Refresh});
+        w.activity.request({Activity::Request::Fill, 2});
     };
-    window.activity.request(Activity::Request::TabClick);
+    window.activity.request({Activity::Request::TabClick});
     // The refresh is covered by the tab click; the rescan may concern a list that is not shown.
-    CHECK(window.log == "TTS");
+    CHECK(window.log == "TT2");
     CHECK(window.deepest == 1);
+    CHECK(window.settlements == 1);
 }
 
 TEST_CASE("a close during a fill is carried out behind it and nothing starts any more") {
     Window window;
     window.during = [](Window& w) {
         CHECK(w.activity.request_close());
-        w.activity.request(Activity::Request::TabClick);
+        w.activity.request({Activity::Request::TabClick});
         CHECK(w.log == "R");
     };
-    window.activity.request(Activity::Request::Refresh);
-    window.activity.request(Activity::Request::TabClick);
+    window.activity.request({Activity::Request::Refresh});
+    window.activity.request({Activity::Request::TabClick});
     CHECK(window.log == "Rx");
 }
 
 TEST_CASE("a busy window refuses to close, but fills") {
     Window window;
     {
-        const Activity::Busy outer(window.activity);
-        { const Activity::Busy inner(window.activity); }
+        const Activity::CloseBlock outer(window.activity);
+        { const Activity::CloseBlock inner(window.activity); }
         CHECK_FALSE(window.activity.request_close());
-        window.activity.request(Activity::Request::TabClick);
+        window.activity.request({Activity::Request::TabClick});
     }
     CHECK(window.log == "T");
     CHECK(window.activity.request_close());
@@ -71,15 +74,15 @@ TEST_CASE("a busy window refuses to close, but fills") {
 TEST_CASE("commands exclude each other and hold fills and a close back until they have ended") {
     Window window;
     {
-        const Activity::Command command(window.activity);
+        const Activity::Exclusive command(window.activity);
         REQUIRE(bool(command));
-        CHECK_FALSE(bool(Activity::Command(window.activity)));
-        window.activity.request(Activity::Request::TabClick);
+        CHECK_FALSE(bool(Activity::Exclusive(window.activity)));
+        window.activity.request({Activity::Request::TabClick});
         CHECK(window.log.empty());
     }
     CHECK(window.log == "T");
     {
-        const Activity::Command command(window.activity);
+        const Activity::Exclusive command(window.activity);
         CHECK(window.activity.request_close());
         CHECK(window.activity.close_waits());
         CHECK(window.log == "T");
@@ -87,5 +90,5 @@ TEST_CASE("commands exclude each other and hold fills and a close back until the
     CHECK(window.log == "Tx");
 
     window.log.clear();
-    CHECK_FALSE(bool(Activity::Command(window.activity)));
+    CHECK_FALSE(bool(Activity::Exclusive(window.activity)));
 }

@@ -38,7 +38,7 @@ std::vector<View> Views() {
     View information = {DetailKind::None, {}};
     for (Control each = Control::txtSys; each < Control::st; each = Element(each, 1))
         information.shown.push_back(each);
-    return {{DetailKind::Rows, captions},
+    return {{DetailKind::Values, captions},
             {DetailKind::Comment, {Control::lvService, Control::Label1_0, Control::txtComment}},
             {DetailKind::None, {Control::ListView2}},
             information};
@@ -104,7 +104,7 @@ TEST_CASE("no control covers another or leaves the window, at every size, resolu
 
 TEST_CASE("captions and buttons get the room they need, the list the rest") {
     const LayoutMetrics metrics = MetricsFor(96, 12, 10);
-    const Placement placed = Arrange(metrics, {464, 258, 57, 20}, DetailKind::Rows);
+    const Placement placed = Arrange(metrics, {464, 258, 57, 20}, DetailKind::Values);
     const auto at = [&placed](Control control) { return placed[IndexOf(control)]; };
     CHECK(at(Control::Label1_0).width == metrics.caption_width);
     CHECK(at(Control::Label1_0).left == at(Control::Label1_6).left);

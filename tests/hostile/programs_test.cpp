@@ -111,7 +111,7 @@ void LookAtOne(const ui::ListView& list, hostile::Source& source) {
     if (list.count() == 0) return;
     const auto index = static_cast<int>(source.below(static_cast<std::size_t>(list.count())));
     list.select(index);
-    const auto row = SelectedProgram(list);
+    const auto row = ProgramAt(list, list.selected());
     REQUIRE(row);
     REQUIRE(row->key_name == list.cell(index, ProgramColumn::RegistryKey));
     const ProgramDetails details = ReadProgramDetails(row->key_name, SeededScan::kSid);

@@ -58,7 +58,7 @@ void ChangeValues(hostile::Source& source, std::uint64_t round, HKEY key) {
 // What a click and the pop-up menu read; nothing is started or deleted.
 void LookAt(const ui::ListView& list, int row) {
     list.select(row);
-    const auto entry = SelectedStartupEntry(list);
+    const auto entry = StartupEntryAt(list, list.selected());
     REQUIRE(entry);
     for (const std::wstring* text : {&entry->name, &entry->value, &entry->location})
         hostile::CheckLink(*text);
@@ -86,7 +86,7 @@ TEST_CASE("hostile Run keys cost their own cells, and what they end is what is b
                 if (value.name.size() > kNameLength || value.bytes.size() > kDataBytes) break;
                 const std::wstring shown(win::CutAtNul(value.name));
                 const LPARAM tag = shown.size() < value.name.size() ? kNameGoesOn : 0;
-                REQUIRE(place.list.list.tag(static_cast<int>(expected.size())) == tag);
+                REQUIRE(place.list.list.item_data(static_cast<int>(expected.size())) == tag);
                 expected.push_back({shown, hostile::TextOf(value.bytes), location, {}});
             }
         }

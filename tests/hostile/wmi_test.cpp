@@ -117,7 +117,7 @@ TEST_CASE("hostile services and processes cost their own cells") {
         members = HostileRows(source, kService);
         services::FillServiceList(services.list, host);
         CheckList(services, members, {L"Caption", L"", L"", L"Description", L"PathName", L"", L"", L"Name"});
-        const services::ServiceDetail detail = services::lvService_ItemClick(services.list, 0);
+        const services::ServiceDetail detail = services::ServiceDetailOf(services.list, 0);
         REQUIRE(!detail.advice.empty());
         REQUIRE(detail.comment.size() + 2 >= services.list.cell(0, services::ServiceColumn::Description).size());
         members = HostileRows(source, kProcess);

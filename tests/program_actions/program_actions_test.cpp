@@ -37,7 +37,7 @@ struct Lists {
         const int row = programs.list.find(ProgramColumn::Name, name);
         if (row < 0) return {};
         programs.list.select(row);
-        return SelectedProgram(programs.list);
+        return ProgramAt(programs.list, programs.list.selected());
     }
 
     TestHost host;
@@ -56,7 +56,7 @@ TEST_CASE("An uninstall runs the stored command and asks for a scan when the pro
                       folder.path().c_str());
 
     Lists lists;
-    CHECK_FALSE(SelectedProgram(lists.programs.list));
+    CHECK_FALSE(ProgramAt(lists.programs.list, lists.programs.list.selected()));
     const auto row = lists.select(L"動作テスト");
     REQUIRE(row);
     CHECK(row->key_name == L"Actions Test");
@@ -145,25 +145,4 @@ TEST_CASE("The install folder opens in the Explorer; an empty one ends the line 
     CHECK(Recorder::is_in_system(starts[0].program, L"explorer.exe"));
     CHECK(starts[0].show == L"1");
     CHECK(starts[0].command_line == L"explorer.exe \"");
-}
-
-TEST_CASE("The menu and the keys of the program lists") {
-    const auto enabled = [](ProgramMenuFacts facts) {
-        std::vector<int> items;
-        for (const ui::MenuItem& item : kProgramMenu) {
-            const bool separator = std::wstring_view(item.caption) == L"-";
-            if (!separator && IsProgramItemEnabled(item.index, facts)) items.push_back(item.index);
-        }
-        return items;
-    };
-    using Items = std::vector<int>;
-    CHECK(enabled({}) == Items{99});
-    CHECK(enabled({.row_selected = true}) == Items{1, 3, 4, 9, 99});
-    CHECK(enabled({.row_selected = true, .uninstalling = true}) == Items{1, 9, 99});
-    CHECK(enabled({.uninstalling = true}) == Items{99});
-
-    CHECK(ProgramItemForKey(46, false) == 3);
-    CHECK(ProgramItemForKey(79, true) == 9);
-    CHECK(ProgramItemForKey(79, false) == 0);
-    CHECK(ProgramItemForKey(93, false) == 0);
 }

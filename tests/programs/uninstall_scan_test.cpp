@@ -130,9 +130,9 @@ TEST_CASE("a row knows an empty installation folder from a missing one") {
     scan.machine.set_text(L"1", L"InstallLocation", L"");
     scan.machine.set_text(L"2", L"InstallLocation", L"C:\\a");
     scan.run();
-    CHECK(scan.programs.list.tag(0) == programs::kEmptyInstallFolder);
-    CHECK(scan.programs.list.tag(1) == 0);
-    CHECK(scan.programs.list.tag(2) == 0);
+    CHECK(scan.programs.list.item_data(0) == programs::kEmptyInstallFolder);
+    CHECK(scan.programs.list.item_data(1) == 0);
+    CHECK(scan.programs.list.item_data(2) == 0);
 }
 
 TEST_CASE("a key that vanishes during the scan is left out, and so is one whose name cannot be opened") {

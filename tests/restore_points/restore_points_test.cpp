@@ -74,9 +74,9 @@ TEST_CASE_FIXTURE(Machine, "Points are listed in the provider's order, those wit
     CHECK(test.list.header(1) == L"説明");
     CHECK(test.rows() ==
           Rows{{L"2009/03/02 00:04:04", L"二番"}, {L"2008/01/01 09:00:00", L""}, {L"2008/01/01 09:00:00", L""}});
-    CHECK(test.list.tag(0) == 12);
-    CHECK(test.list.tag(1) == 7);
-    CHECK(test.list.tag(2) == 0);
+    CHECK(test.list.item_data(0) == 12);
+    CHECK(test.list.item_data(1) == 7);
+    CHECK(test.list.item_data(2) == 0);
     CHECK(provider.calls == std::vector<std::wstring>{kNamespace, L"InstancesOf [systemrestore]"});
 
     provider.points.clear();
@@ -111,7 +111,7 @@ TEST_CASE_FIXTURE(Machine, "A listing that fails leaves the list hidden, and cre
 }
 
 TEST_CASE_FIXTURE(Machine, "A point is created from a description, with the kind and the event of a beginning change") {
-    host.status(L"12 個の項目");
+    host.set_status(L"12 個の項目");
     for (const std::optional<std::wstring>& nothing : {std::optional<std::wstring>(), std::optional(std::wstring())}) {
         host.typed = nothing;
         CreateRestorePoint(test.list, host);

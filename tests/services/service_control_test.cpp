@@ -28,18 +28,23 @@ struct Desk {
     Desk() { host.owner = window.frame(); }
     ~Desk() { CHECK(doubles::alive == 0); }
 
+    std::optional<ServiceCells> select_service() const {
+        list.select(list.find(ServiceColumn::Name, name));
+        return ServiceCellsOf(list, list.selected());
+    }
+
     void refresh() { FillServiceList(list, host); }
 
     std::wstring cell(ServiceColumn::Index column) const {
         return list.cell(list.find(ServiceColumn::Name, name), column);
     }
 
-    // A right press on the service's row and the choice of an item, which has to be enabled.
+    // The choice of an item, which has to be enabled.
     void choose(ServiceItem::Index item) {
-        const ServicePress press = lvService_MouseDown(list, list.find(ServiceColumn::Name, name));
-        REQUIRE(press.cells.has_value());
-        REQUIRE(IsServiceItemEnabled(item, press.cells));
-        mnuServiceItem_Click(item, list, L"", host);
+        const auto cells = select_service();
+        REQUIRE(cells.has_value());
+        REQUIRE(IsServiceItemEnabled(item, cells));
+        RunServiceItem(item, list, host);
     }
 
     void show(const InstalledService& service) {
@@ -104,35 +109,15 @@ TEST_CASE("what the cells of a row enable") {
     CHECK(EnabledItems(std::nullopt) == Items{1, 99});
 }
 
-TEST_CASE_FIXTURE(Desk, "a press shows the row, a press on empty space nothing") {
+TEST_CASE_FIXTURE(Desk, "a row shows its description and advice, and offers what its cells allow") {
     add_row({L"Print Spooler", L"開始", L"自動", L"一。二。", L"", L"0", L"-1", L"Spooler"});
     add_row({L"other", L"停止", L"手動", L"", L"", L"0", L"0", L"other"});
-    const ServicePress press = lvService_MouseDown(list, 0);
-    CHECK(list.selected() == 0);
-    CHECK(press.detail.comment == L"一。\r\n二。");
-    CHECK(press.detail.advice == L"判断基準：プリンタ未使用なら「無効」");
-    CHECK(EnabledItems(press.cells) == Items{1, 4, 7, 10, 11, 99});
-    CHECK(EnabledItems(lvService_MouseDown(list, 1).cells) == Items{1, 3, 9, 11, 99});
-    const ServicePress nowhere = lvService_MouseDown(list, -1);
-    CHECK_FALSE(nowhere.cells.has_value());
-    CHECK(nowhere.detail.comment.empty());
-    CHECK(nowhere.detail.advice.empty());
-}
-
-TEST_CASE_FIXTURE(Desk, "the cell under the pointer is copied, or else the name") {
-    const auto clipboard = [this] {
-        OpenClipboard(host.owner);
-        const HANDLE memory = GetClipboardData(CF_UNICODETEXT);
-        std::wstring text = memory ? static_cast<const wchar_t*>(GlobalLock(memory)) : L"";
-        CloseClipboard();
-        return text;
-    };
-    add_row({L"印刷", L"開始", L"自動", L"", L"", L"0", L"-1", L"Spooler"});
-    list.select(0);
-    mnuServiceItem_Click(ServiceItem::Copy, list, L"C:\\spool.exe", host);
-    CHECK(clipboard() == L"C:\\spool.exe");
-    mnuServiceItem_Click(ServiceItem::Copy, list, L"", host);
-    CHECK(clipboard() == L"印刷");
+    const ServiceDetail detail = ServiceDetailOf(list, 0);
+    CHECK(detail.comment == L"一。\r\n二。");
+    CHECK(detail.advice == L"判断基準：プリンタ未使用なら「無効」");
+    CHECK(EnabledItems(ServiceCellsOf(list, 0)) == Items{1, 4, 7, 10, 11, 99});
+    CHECK(EnabledItems(ServiceCellsOf(list, 1)) == Items{1, 3, 9, 11, 99});
+    CHECK_FALSE(ServiceCellsOf(list, -1).has_value());
 }
 
 TEST_CASE_FIXTURE(Desk, "a service that is starting has no state and can be restarted only") {
@@ -143,8 +128,8 @@ TEST_CASE_FIXTURE(Desk, "a service that is starting has no state and can be rest
     REQUIRE(service.state() == SERVICE_START_PENDING);
     refresh();
     CHECK(cell(ServiceColumn::State).empty());
-    const ServicePress press = lvService_MouseDown(list, list.find(ServiceColumn::Name, name));
-    CHECK(EnabledItems(press.cells) == Items{1, 4, 7, 9, 11, 99});
+    const auto cells = select_service();
+    CHECK(EnabledItems(cells) == Items{1, 4, 7, 9, 11, 99});
 }
 
 TEST_CASE_FIXTURE(Desk, "a restart waits alive as long as the check point advances, and finds its row again") {
@@ -204,8 +189,8 @@ TEST_CASE_FIXTURE(Desk, "a refused stop starts nothing") {
     show(service);
     const DWORD process = service.process_id();
     const auto rows = window.rows();
-    const ServicePress press = lvService_MouseDown(list, list.find(ServiceColumn::Name, name));
-    CHECK_FALSE(IsServiceItemEnabled(ServiceItem::Stop, press.cells));
+    const auto cells = select_service();
+    CHECK_FALSE(IsServiceItemEnabled(ServiceItem::Stop, cells));
     choose(ServiceItem::Restart);
     CHECK(window.rows() == rows);
     CHECK(service.state() == SERVICE_RUNNING);
@@ -221,12 +206,12 @@ TEST_CASE_FIXTURE(Desk, "nothing happens to a service that has gone, or without 
     const auto rows = window.rows();
     list.select(list.find(ServiceColumn::Name, name));
     for (const ui::MenuItem& item : kServiceMenu) {
-        if (item.index != ServiceItem::Copy) mnuServiceItem_Click(item.index, list, L"", host);
+        if (item.index != ServiceItem::Copy) RunServiceItem(item.index, list, host);
     }
     CHECK(window.rows() == rows);
     list.clear();
     for (const ui::MenuItem& item : kServiceMenu)
-        mnuServiceItem_Click(item.index, list, L"", host);
+        RunServiceItem(item.index, list, host);
     CHECK(list.count() == 0);
 }
 
@@ -258,17 +243,17 @@ TEST_CASE_FIXTURE(Desk, "a request is believed only when it returns 0, and a sta
     list.select(1);
     for (const std::int32_t refusal : {2, -1}) {  // access denied; the call itself fails
         answer = refusal;
-        mnuServiceItem_Click(ServiceItem::Start, list, L"", host);
+        RunServiceItem(ServiceItem::Start, list, host);
         CHECK(list.cell(1, ServiceColumn::State) == L"停止");
     }
     CHECK(calls == 2);
-    mnuServiceItem_Click(ServiceItem::Restart, list, L"", host);  // the service manager does not know it: no start
+    RunServiceItem(ServiceItem::Restart, list, host);  // the service manager does not know it: no start
     CHECK(calls == 2);
     answer = 0;
-    mnuServiceItem_Click(ServiceItem::Start, list, L"", host);
+    RunServiceItem(ServiceItem::Start, list, host);
     CHECK(list.cell(1, ServiceColumn::State) == L"開始");
     CHECK(list.cell(0, ServiceColumn::State) == L"other");
     CHECK(wmi.queries.back() == L"Select * From Win32_Service Where Name=\"it's\"");
-    mnuServiceItem_Click(ServiceItem::Disabled, list, L"", host);
+    RunServiceItem(ServiceItem::Disabled, list, host);
     CHECK(list.cell(1, ServiceColumn::StartMode) == L"手動");
 }

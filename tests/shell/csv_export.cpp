@@ -55,7 +55,7 @@ TEST_CASE("cells are saved whole, and ten thousand rows keep their order") {
     TestHost host;
     const std::wstring longest(20'000, L'長');
     {
-        const ui::ListFill fill(shown.list, 10'000);
+        const ui::RedrawSuspender fill(shown.list, 10'000);
         for (int i = 0; i < 10'000; ++i)
             shown.list.set_cell(shown.list.add_row(win::ToText(i)), 1, L"x");
     }

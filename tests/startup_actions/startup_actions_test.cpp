@@ -33,7 +33,7 @@ struct List {
                 rows.list.cell(row, StartupColumn::Location) != location)
                 continue;
             rows.list.select(row);
-            return SelectedStartupEntry(rows.list);
+            return StartupEntryAt(rows.list, rows.list.selected());
         }
         return {};
     }
@@ -131,7 +131,7 @@ TEST_CASE("Deleting a value whose name goes on behind a NUL spares the value of 
     List list;
     for (const wchar_t* value : {L"hidden.exe", L"foo.exe"}) {
         list.rows.list.select(list.rows.list.find(StartupColumn::Value, value));
-        const auto entry = SelectedStartupEntry(list.rows.list);
+        const auto entry = StartupEntryAt(list.rows.list, list.rows.list.selected());
         REQUIRE(entry);
         CHECK(entry->name == L"Foo");
         CHECK(DeleteStartupEntry(*entry, list.host));

@@ -10,7 +10,7 @@
 class TestHost final : public ui::Host {
 public:
     HWND window() const override { return owner; }
-    void status(std::wstring_view text) override { statuses.emplace_back(text); }
+    void set_status(std::wstring_view text) override { statuses.emplace_back(text); }
     std::wstring status_text() const override { return statuses.empty() ? std::wstring() : statuses.back(); }
     ui::Answer confirm(std::wstring_view text, std::wstring_view title, UINT icon) override {
         questions.push_back({std::wstring(text), std::wstring(title), icon});

@@ -29,20 +29,20 @@ TEST_CASE("The recycle bin is emptied after a question that tells what it holds"
     TestFolder folder(L"discarded");
     TestHost host;
     REQUIRE(GetRecycleBinCount() == 0);
-    CHECK_FALSE(mnuDelete_Click().enabled);
-    CHECK(mnuDelete_Click().caption == std::wstring(L"ごみ箱を空にする(空)"));
-    CHECK_FALSE(mnuDeleteItem_Click(CleanupItem::RecycleBin, host));
+    CHECK_FALSE(QueryRecycleBinItem().enabled);
+    CHECK(QueryRecycleBinItem().caption == std::wstring(L"ごみ箱を空にする(空)"));
+    CHECK_FALSE(RunCleanup(CleanupItem::RecycleBin, host));
     CHECK(host.questions.empty());
     CHECK(host.statuses == kFramed);
 
     Discard(folder, L"one.txt", 1500);
     Discard(folder, L"二.txt", 3108);
     CHECK(GetRecycleBinCount() == 2);
-    CHECK(mnuDelete_Click().enabled);
-    CHECK(mnuDelete_Click().caption == std::wstring(L"ごみ箱を空にする(&E)"));
+    CHECK(QueryRecycleBinItem().enabled);
+    CHECK(QueryRecycleBinItem().caption == std::wstring(L"ごみ箱を空にする(&E)"));
     host = TestHost();
     host.answer = ui::Answer::Cancel;
-    CHECK_FALSE(mnuDeleteItem_Click(CleanupItem::RecycleBin, host));
+    CHECK_FALSE(RunCleanup(CleanupItem::RecycleBin, host));
     CHECK(GetRecycleBinCount() == 2);
     REQUIRE(host.questions.size() == 1);
     CHECK(host.questions[0].title == L"ファイル削除の確認");
@@ -51,7 +51,7 @@ TEST_CASE("The recycle bin is emptied after a question that tells what it holds"
     CHECK(host.statuses == kFramed);
 
     host = TestHost();
-    CHECK(mnuDeleteItem_Click(CleanupItem::RecycleBin, host));
+    CHECK(RunCleanup(CleanupItem::RecycleBin, host));
     CHECK(GetRecycleBinCount() == 0);
     CHECK(host.questions.size() == 1);
     CHECK(host.statuses == kFramed);
@@ -75,7 +75,7 @@ TEST_CASE("The temporary folder is emptied, but never one that is none") {
         win::File(CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr)).reset();
         SetEnvironmentVariableW(L"TMP", variable.c_str());
         TestHost host;
-        CHECK_FALSE(mnuDeleteItem_Click(CleanupItem::TemporaryFiles, host));
+        CHECK_FALSE(RunCleanup(CleanupItem::TemporaryFiles, host));
         CHECK(host.statuses == kFramed);
         CHECK(host.questions.empty());
         CHECK_FALSE(host.pointer_shows_hourglass);
@@ -97,7 +97,7 @@ TEST_CASE("Recent documents are cleared by one call without a document") {
     REQUIRE(hook);
     recent_calls.clear();
     TestHost host;
-    CHECK_FALSE(mnuDeleteItem_Click(CleanupItem::RecentDocuments, host));
+    CHECK_FALSE(RunCleanup(CleanupItem::RecentDocuments, host));
     CHECK((recent_calls == std::vector<std::pair<UINT, LPCVOID>>{{2, nullptr}}));
     CHECK(host.statuses == kFramed);
 }
@@ -106,7 +106,7 @@ TEST_CASE("Every command says that it is done, whatever came of it") {
     REQUIRE_THROW_AWAY();
     for (const int command : {CleanupItem::BrowserCache, CleanupItem::Cookies, CleanupItem::UrlHistory}) {
         TestHost host;  // without COM the history cannot even be created
-        CHECK_FALSE(mnuDeleteItem_Click(command, host));
+        CHECK_FALSE(RunCleanup(command, host));
         CHECK(host.statuses == kFramed);
         CHECK(host.questions.empty());
     }

@@ -19,7 +19,7 @@ constexpr wchar_t kQuestion[] =
     L"本機能は Vista の IE でダウンロードする時、\r\n保存先が選べなくなったものを元に戻す機能です\r\n"
     L"実行してもよろしいですか？";
 
-std::wstring Caption() { return mnuSet_Click(61).send_to_caption; }
+std::wstring Caption() { return QueryRepairItems(61).send_to_caption; }
 
 // The type and the bytes of a key's default value.
 std::wstring DefaultValue(HKEY parent, const wchar_t* subkey) {
@@ -35,7 +35,7 @@ std::wstring DefaultValue(HKEY parent, const wchar_t* subkey) {
 std::wstring Run(int repair, std::wstring_view caption, ui::Answer answer = ui::Answer::Ok) {
     TestHost host;
     host.answer = answer;
-    mnuSetItem_Click(repair, caption, host);
+    RunRepair(repair, caption, host);
     const std::size_t questions = repair == RepairItem::DownloadLocation ? 1 : 0;
     REQUIRE(host.questions.size() == questions);
     if (questions == 1) {

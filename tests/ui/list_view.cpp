@@ -27,12 +27,12 @@ TEST_CASE("sorting is stable, ignores case, and takes tag, image and selection a
     list.sort(1, ui::SortOrder::Ascending);
     CHECK(shown.column(0) == std::vector<std::wstring>{L"none", L"a1", L"a2", L"b1", L"b2"});
     CHECK(list.selected() == 4);
-    CHECK(list.tag(4) == 102);
-    CHECK(list.tag(0) == 103);
+    CHECK(list.item_data(4) == 102);
+    CHECK(list.item_data(0) == 103);
     list.sort(1, ui::SortOrder::Descending);
     CHECK(shown.column(0) == std::vector<std::wstring>{L"b1", L"b2", L"a1", L"a2", L"none"});
     CHECK(list.cell(list.selected(), 0) == L"b2");
-    CHECK(list.tag(list.find(0, L"a2")) == 104);
+    CHECK(list.item_data(list.find(0, L"a2")) == 104);
 }
 
 TEST_CASE("a fill leaves a hidden list hidden and a shown one shown") {
@@ -40,7 +40,7 @@ TEST_CASE("a fill leaves a hidden list hidden and a shown one shown") {
     const auto is_shown = [&] { return (GetWindowLongW(shown.list.window(), GWL_STYLE) & WS_VISIBLE) != 0; };
     for (const bool show : {false, true}) {
         ShowWindow(shown.list.window(), show ? SW_SHOW : SW_HIDE);
-        { const ui::ListFill fill(shown.list); }
+        { const ui::RedrawSuspender fill(shown.list); }
         CHECK(is_shown() == show);
     }
 }

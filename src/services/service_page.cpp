@@ -1,0 +1,24 @@
+#include "services/service_page.h"
+
+namespace services {
+
+void ServicePage::fill() { FillServiceList(list(), host()); }
+
+// Empty space empties description and status bar.
+void ServicePage::lvService_ItemClick(int row) {
+    const ServiceDetail detail = row < 0 ? ServiceDetail() : ServiceDetailOf(list(), row);
+    host().show_comment(detail.comment);
+    host().set_status(detail.advice);
+}
+
+bool ServicePage::enabled(int item) const {
+    return IsServiceItemEnabled(item, ServiceCellsOf(list(), list().selected()));
+}
+
+ui::Then ServicePage::mnuServiceItem_Click(int item) {
+    if (item == ServiceItem::Refresh) return ui::Then::Refresh;
+    RunServiceItem(item, list(), host());
+    return ui::Then::Nothing;
+}
+
+}  // namespace services

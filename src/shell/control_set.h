@@ -1,0 +1,61 @@
+// The window's controls: made in three phases, given their fonts, measured and put in their places.
+#pragma once
+
+#include "shell/controls.h"
+#include "shell/layout.h"
+#include "ui/tooltips.h"
+#include "win/handle.h"
+
+#include <array>
+#include <string>
+#include <string_view>
+
+namespace shell {
+
+class ControlSet {
+public:
+    // Of the window that is to own the controls. The message font is taken and measured.
+    void begin(HWND window, HINSTANCE instance, int dpi);
+
+    // Makes the controls of a phase where `arrange` has put them. Only `view` of the lists is shown.
+    void create(CreationPhase phase, Control view);
+    // Tool tips, and the order in which the Tab key walks; after the last phase.
+    void finish();
+
+    HWND at(Control which) const { return handles_[IndexOf(which)]; }
+    const ControlRow* row_of(HWND which) const;  // null for a window that is no control of the table
+
+    // The face changes; size and style stay. What Windows makes of a face that it does not have stands.
+    void use_face(const std::wstring& face);
+    // The system's message font or metrics have changed.
+    void renew_fonts();
+    const LayoutMetrics& metrics() const { return metrics_; }
+    int scaled(int pixels) const { return MulDiv(pixels, metrics_.dpi, 96); }
+
+    // Places every control, made already or not. The status bar places itself.
+    void arrange(const Surroundings& around, DetailKind detail);
+    // Height of the status bar for the window's present width.
+    int status_height() const;
+
+    const ui::Tooltips& tips() const { return tips_; }
+
+private:
+    HWND create_control(const ControlRow& row, bool shown) const;
+    void set_font(const ControlRow& row) const;
+    void make_fonts();
+    void measure();
+    void create_tips();
+    void put_in_order() const;
+
+    HWND window_ = nullptr;
+    HINSTANCE instance_ = nullptr;
+    std::array<HWND, kControlCount> handles_ = {};
+    ui::Tooltips tips_;
+    std::wstring face_;          // that the option "Font" names; empty without it
+    win::Font font_;             // the system's message font
+    win::Font configured_font_;  // the same in that face
+    LayoutMetrics metrics_;
+    Placement placed_ = {};  // where the controls stand, or will stand when they are made
+};
+
+}  // namespace shell

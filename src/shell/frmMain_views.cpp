@@ -1,0 +1,241 @@
+// Which view is shown, what fills it, and the texts around it.
+#include "shell/frmMain.h"
+
+#include "programs/detail_link.h"
+#include "ui/control.h"
+#include "ui/link_label.h"
+#include "win/text.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace shell {
+namespace {
+
+constexpr wchar_t kCountUnit[] = L" 個の項目";
+
+constexpr Control kDetailCaptions[] = {Control::Label1_0, Control::Label1_1, Control::Label1_6};
+
+// Whether a control of the detail area is there on a tab.
+bool IsInDetail(Control which, const TabRow& row) {
+    switch (which) {
+        case Control::Label1_0:
+        case Control::Label1_6:
+            return row.detail != DetailKind::None;
+        case Control::txtComment:
+            return row.detail == DetailKind::Comment;
+        case Control::cmdMenu_0:
+            return row.buttons > 0;
+        case Control::cmdMenu_1:
+            return row.buttons > 1;
+        default:
+            return row.detail == DetailKind::Values;
+    }
+}
+
+}  // namespace
+
+// ---- what runs --------------------------------------------------------------------------------------------------
+
+void frmMain::request_fill(const ui::Page& page) {
+    activity_.request({Activity::Request::Fill, pages_.index_of(page)});
+}
+
+void frmMain::run(Activity::Request request) {
+    const bool list_is_there = request.kind == Activity::Request::Fill && pages_.at(request.page).list().window();
+    if (!list_is_there) create_later_controls();
+    hourglass(true);
+    switch (request.kind) {
+        case Activity::Request::TabClick:
+            tb_Click();
+            break;
+        case Activity::Request::Refresh:
+            refresh_shown();
+            break;
+        case Activity::Request::Fill:
+            fill_page(pages_.at(request.page));
+            break;
+    }
+    hourglass(false);
+}
+
+// What arrived while something ran: the selection is shown, the focus goes where it was wanted, a file is taken.
+void frmMain::settled() {
+    if (closed_ || !window_) return;
+    if (ui::Page* page = shown_page()) page->catch_up();
+    enable_buttons();
+    if (std::exchange(focus_view_wanted_, false)) focus_view();
+    drop_waiting_files();
+}
+
+void frmMain::tb_Click() {
+    // A list that is hidden until it is filled loses the focus, and takes it back.
+    if (GetFocus() == control(RowOf(shown_tab_).view)) focus_view_wanted_ = true;
+    if (ui::Page* left = shown_page()) left->leave();
+    shown_tab_ = strip_.selected();
+    hide_views();
+    show_detail();
+    enable_buttons();
+    arrange();
+    show_views();
+    fill_shown();
+    if (std::exchange(focus_view_wanted_, false)) {
+        focus_view();
+    } else {
+        keep_focus();
+    }
+}
+
+void frmMain::fill_shown() {
+    if (ui::Page* page = shown_page()) {
+        fill_page(*page);
+    } else {
+        panel_.fill();
+    }
+}
+
+// The list is sorted as before, and the texts around it are those of the list as it is now.
+void frmMain::fill_page(ui::Page& page) {
+    ui::Page* const twin = page.filled_with();
+    ui::Page* const shown = shown_page();
+    const bool in_view = shown && (shown == &page || shown == twin);
+    if (in_view) clear_details();
+    page.begin_fill();
+    if (twin) twin->begin_fill();
+    page.fill();
+    page.end_fill();
+    if (twin) twin->end_fill();
+    if (in_view) show_count(*shown);
+}
+
+// What "情報の更新(&U)" of the File menu does.
+void frmMain::refresh_shown() {
+    switch (RowOf(shown_tab_).refresh) {
+        case RefreshKind::Fill:
+            fill_shown();
+            break;
+        case RefreshKind::TabClick:
+            tb_Click();
+            break;
+        case RefreshKind::Nothing:
+            break;
+    }
+}
+
+// ---- what is visible --------------------------------------------------------------------------------------------
+
+// Everything is placed between hiding and showing, so that nothing is seen in a former place.
+void frmMain::hide_views() {
+    const TabRow& row = RowOf(shown_tab_);
+    const ui::Page* const page = shown_page();
+    for (const ControlRow& each : AllControls()) {
+        const bool stays = each.area == Area::Window || (each.area == Area::Detail && IsInDetail(each.control, row)) ||
+                           (each.area == Area::Information && !page) ||
+                           (each.control == row.view && !(page && page->appears_when_filled()));
+        if (!stays && control(each.control)) ui::Show(control(each.control), false);
+    }
+}
+
+void frmMain::show_views() {
+    const TabRow& row = RowOf(shown_tab_);
+    const ui::Page* const page = shown_page();
+    for (const ControlRow& each : AllControls()) {
+        const bool shown = (each.area == Area::Detail && IsInDetail(each.control, row)) ||
+                           (each.area == Area::Information && !page) ||
+                           (each.area == Area::List && each.control == row.view && !page->appears_when_filled());
+        if (shown && control(each.control)) ui::Show(control(each.control), true);
+    }
+}
+
+// The texts of the detail area, emptied and named for the tab.
+void frmMain::show_detail() {
+    const TabRow& row = RowOf(shown_tab_);
+    for (std::size_t i = 0; i < std::size(kDetailCaptions); ++i) {
+        ui::SetText(control(kDetailCaptions[i]), row.captions[i]);
+    }
+    clear_details();
+    if (row.delete_tip) show_tip(control(Control::cmdMenu_0), row.delete_tip);
+    if (!apartment_) return;  // the designed caption stands until the first tab click
+    ui::SetText(control(Control::cmdMenu_1), row.second_button.caption);
+    show_tip(control(Control::cmdMenu_1), row.second_button.tip);
+}
+
+void frmMain::clear_details() {
+    show_details({});
+    show_comment({});
+}
+
+void frmMain::arrange() {
+    if (IsIconic(window_)) return;
+    RECT client = {};
+    GetClientRect(window_, &client);
+    const Surroundings around = {client.right, client.bottom,
+                                 strip_.height(client.right, controls_.metrics().text_height),
+                                 controls_.status_height()};
+    controls_.arrange(around, RowOf(shown_tab_).detail);
+}
+
+// ---- PageHost ---------------------------------------------------------------------------------------------------
+
+void frmMain::show_details(std::span<const std::wstring> values) {
+    for (std::size_t i = 0; i < std::size(kDetailValues); ++i) {
+        set_detail_value(kDetailValues[i], i < values.size() ? std::wstring_view(values[i]) : std::wstring_view());
+    }
+}
+
+void frmMain::set_detail_value(Control label, std::wstring_view text) {
+    ui::SetText(control(label), text);
+    show_tip(control(label), text);
+    ui::SetLink(control(label), programs::LooksLikeLink(text));
+}
+
+void frmMain::show_comment(std::wstring_view text) {
+    const HWND comment = control(Control::txtComment);
+    if (!comment) return;
+    ui::SetText(comment, text);
+    ui::FitScrollBar(comment);
+}
+
+void frmMain::show_count(const ui::Page& page) {
+    if (&page == shown_page() && RowOf(shown_tab_).counts) set_status(win::ToText(page.list().count()) + kCountUnit);
+}
+
+// A row that loses the selection is mostly followed by one that gets it: then the message finds nothing to do.
+void frmMain::selection_changed(ui::Page& page) {
+    if (&page != shown_page() || activity_.running()) return;
+    if (page.list().selected() >= 0) {
+        page.catch_up();
+    } else {
+        PostMessageW(window_, kCatchUpMessage, 0, 0);
+    }
+}
+
+void frmMain::file_dropped(ui::Page& page, std::wstring path) {
+    dropped_.emplace_back(&page, std::move(path));
+    if (!activity_.running()) drop_waiting_files();
+}
+
+// ---- the tab strip ----------------------------------------------------------------------------------------------
+
+void frmMain::tab_selected() { activity_.request({Activity::Request::TabClick}); }
+
+void frmMain::strip_pressed() {
+    if (activity_.running()) {
+        focus_view_wanted_ = true;
+    } else {
+        focus_view();
+    }
+}
+
+void frmMain::tab_pointed(const wchar_t* hint) {
+    status_.hover(hint ? hint : L"");
+    show_status();
+}
+
+// Not while a menu, a message box or the open history wants the wheel.
+void frmMain::mouse_wheel(int delta) {
+    if (in_menu_ || !IsWindowEnabled(window_) || SendMessageW(control(Control::cb), CB_GETDROPPEDSTATE, 0, 0)) return;
+    strip_.wheel(delta);
+}
+
+}  // namespace shell

@@ -1,0 +1,49 @@
+#include "shell/pages.h"
+
+#include "shell/activity.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace shell {
+namespace {
+
+constexpr PageRow kPages[] = {
+    {Control::ListView1_0, MenuArray::mnuPopItem, {0, 7}},
+    {Control::ListView1_1, MenuArray::mnuPopItem, {1, 7}},
+    {Control::ListView2},
+    {Control::lvStartUp, MenuArray::mnuStartItem, {2, 4}},
+    {Control::lvService, MenuArray::mnuServiceItem, {3, 5}},
+    {Control::lvProcess},
+    {Control::lvRestore},
+};
+
+constexpr bool InOrder() {
+    for (std::size_t i = 0; i < std::size(kPages); ++i) {
+        if (kPages[i].list != Element(Control::ListView1_0, static_cast<int>(i))) return false;
+    }
+    return true;
+}
+static_assert(InOrder(), "one row for each list, in the order of the controls");
+
+}  // namespace
+
+std::span<const PageRow> AllPageRows() { return kPages; }
+
+Pages::Pages(const win::OsVersion& os, const programs::ScanOptions& scan_options, const std::wstring& user_sid)
+    : scan_{scan_options, user_sid, {}, {}, {}}, control_panel_(os), all_{&programs_, &updates_,  &control_panel_,
+                                                                          &startup_,  &services_, &processes_,
+                                                                          &restore_} {
+    static_assert(std::size(kPages) == kCount && kCount <= Activity::kPages, "a page for each row");
+}
+
+ui::Page* Pages::of(Control list) const {
+    const auto* row = std::ranges::find(kPages, list, &PageRow::list);
+    return row == std::end(kPages) ? nullptr : all_[static_cast<std::size_t>(row - kPages)];
+}
+
+int Pages::index_of(const ui::Page& page) const {
+    return static_cast<int>(std::ranges::find(all_, &page) - all_.begin());
+}
+
+}  // namespace shell
