@@ -3,6 +3,7 @@
 #include <windowsx.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace shell {
 
@@ -31,7 +32,7 @@ void TabStrip::select(int index) {
 }
 
 void TabStrip::selection_changed() {
-    ++selections_;
+    if (selected_index() == sought_) sought_ = -1;
     listener_.tab_selected();
 }
 
@@ -73,10 +74,13 @@ std::optional<LRESULT> TabStrip::handle(UINT message, WPARAM wparam, LPARAM lpar
 LRESULT TabStrip::press(UINT message, WPARAM wparam, LPARAM lparam) {
     // Looked up first: the rows of a strip in several rows change places with the selection.
     const int index = tab_at({GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)});
-    const unsigned selections = selections_;
+    const int outer = std::exchange(sought_, index == selected_index() ? -1 : index);
     const LRESULT answer = subclass_.pass_on(message, wparam, lparam);
-    // After a walk by arrow keys Wine reports a click, but leaves the selection where it was.
-    if (index >= 0 && index != selected_index() && selections == selections_) select(index);
+    // After a walk by arrow keys Wine reports a click, but leaves the selection where it was. Where the tab was
+    // selected, the user may have chosen the next one while it was filled.
+    const bool missed = sought_ >= 0;
+    sought_ = outer;
+    if (missed) select(index);
     listener_.strip_pressed();
     return answer;
 }
