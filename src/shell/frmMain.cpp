@@ -3,6 +3,7 @@
 
 #include "programs/current_user.h"
 #include "resource.h"
+#include "shell/window_place.h"
 #include "ui/control.h"
 #include "ui/input_box.h"
 #include "ui/link_label.h"
@@ -16,13 +17,15 @@ namespace {
 
 constexpr wchar_t kSettingsFile[] = L"\\setting.ini";
 
-constexpr UINT kFullRowSelectAndGridLines = LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES;  // 33
-constexpr UINT kDoubleBuffer = 0x00010000;  // no flicker while the border is dragged; Windows 2000 ignores it
-
 }  // namespace
 
 frmMain::frmMain(HINSTANCE instance)
-    : instance_(instance), activity_(*this), strip_(*this), pages_(os_, scan_options_, strSID_), panel_(controls_) {}
+    : instance_(instance),
+      activity_(*this),
+      strip_(*this),
+      pages_(os_, scan_options_, strSID_),
+      detail_(controls_),
+      panel_(controls_) {}
 
 frmMain::~frmMain() {
     if (window_) DestroyWindow(window_);
@@ -40,7 +43,7 @@ bool frmMain::open(std::wstring_view argument) {
     create_menus();
     create_window();
     if (!window_) return false;
-    keep_on_monitor();
+    KeepOnMonitor(window_);
     create_first_controls();
     Form_Load(argument);
     UpdateWindow(window_);
@@ -61,7 +64,7 @@ void frmMain::create_window() {
     description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
     description.lpszClassName = kMainClass;
     if (!RegisterClassExW(&description) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) return;
-    const Rectangle bounds = stored_bounds();
+    const Rectangle bounds = StoredBounds(settings_, dpi_);
     CreateWindowExW(0, kMainClass, ui::kProductName, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, bounds.left, bounds.top,
                     bounds.width, bounds.height, nullptr, menu_bar_, instance_, this);
 }
@@ -73,11 +76,13 @@ void frmMain::create_first_controls() {
     controls_.begin(window_, instance_, dpi_);
     controls_.create(CreationPhase::Frame, view);
     strip_.attach(control(Control::tb), os_);
+    focus_.begin(window_, control(Control::tb));
     arrange();
     controls_.create(CreationPhase::FirstView, view);
     attach_pages(CreationPhase::FirstView);
+    focus_.set_view(control(view));
     hide_views();
-    show_detail();
+    detail_.begin(RowOf(shown_tab_));
 }
 
 // The rest, before anything but the programs is asked for. COM neither: the list of programs without icons does
@@ -88,7 +93,7 @@ void frmMain::create_later_controls() {
     controls_.create(CreationPhase::Later, RowOf(shown_tab_).view);
     attach_pages(CreationPhase::Later);
     controls_.finish();
-    buffer_lists();
+    pages_.buffer(shown_page()->list());
     restore_column_widths(CreationPhase::Later);
     panel_.set_release_program(settings_.text(kMemoryReleaseKey));
     hide_views();
@@ -102,32 +107,11 @@ void frmMain::attach_pages(CreationPhase phase) {
     }
 }
 
-// The style of the first list goes to all of them.
-void frmMain::set_list_styles() const {
-    const HWND first = control(AllPageRows().front().list);
-    const LRESULT style = SendMessageW(first, LVM_GETEXTENDEDLISTVIEWSTYLE, 0, 0);
-    for (const PageRow& row : AllPageRows()) {
-        if (!control(row.list)) continue;
-        SendMessageW(control(row.list), LVM_SETEXTENDEDLISTVIEWSTYLE, 0,
-                     static_cast<LPARAM>(style) | static_cast<LPARAM>(kFullRowSelectAndGridLines));
-    }
-}
-
-// From now on nothing flickers; the first painting has nothing to flicker with, and is spared a picture of the list's
-// size. A list wants to be painted again with every change of its style, but it would look the same.
-void frmMain::buffer_lists() const {
-    const HWND painted = control(RowOf(shown_tab_).view);
-    UpdateWindow(painted);
-    SendMessageW(control(AllPageRows().front().list), LVM_SETEXTENDEDLISTVIEWSTYLE, kDoubleBuffer, kDoubleBuffer);
-    set_list_styles();
-    ValidateRect(painted, nullptr);
-}
-
 // ---- start and end ----------------------------------------------------------------------------------------------
 
 void frmMain::Form_Load(std::wstring_view argument) {
     strSID_ = programs::CurrentUserSid();
-    set_list_styles();
+    pages_.set_list_styles();
     load_view_options();
     procedure_.install(window_, *this);
     request_fill(pages_.programs());
@@ -138,13 +122,13 @@ void frmMain::Form_Load(std::wstring_view argument) {
     if (!face.empty()) controls_.use_face(face);
     if (argument.size() == 1 && argument[0] >= L'2' && argument[0] <= L'6') strip_.select(argument[0] - L'1');
     if (activity_.close_waits()) return;
-    focus_view();
+    focus_.to_view();
     tmrMem_Timer();
     SetTimer(window_, kMonitorTimer, tools::kTickInterval, nullptr);
     loaded_ = true;
     strip_.pointer_rests();
     arrange();
-    ShowWindow(window_, stored_show_command());
+    ShowWindow(window_, StoredShowCommand(settings_));
 }
 
 void frmMain::Form_Activate() {

@@ -5,6 +5,8 @@
 #include "programs/uninstall_scan.h"
 #include "shell/activity.h"
 #include "shell/control_set.h"
+#include "shell/detail_area.h"
+#include "shell/focus.h"
 #include "shell/information_panel.h"
 #include "shell/menus.h"
 #include "shell/mod_ini.h"
@@ -37,9 +39,6 @@ inline constexpr UINT_PTR kMonitorTimer = 1;
 inline constexpr UINT_PTR kActivateTimer = 2;
 inline constexpr UINT kActivateDelay = 20;  // milliseconds
 
-// The value labels of the detail area, in their order.
-inline constexpr Control kDetailValues[] = {Control::Label1_2, Control::Label1_3, Control::Label1_11};
-
 class frmMain final : public ui::PageHost,
                       private Activity::Runner,
                       private TabStrip::Listener,
@@ -67,8 +66,8 @@ public:
     void hourglass(bool shown) override;
 
     // ---- PageHost: frmMain_views.cpp
-    void show_details(std::span<const std::wstring> values) override;
-    void show_comment(std::wstring_view text) override;
+    void show_details(std::span<const std::wstring> values) override { detail_.show_values(values); }
+    void show_comment(std::wstring_view text) override { detail_.show_comment(text); }
     void show_count(const ui::Page& page) override;
     void show_tip(HWND control, std::wstring_view text) override { controls_.tips().set(control, text); }
     void selection_changed(ui::Page& page) override;
@@ -80,8 +79,6 @@ private:
     void create_first_controls();
     void create_later_controls();
     void attach_pages(CreationPhase phase);
-    void set_list_styles() const;
-    void buffer_lists() const;
     void Form_Load(std::wstring_view argument);
     void Form_Activate();
     bool Form_QueryUnload();
@@ -99,9 +96,6 @@ private:
     void tb_Click();
     void hide_views();
     void show_views();
-    void show_detail();
-    void clear_details();
-    void set_detail_value(Control label, std::wstring_view text);
     void fill_page(ui::Page& page);
     void fill_shown();
     void refresh_shown();
@@ -138,16 +132,12 @@ private:
     void dispatch(const MSG& message);
     void dispatch_pending();
 
-    // ---- keys and focus: frmMain_keys.cpp
+    // ---- keys: frmMain_keys.cpp
     bool translate(const MSG& message);  // true for a message that is thereby done
     bool translate_key(const MSG& message);
     bool translate_key_up(const MSG& message);
     bool translate_mnemonic(const MSG& message);
     bool press_enter(HWND focus, bool held);
-    void walk_focus(bool back);
-    void focus_view();
-    void give_focus_on();
-    void keep_focus();
 
     // ---- menus: frmMain_menus.cpp
     void create_menus();
@@ -162,17 +152,12 @@ private:
     void mnuSetItem_Click(int index);
     void mnuHelpItem_Click(int index);
     void save_shown_list();
-    void show_version();
     void check_view_items();
     void tmrMem_Timer();
 
     // ---- settings: frmMain_settings.cpp
     void load_view_options();
     void save_view_options() const;
-    int stored_show_command() const;
-    Rectangle stored_bounds() const;
-    void keep_on_monitor() const;
-    void save_window() const;
     void restore_column_widths(CreationPhase phase) const;
     void save_column_widths() const;
     void save_everything() const;
@@ -198,11 +183,11 @@ private:
     TabStrip strip_;
     programs::ScanOptions scan_options_;
     Pages pages_;
+    DetailArea detail_;
     InformationPanel panel_;
     Tab shown_tab_ = Tab::Programs;
     std::vector<std::pair<ui::Page*, std::wstring>> dropped_;  // files that wait for what runs
-    bool focus_view_wanted_ = false;
-    HWND last_focus_ = nullptr;
+    Focus focus_;
     bool enter_pressed_in_cb_ = false;
 
     bool stripes_ = false;

@@ -62,7 +62,7 @@ void frmMain::hold_button(const ui::Page& page, int item) {
     for (int index = 0; index < kButtons; ++index) {
         if (page.item_of_button(index) == item) EnableWindow(control(Element(Control::cmdMenu_0, index)), FALSE);
     }
-    if (!IsWindowEnabled(GetFocus())) focus_view();
+    if (!IsWindowEnabled(GetFocus())) focus_.to_view();
 }
 
 void frmMain::enable_buttons() {
@@ -93,8 +93,7 @@ void frmMain::drop_waiting_files() {
 
 // The right button or the context-menu key. Nothing for what no list claims: that is Windows'.
 std::optional<LRESULT> frmMain::context_menu(HWND which, POINT screen) {
-    const ControlRow* row = controls_.row_of(which);
-    ui::Page* const page = row ? pages_.of(row->control) : nullptr;
+    ui::Page* const page = pages_.of_window(which);
     if (!page) return {};
     if (activity_.running() || !page->prepare_menu(screen)) return 0;
     const HMENU menu = popups_[static_cast<std::size_t>(pages_.index_of(*page))].get();

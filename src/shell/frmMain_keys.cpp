@@ -1,4 +1,4 @@
-// The keys that the window itself takes, and where the focus goes.
+// The keys that the window itself takes.
 #include "shell/frmMain.h"
 
 #include "ui/control.h"
@@ -42,10 +42,10 @@ bool frmMain::translate_key(const MSG& message) {
         case VK_TAB: {
             const bool back = IsKeyDown(VK_SHIFT);
             if (control_key) {
-                focus_view_wanted_ = true;
+                focus_.want_view();
                 strip_.step(back ? -1 : +1);
             } else {
-                walk_focus(back);
+                focus_.walk(back);
             }
             return true;
         }
@@ -57,7 +57,7 @@ bool frmMain::translate_key(const MSG& message) {
         case VK_PRIOR:
         case VK_NEXT:
             if (!control_key || IsKeyDown(VK_MENU)) return false;
-            focus_view_wanted_ = true;
+            focus_.want_view();
             strip_.step(message.wParam == VK_PRIOR ? -1 : +1);
             return true;
         default:
@@ -84,17 +84,6 @@ bool frmMain::translate_key_up(const MSG& message) {
     return true;
 }
 
-void frmMain::walk_focus(bool back) {
-    HWND present = GetFocus();
-    while (present && GetParent(present) != window_)
-        present = GetParent(present);  // out of the box in cb
-    const HWND next = GetNextDlgTabItem(window_, present, back);
-    if (!next) return;
-    SendMessageW(window_, WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEFOCUS), 0);
-    SetFocus(next);
-    if (next == control(Control::txtMemPath)) SendMessageW(next, EM_SETSEL, 0, -1);
-}
-
 // Alt with a button's letter, as far as the menu bar does not use it.
 bool frmMain::translate_mnemonic(const MSG& message) {
     const auto letter =
@@ -109,31 +98,6 @@ bool frmMain::translate_mnemonic(const MSG& message) {
         return true;
     }
     return false;
-}
-
-// What the tab shows; the strip where that could not be filled and is hidden.
-void frmMain::focus_view() {
-    const HWND view = control(RowOf(shown_tab_).view);
-    last_focus_ = ui::IsShown(view) ? view : control(Control::tb);
-    if (GetActiveWindow() == window_) SetFocus(last_focus_);
-}
-
-// The frame itself has got the focus, where keys would go nowhere.
-void frmMain::give_focus_on() {
-    if (last_focus_ && ui::IsShown(last_focus_) && IsWindowEnabled(last_focus_)) {
-        SetFocus(last_focus_);
-    } else {
-        focus_view();
-        // A list that is hidden until it is filled takes the focus then.
-        if (activity_.running()) focus_view_wanted_ = true;
-    }
-}
-
-// A control that has just been hidden must not keep the focus: keys would go nowhere.
-void frmMain::keep_focus() {
-    const HWND focus = GetFocus();
-    const bool lost = !focus || (IsChild(window_, focus) && !IsWindowVisible(focus));
-    if (lost) focus_view();
 }
 
 }  // namespace shell

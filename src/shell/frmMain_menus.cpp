@@ -1,20 +1,15 @@
 // The menus of the bar and what their items do.
 #include "shell/frmMain.h"
 
-#include "shell/about.h"
 #include "shell/csv_export.h"
+#include "shell/help.h"
 #include "tools/cleanup.h"
 #include "tools/shell_repairs.h"
 #include "ui/control.h"
 #include "ui/modDialog.h"
-#include "version.h"
-#include "win/open_with_shell.h"
 
 namespace shell {
 namespace {
-
-constexpr wchar_t kReadMeFile[] = L"\\ReadMe.txt";
-constexpr wchar_t kUpdateFile[] = L"\\Update.exe";
 
 constexpr wchar_t kSaveTitle[] = L"名前を付けて保存";
 constexpr ui::FileFilter kCsvFilter = {L"CSV ファイル(*.csv)", L"*.csv"};
@@ -127,36 +122,9 @@ void frmMain::mnuSetItem_Click(int index) {
     tools::RunRepair(index, caption, *this);
 }
 
-// ---- help -------------------------------------------------------------------------------------------------------
-
 void frmMain::mnuHelpItem_Click(int index) {
-    if (activity_.running()) return;
-    const auto open_if_there = [this](const std::wstring& file) {
-        if (PathFileExistsW(file.c_str())) win::OpenWithShell(window_, file, L"", L"");
-    };
-    switch (index) {
-        case HelpItem::ReadMe:
-            open_if_there(application_folder_ + kReadMeFile);
-            break;
-        case HelpItem::HomePage:
-            win::OpenWithShell(window_, kHomePage, L"", win::kNoFolder);
-            break;
-        case HelpItem::Version:
-            show_version();
-            break;
-        case HelpItem::Update:
-            open_if_there(application_folder_ + kUpdateFile);
-            break;
-        default:
-            break;
-    }
-}
-
-void frmMain::show_version() {
     const Activity::Exclusive alone(activity_);
-    if (!alone) return;
-    const std::wstring text = std::wstring(ui::kProductName) + L" Ver" + kVersion + L"\r\n" + kAuthor;
-    ui::Inform(window_, text, ui::kProductName);
+    if (alone) RunHelpItem(index, window_, application_folder_);
 }
 
 // ---- view -------------------------------------------------------------------------------------------------------

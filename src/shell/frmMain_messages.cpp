@@ -2,18 +2,12 @@
 #include "shell/frmMain.h"
 
 #include "programs/detail_link.h"
+#include "shell/stripes.h"
 #include "ui/control.h"
 
 #include <windowsx.h>
 
 namespace shell {
-namespace {
-
-constexpr COLORREF kEvenRow = RGB(255, 255, 255);
-constexpr COLORREF kOddRow = RGB(240, 240, 255);
-
-}  // namespace
-
 // ---- procedures -------------------------------------------------------------------------------------------------
 
 LRESULT CALLBACK frmMain::DesignedProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
@@ -68,10 +62,10 @@ LRESULT frmMain::message(UINT message, WPARAM wparam, LPARAM lparam) {
             return 0;
         case WM_ACTIVATE:
             strip_.pointer_rests();
-            if (LOWORD(wparam) == WA_INACTIVE && IsChild(window_, GetFocus())) last_focus_ = GetFocus();
+            if (LOWORD(wparam) == WA_INACTIVE) focus_.window_left();
             break;
         case WM_SETFOCUS:
-            give_focus_on();
+            focus_.window_entered(activity_.running());
             return 0;
         case kCatchUpMessage:
             if (ui::Page* page = shown_page(); page && !activity_.running()) page->catch_up();
@@ -125,8 +119,7 @@ LRESULT frmMain::notify(NMHDR& header) {
         if (header.code == static_cast<UINT>(TCN_SELCHANGE)) strip_.selection_changed();
         return 0;
     }
-    const ControlRow* row = controls_.row_of(header.hwndFrom);
-    ui::Page* const page = row ? pages_.of(row->control) : nullptr;
+    ui::Page* const page = pages_.of_window(header.hwndFrom);
     return page ? list_notify(*page, header) : 0;
 }
 
@@ -159,17 +152,10 @@ LRESULT frmMain::list_notify(ui::Page& page, NMHDR& header) {
     return 0;
 }
 
-// The colour of every other row, while stripes are switched on.
+// Only while stripes are switched on, and only of a list.
 std::optional<LRESULT> frmMain::stripe(NMHDR& header) const {
-    if (!stripes_ || header.code != static_cast<UINT>(NM_CUSTOMDRAW)) return {};
-    const ControlRow* row = controls_.row_of(header.hwndFrom);
-    if (!row || row->kind != ControlKind::ListView) return {};
-    auto& draw = reinterpret_cast<NMLVCUSTOMDRAW&>(header);
-    if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
-    if (draw.nmcd.dwDrawStage == CDDS_ITEMPREPAINT) {
-        draw.clrTextBk = draw.nmcd.dwItemSpec % 2 == 0 ? kEvenRow : kOddRow;
-    }
-    return {};
+    if (!stripes_ || header.code != static_cast<UINT>(NM_CUSTOMDRAW) || !pages_.of_window(header.hwndFrom)) return {};
+    return DrawStripes(reinterpret_cast<NMLVCUSTOMDRAW&>(header));
 }
 
 void frmMain::command(int id, int code) {

@@ -1,9 +1,7 @@
 // Which view is shown, what fills it, and the texts around it.
 #include "shell/frmMain.h"
 
-#include "programs/detail_link.h"
 #include "ui/control.h"
-#include "ui/link_label.h"
 #include "win/text.h"
 
 #include <algorithm>
@@ -13,25 +11,6 @@ namespace shell {
 namespace {
 
 constexpr wchar_t kCountUnit[] = L" 個の項目";
-
-constexpr Control kDetailCaptions[] = {Control::Label1_0, Control::Label1_1, Control::Label1_6};
-
-// Whether a control of the detail area is there on a tab.
-bool IsInDetail(Control which, const TabRow& row) {
-    switch (which) {
-        case Control::Label1_0:
-        case Control::Label1_6:
-            return row.detail != DetailKind::None;
-        case Control::txtComment:
-            return row.detail == DetailKind::Comment;
-        case Control::cmdMenu_0:
-            return row.buttons > 0;
-        case Control::cmdMenu_1:
-            return row.buttons > 1;
-        default:
-            return row.detail == DetailKind::Values;
-    }
-}
 
 }  // namespace
 
@@ -64,26 +43,25 @@ void frmMain::settled() {
     if (closed_ || !window_) return;
     if (ui::Page* page = shown_page()) page->catch_up();
     enable_buttons();
-    if (std::exchange(focus_view_wanted_, false)) focus_view();
+    focus_.give_wanted();
     drop_waiting_files();
 }
 
 void frmMain::tb_Click() {
     // A list that is hidden until it is filled loses the focus, and takes it back.
-    if (GetFocus() == control(RowOf(shown_tab_).view)) focus_view_wanted_ = true;
+    if (GetFocus() == control(RowOf(shown_tab_).view)) focus_.want_view();
     if (ui::Page* left = shown_page()) left->leave();
     shown_tab_ = strip_.selected();
+    focus_.set_view(control(RowOf(shown_tab_).view));
     hide_views();
-    show_detail();
+    detail_.begin(RowOf(shown_tab_));
+    detail_.name_buttons(RowOf(shown_tab_));
     enable_buttons();
     arrange();
     show_views();
     fill_shown();
-    if (std::exchange(focus_view_wanted_, false)) {
-        focus_view();
-    } else {
-        keep_focus();
-    }
+    focus_.give_wanted();
+    focus_.leave_hidden();
 }
 
 void frmMain::fill_shown() {
@@ -99,7 +77,7 @@ void frmMain::fill_page(ui::Page& page) {
     ui::Page* const twin = page.filled_with();
     ui::Page* const shown = shown_page();
     const bool in_view = shown && (shown == &page || shown == twin);
-    if (in_view) clear_details();
+    if (in_view) detail_.clear();
     page.begin_fill();
     if (twin) twin->begin_fill();
     page.fill();
@@ -129,7 +107,8 @@ void frmMain::hide_views() {
     const TabRow& row = RowOf(shown_tab_);
     const ui::Page* const page = shown_page();
     for (const ControlRow& each : AllControls()) {
-        const bool stays = each.area == Area::Window || (each.area == Area::Detail && IsInDetail(each.control, row)) ||
+        const bool stays = each.area == Area::Window ||
+                           (each.area == Area::Detail && DetailArea::has(each.control, row)) ||
                            (each.area == Area::Information && !page) ||
                            (each.control == row.view && !(page && page->appears_when_filled()));
         if (!stays && control(each.control)) ui::Show(control(each.control), false);
@@ -140,29 +119,11 @@ void frmMain::show_views() {
     const TabRow& row = RowOf(shown_tab_);
     const ui::Page* const page = shown_page();
     for (const ControlRow& each : AllControls()) {
-        const bool shown = (each.area == Area::Detail && IsInDetail(each.control, row)) ||
+        const bool shown = (each.area == Area::Detail && DetailArea::has(each.control, row)) ||
                            (each.area == Area::Information && !page) ||
                            (each.area == Area::List && each.control == row.view && !page->appears_when_filled());
         if (shown && control(each.control)) ui::Show(control(each.control), true);
     }
-}
-
-// The texts of the detail area, emptied and named for the tab.
-void frmMain::show_detail() {
-    const TabRow& row = RowOf(shown_tab_);
-    for (std::size_t i = 0; i < std::size(kDetailCaptions); ++i) {
-        ui::SetText(control(kDetailCaptions[i]), row.captions[i]);
-    }
-    clear_details();
-    if (row.delete_tip) show_tip(control(Control::cmdMenu_0), row.delete_tip);
-    if (!apartment_) return;  // the designed caption stands until the first tab click
-    ui::SetText(control(Control::cmdMenu_1), row.second_button.caption);
-    show_tip(control(Control::cmdMenu_1), row.second_button.tip);
-}
-
-void frmMain::clear_details() {
-    show_details({});
-    show_comment({});
 }
 
 void frmMain::arrange() {
@@ -176,25 +137,6 @@ void frmMain::arrange() {
 }
 
 // ---- PageHost ---------------------------------------------------------------------------------------------------
-
-void frmMain::show_details(std::span<const std::wstring> values) {
-    for (std::size_t i = 0; i < std::size(kDetailValues); ++i) {
-        set_detail_value(kDetailValues[i], i < values.size() ? std::wstring_view(values[i]) : std::wstring_view());
-    }
-}
-
-void frmMain::set_detail_value(Control label, std::wstring_view text) {
-    ui::SetText(control(label), text);
-    show_tip(control(label), text);
-    ui::SetLink(control(label), programs::LooksLikeLink(text));
-}
-
-void frmMain::show_comment(std::wstring_view text) {
-    const HWND comment = control(Control::txtComment);
-    if (!comment) return;
-    ui::SetText(comment, text);
-    ui::FitScrollBar(comment);
-}
 
 void frmMain::show_count(const ui::Page& page) {
     if (&page == shown_page() && RowOf(shown_tab_).counts) set_status(win::ToText(page.list().count()) + kCountUnit);
@@ -221,9 +163,9 @@ void frmMain::tab_selected() { activity_.request({Activity::Request::TabClick});
 
 void frmMain::strip_pressed() {
     if (activity_.running()) {
-        focus_view_wanted_ = true;
+        focus_.want_view();
     } else {
-        focus_view();
+        focus_.to_view();
     }
 }
 

@@ -18,6 +18,9 @@ constexpr PageRow kPages[] = {
     {Control::lvRestore},
 };
 
+constexpr UINT kFullRowSelectAndGridLines = LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES;  // 33
+constexpr UINT kDoubleBuffer = 0x00010000;  // no flicker while the border is dragged; Windows 2000 ignores it
+
 constexpr bool InOrder() {
     for (std::size_t i = 0; i < std::size(kPages); ++i) {
         if (kPages[i].list != Element(Control::ListView1_0, static_cast<int>(i))) return false;
@@ -35,6 +38,29 @@ Pages::Pages(const win::OsVersion& os, const programs::ScanOptions& scan_options
                                                                           &startup_,  &services_, &processes_,
                                                                           &restore_} {
     static_assert(std::size(kPages) == kCount && kCount <= Activity::kPages, "a page for each row");
+}
+
+// The style of the first list goes to all of them.
+void Pages::set_list_styles() const {
+    const LRESULT first = SendMessageW(programs_.list().window(), LVM_GETEXTENDEDLISTVIEWSTYLE, 0, 0);
+    const LPARAM style = static_cast<LPARAM>(first) | static_cast<LPARAM>(kFullRowSelectAndGridLines);
+    for (const ui::Page* page : all_) {
+        if (page->list().window()) SendMessageW(page->list().window(), LVM_SETEXTENDEDLISTVIEWSTYLE, 0, style);
+    }
+}
+
+// Not from the start: the first painting has nothing to flicker with, and is spared a picture of the list's size. A
+// list wants to be painted again with every change of its style.
+void Pages::buffer(const ui::ListView& painted) const {
+    UpdateWindow(painted.window());
+    SendMessageW(programs_.list().window(), LVM_SETEXTENDEDLISTVIEWSTYLE, kDoubleBuffer, kDoubleBuffer);
+    set_list_styles();
+    ValidateRect(painted.window(), nullptr);
+}
+
+ui::Page* Pages::of_window(HWND window) const {
+    const auto it = std::ranges::find_if(all_, [=](const ui::Page* page) { return page->list().window() == window; });
+    return window && it != all_.end() ? *it : nullptr;
 }
 
 ui::Page* Pages::of(Control list) const {

@@ -42,7 +42,13 @@ public:
     static constexpr int kCount = 7;
     std::span<ui::Page* const> all() const { return all_; }
     ui::Page& at(int index) const { return *all_[static_cast<std::size_t>(index)]; }
-    ui::Page* of(Control list) const;  // null for a control that is no page's list
+    // Full rows and grid lines for every list that is made.
+    void set_list_styles() const;
+    // Lists are drawn in memory from now on. `painted` is the one in view, which looks the same.
+    void buffer(const ui::ListView& painted) const;
+
+    ui::Page* of_window(HWND window) const;  // null for a window that is no list
+    ui::Page* of(Control list) const;        // null for a control that is no page's list
     int index_of(const ui::Page& page) const;
     static const PageRow& row(int index) { return AllPageRows()[static_cast<std::size_t>(index)]; }
 

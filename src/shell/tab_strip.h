@@ -61,7 +61,7 @@ private:
     HWND strip_ = nullptr;
     ui::Subclass subclass_;
     std::vector<Tab> tabs_;  // in the order of the strip
-    int sought_ = -1;  // the tab under a press, until it is selected
+    int sought_ = -1;        // the tab under a press, until it is selected
     int wheel_ = 0;
     POINT pointer_ = {-1, -1};  // on the screen, where it last moved or rested
     int width_ = -1;            // width and height as last measured
