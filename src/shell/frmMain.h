@@ -123,9 +123,9 @@ private:
     std::optional<LRESULT> handle(UINT message, WPARAM wparam, LPARAM lparam) override;
     LRESULT message(UINT message, WPARAM wparam, LPARAM lparam);
     std::optional<LRESULT> look_message(UINT message, WPARAM wparam, LPARAM lparam);  // fonts, colours, sizes
-    LRESULT notify(NMHDR& header);
-    LRESULT list_notify(ui::Page& page, NMHDR& header);
-    std::optional<LRESULT> stripe(NMHDR& header) const;
+    LRESULT notify(LPARAM lparam);
+    LRESULT list_notify(ui::Page& page, UINT code, LPARAM lparam);
+    std::optional<LRESULT> stripe(LPARAM lparam) const;
     void command(int id, int code);
     void control_command(Control which, int code);
     HBRUSH static_colours(HDC dc, HWND which) const;

@@ -24,7 +24,7 @@ LRESULT CALLBACK frmMain::DesignedProcedure(HWND window, UINT message, WPARAM wp
 std::optional<LRESULT> frmMain::handle(UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
         case WM_NOTIFY:
-            return stripe(*reinterpret_cast<NMHDR*>(lparam));
+            return stripe(lparam);
         case WM_MOUSEWHEEL:
             mouse_wheel(GET_WHEEL_DELTA_WPARAM(wparam));
             return 0;
@@ -44,7 +44,7 @@ LRESULT frmMain::message(UINT message, WPARAM wparam, LPARAM lparam) {
             command(LOWORD(wparam), HIWORD(wparam));
             return 0;
         case WM_NOTIFY:
-            return notify(*reinterpret_cast<NMHDR*>(lparam));
+            return notify(lparam);
         case WM_CONTEXTMENU: {
             const POINT screen = {GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)};
             if (const auto answer = context_menu(reinterpret_cast<HWND>(wparam), screen)) return *answer;
@@ -114,34 +114,35 @@ std::optional<LRESULT> frmMain::look_message(UINT message, WPARAM wparam, LPARAM
 
 // ---- notifications ----------------------------------------------------------------------------------------------
 
-LRESULT frmMain::notify(NMHDR& header) {
+LRESULT frmMain::notify(LPARAM lparam) {
+    const NMHDR header = ui::NotificationOf(lparam);
     if (header.hwndFrom == control(Control::tb)) {
         if (header.code == static_cast<UINT>(TCN_SELCHANGE)) strip_.selection_changed();
         return 0;
     }
     ui::Page* const page = pages_.of_window(header.hwndFrom);
-    return page ? list_notify(*page, header) : 0;
+    return page ? list_notify(*page, header.code, lparam) : 0;
 }
 
-LRESULT frmMain::list_notify(ui::Page& page, NMHDR& header) {
-    const auto& item = reinterpret_cast<const NMLISTVIEW&>(header);
-    if (header.code == static_cast<UINT>(LVN_ITEMCHANGED)) {
-        const bool selection = (item.uChanged & LVIF_STATE) && ((item.uNewState ^ item.uOldState) & LVIS_SELECTED);
+LRESULT frmMain::list_notify(ui::Page& page, UINT code, LPARAM lparam) {
+    const auto* item = reinterpret_cast<const NMLISTVIEW*>(lparam);
+    if (code == static_cast<UINT>(LVN_ITEMCHANGED)) {
+        const bool selection = (item->uChanged & LVIF_STATE) && ((item->uNewState ^ item->uOldState) & LVIS_SELECTED);
         if (selection) page.selection_changed();
         return 0;
     }
     // While a list is filled it takes no keys, no double clicks and no header clicks, and what else runs may count on
     // its order.
     if (activity_.running()) return 0;
-    switch (header.code) {
+    switch (code) {
         case static_cast<UINT>(LVN_COLUMNCLICK):
-            page.column_clicked(item.iSubItem);
+            page.column_clicked(item->iSubItem);
             break;
         case static_cast<UINT>(LVN_ITEMACTIVATE):
             page.activate();
             break;
         case static_cast<UINT>(LVN_KEYDOWN): {
-            const WORD key = reinterpret_cast<const NMLVKEYDOWN&>(header).wVKey;
+            const WORD key = reinterpret_cast<const NMLVKEYDOWN*>(lparam)->wVKey;
             const int command = page.item_of_key(key, GetKeyState(VK_CONTROL) < 0, GetKeyState(VK_SHIFT) < 0);
             if (&page == shown_page() && command != ui::Page::kNoItem) run_item(page, command);
             break;
@@ -153,9 +154,10 @@ LRESULT frmMain::list_notify(ui::Page& page, NMHDR& header) {
 }
 
 // Only while stripes are switched on, and only of a list.
-std::optional<LRESULT> frmMain::stripe(NMHDR& header) const {
+std::optional<LRESULT> frmMain::stripe(LPARAM lparam) const {
+    const NMHDR header = ui::NotificationOf(lparam);
     if (!stripes_ || header.code != static_cast<UINT>(NM_CUSTOMDRAW) || !pages_.of_window(header.hwndFrom)) return {};
-    return DrawStripes(reinterpret_cast<NMLVCUSTOMDRAW&>(header));
+    return DrawStripes(*reinterpret_cast<NMLVCUSTOMDRAW*>(lparam));
 }
 
 void frmMain::command(int id, int code) {

@@ -50,7 +50,8 @@ void frmMain::settled() {
 void frmMain::tb_Click() {
     // A list that is hidden until it is filled loses the focus, and takes it back.
     if (GetFocus() == control(RowOf(shown_tab_).view)) focus_.want_view();
-    if (ui::Page* left = shown_page()) left->leave();
+    for (ui::Page* page : pages_.all())
+        page->leave();
     shown_tab_ = strip_.selected();
     focus_.set_view(control(RowOf(shown_tab_).view));
     hide_views();

@@ -1,5 +1,7 @@
 #include "ui/control.h"
 
+#include <cstring>
+
 namespace ui {
 
 std::wstring TextOf(HWND control) {
@@ -12,6 +14,12 @@ std::wstring TextOf(HWND control) {
 
 void SetText(HWND control, std::wstring_view text) {
     if (TextOf(control) != text) SetWindowTextW(control, std::wstring(text).c_str());
+}
+
+NMHDR NotificationOf(LPARAM lparam) {
+    NMHDR header = {};
+    std::memcpy(&header, reinterpret_cast<const void*>(lparam), sizeof header);
+    return header;
 }
 
 win::Font CreateMessageFont() {

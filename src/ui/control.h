@@ -15,6 +15,9 @@ std::wstring TextOf(HWND control);
 // Sets the text only when it is another one, so that nothing flickers.
 void SetText(HWND control, std::wstring_view text);
 
+// The head of a WM_NOTIFY message. A copy, since a list's message of a key is packed and may stand at any address.
+NMHDR NotificationOf(LPARAM lparam);
+
 // The font of the system's message boxes, made anew.
 win::Font CreateMessageFont();
 

@@ -1,6 +1,7 @@
 #include "ui/page.h"
 
 #include "ui/clipboard.h"
+#include "ui/control.h"
 #include "ui/drop_files.h"
 
 #include <windowsx.h>
@@ -72,7 +73,7 @@ std::optional<LRESULT> Page::handle(UINT message, WPARAM wparam, LPARAM lparam) 
             host_->file_dropped(*this, TakeFirstDroppedFile(wparam));
             return 0;
         case WM_NOTIFY:
-            if (blocks_column(*reinterpret_cast<const NMHEADERW*>(lparam))) return TRUE;
+            if (blocks_column(lparam)) return TRUE;
             break;
         default:
             break;
@@ -80,8 +81,8 @@ std::optional<LRESULT> Page::handle(UINT message, WPARAM wparam, LPARAM lparam) 
     return {};
 }
 
-// The control selects by itself, but may scroll a row that is only partly in view: the button's release, and the menu
-// that it brings, would then hit the next one.
+// The control selects by itself, but scrolls a row that is only partly in view: the button's release, and the menu that
+// it brings, would then hit the next one.
 std::optional<LRESULT> Page::mouse_button(UINT message, WPARAM wparam, LPARAM lparam) {
     pressed_for_menu_ = false;
     // The rows are not those that the user sees.
@@ -89,26 +90,29 @@ std::optional<LRESULT> Page::mouse_button(UINT message, WPARAM wparam, LPARAM lp
         SetFocus(list_.window());
         return 0;
     }
-    const int top = list_.top_row();
     const POINT client = {GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)};
     press(client);
     pressing_ = true;
     pressed_for_menu_ = message == WM_RBUTTONDOWN;
     const LRESULT answer = subclass_.pass_on(message, wparam, lparam);
     pressing_ = false;
-    list_.scroll_to(top);
+    list_.scroll_to(top_row_);
     return answer;
 }
 
 void Page::press(POINT client) {
     const auto hit = list_.hit_test(client);
     pressing_ = true;
+    top_row_ = list_.top_row();
     pressed_cell_ = hit.row < 0 ? std::wstring() : list_.cell(hit.row, hit.column);
     set_pointed_cell(pressed_cell_, every_cell_has_a_tip());
     pointer_ = client;
     mouse_down(hit.row);
     show_waits_ = true;
-    if (list_.selected() != hit.row) list_.select(hit.row);
+    if (list_.selected() != hit.row) {
+        list_.select(hit.row);
+        list_.scroll_to(top_row_);
+    }
     pressing_ = false;
     if (show_waits_) host_->selection_changed(*this);
 }
@@ -158,6 +162,7 @@ bool Page::prepare_menu(POINT& screen) {
     if (client.y < list_.header_height()) return false;
     // The row that was pressed counts, wherever the button was released.
     if (!std::exchange(pressed_for_menu_, false)) press(client);
+    list_.scroll_to(top_row_);
     return true;
 }
 
@@ -201,9 +206,10 @@ void Page::sort_again() const {
 }
 
 // A closed column stays closed, however its border is pulled.
-bool Page::blocks_column(const NMHEADERW& change) const {
+bool Page::blocks_column(LPARAM lparam) const {
     if (closed_column() < 0) return false;
-    switch (change.hdr.code) {
+    const auto& change = *reinterpret_cast<const NMHEADERW*>(lparam);
+    switch (NotificationOf(lparam).code) {
         case static_cast<UINT>(HDN_BEGINTRACKA):
         case static_cast<UINT>(HDN_BEGINTRACKW):
         case static_cast<UINT>(HDN_DIVIDERDBLCLICKA):

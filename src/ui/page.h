@@ -141,7 +141,7 @@ private:
     void forget_cells();
     void sort_again() const;
     POINT menu_corner() const;
-    bool blocks_column(const NMHEADERW& change) const;
+    bool blocks_column(LPARAM lparam) const;  // WM_NOTIFY of the header
 
     std::span<const Column> columns_;
     ListView list_;
@@ -152,6 +152,7 @@ private:
     std::wstring pointed_cell_;
     std::wstring tip_;
     POINT pointer_ = {-1, -1};  // where it last moved
+    int top_row_ = 0;  // at the last press
     bool pressing_ = false;
     bool pressed_for_menu_ = false;
     bool filling_ = false;
