@@ -128,14 +128,13 @@ public:
         log_.clear();
         CAPTURE(log_);
         const std::size_t action = source_.below(9);
-        // A message box wants the wheel for itself.
-        const std::size_t kinds = action == 3 ? 3 : 4;
         for (std::size_t count = source_.below(4); count > 0; --count)
-            post_something(kinds);
+            post_something();
         note("then " + std::to_string(action));
         switch (action) {
             case 0:
                 command(MenuArray::mnuFileItem, FileItem::Refresh);
+                forget();
                 break;
             case 1:
                 command(source_.pick(kPopups), 99);
@@ -144,8 +143,7 @@ public:
                 command(MenuArray::mnuViewItem, source_.once_in(2) ? ViewItem::Icons : ViewItem::SystemComponents);
                 break;
             case 3:
-                // A question: what arrives while it is open waits.
-                command(MenuArray::mnuStartItem, startup::StartItem::Delete);
+                ask();
                 break;
             case 4:
                 press(source_.once_in(2), false);
@@ -160,6 +158,7 @@ public:
                 click_header();
                 break;
             default:
+                press_during_work();
                 break;
         }
         settle();
@@ -168,9 +167,9 @@ public:
 
     // A close in the middle of whatever the last step leaves.
     void close() {
-        post_something(4);
+        post_something();
         PostMessageW(form(), WM_CLOSE, 0, 0);
-        post_something(4);
+        post_something();
         const HWND closed = form();
         SendMessageW(closed, WM_COMMAND, static_cast<WPARAM>(CommandId(MenuArray::mnuPopItem, 99)), 0);
         window_.form->pump();
@@ -196,8 +195,8 @@ private:
     }
     void note(const std::string& text) { log_ += text + "; "; }
 
-    void post_something(std::size_t kinds) {
-        switch (source_.below(kinds)) {
+    void post_something() {
+        switch (source_.below(4)) {
             case 0: {
                 const int tab = static_cast<int>(source_.below(kTabs));
                 window_.post_click(tab);
@@ -264,13 +263,50 @@ private:
         CHECK(rows.cell(rows.selected(), 0) == name);
         CHECK(rows.top_row() == top);
         if (copies) CHECK(Clipboard() == cell);
-        if (hit.row < 0) emptied_ = true;
+    }
+
+    // A refill leaves no cell to copy.
+    void forget() {
+        settle();
+        if (view().popup == MenuArray::mnuFileItem) return;
+        command(MenuArray::mnuFileItem, FileItem::Refresh);
+        settle();
+        ui::CopyText(nullptr, kSentinel);
+        command(view().popup, 1);
+        CHECK(Clipboard() == kSentinel);
+    }
+
+    // A row is pressed while another list is filled, and while a question is open.
+    void press_during_work() {
+        settle();
+        if (tab_ == kInformation) return;
+        const LPARAM point = point_in_list();
+        const auto hit = list().hit_test({LOWORD(point), HIWORD(point)});
+        post_press(list().window(), WM_LBUTTONDOWN, WM_LBUTTONUP, point, 0);
+        command(tab_ < 2 ? MenuArray::mnuStartItem : MenuArray::mnuPopItem, 99);
+        settle();
+        CHECK(list().selected() == hit.row);
+    }
+
+    void ask() {
+        settle();
+        window_.click(2);
+        choose_tab(2);
+        list().select(static_cast<int>(source_.below(kStartups)));
+        post_press(list().window(), WM_LBUTTONDOWN, WM_LBUTTONUP, point_in_list(), 0);
+        if (source_.once_in(2)) {
+            const int tab = static_cast<int>(source_.below(kTabs));
+            window_.post_click(tab);
+            choose_tab(tab);
+        }
+        command(MenuArray::mnuStartItem, startup::StartItem::Delete);
     }
 
     // The arrow keys leave no cell to copy but the name, and no tip.
     void select_by_key() {
         settle();
         if (tab_ == kInformation || list().count() == 0) return;
+        press(true, false);
         const int before = list().selected();
         SendMessageW(list().window(), WM_KEYDOWN, source_.once_in(2) ? VK_DOWN : VK_HOME, 0);
         settle();
@@ -334,7 +370,8 @@ private:
                 CHECK(value.empty());
             CHECK(window_.text(Control::txtComment).empty());
             const std::wstring status = window_.status();
-            CHECK((status == count || (emptied_ && status.empty())));
+            // Empty space of these two lists empties the status bar.
+            CHECK((status == count || ((tab_ == 2 || tab_ == 3) && status.empty())));
             return;
         }
         const std::wstring name = rows.cell(selected, 0);
@@ -378,7 +415,6 @@ private:
     UINT_PTR timer_;
     int tab_ = 0;
     int sorted_[kTabs] = {};
-    bool emptied_ = false;
 };
 
 }  // namespace
