@@ -47,6 +47,7 @@ bool frmMain::open(std::wstring_view argument) {
     os_ = win::QueryOsVersion();
     application_folder_ = win::ApplicationFolder();
     settings_ = Settings(application_folder_ + kSettingsFile);
+    backup_ = backup_option();
     create_menus();
     const Rectangle place = stored_place();
     CreateWindowExW(0, kMainClass, ui::kProductName, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, place.left, place.top,

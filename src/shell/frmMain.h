@@ -15,6 +15,7 @@
 #include "ui/host.h"
 #include "ui/list_view.h"
 #include "ui/tooltips.h"
+#include "win/backup_folder.h"
 #include "win/com_ptr.h"
 #include "win/handle.h"
 #include "win/os_version.h"
@@ -101,6 +102,7 @@ private:
     int stored_show_command() const;
     Rectangle stored_place() const;
     void save_window() const;
+    win::BackupFolder backup_option() const;
     void restore_column_widths(Moment moment) const;
     void save_column_widths() const;
     void read_font_option();
@@ -121,6 +123,7 @@ private:
     void set_detail_value(Control label, std::wstring_view text, bool is_link);
     void fill(Tab tab);
     void refresh_shown();
+    void refresh_after_deletion(Activity::Request request);
     void list_filled(Control which);
     int tab_at(POINT client) const;
     void tb_MouseMove(POINT client);
@@ -251,6 +254,7 @@ private:
     std::wstring application_folder_;
     std::wstring strSID_;  // the current user's security identifier
     Settings settings_;
+    win::BackupFolder backup_;
     Activity activity_;
     StatusLine status_;
 

@@ -94,9 +94,9 @@ void frmMain::forced_uninstall() {
     {
         const Activity::Command command(activity_);
         const Activity::Busy busy(activity_);
-        tried = programs::ForcedUninstall(*row, strSID_, *this);
+        tried = programs::ForcedUninstall(*row, strSID_, backup_, *this);
     }
-    if (tried) activity_.request(Activity::Request::Rescan);
+    if (tried) refresh_after_deletion(Activity::Request::Rescan);
 }
 
 // ---- restore points ---------------------------------------------------------------------------------------------

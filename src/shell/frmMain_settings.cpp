@@ -97,6 +97,10 @@ void frmMain::save_window() const {
     settings_.write(kWidthKey, TwipsFromPixels(place.right - place.left, dpi_));
 }
 
+win::BackupFolder frmMain::backup_option() const {
+    return settings_.text(kBackupKey) == L"0" ? win::BackupFolder() : win::BackupFolder(application_folder_);
+}
+
 void frmMain::restore_column_widths(Moment moment) const {
     for (const StoredColumns& stored : kStoredColumns) {
         if (MomentOf(RowOf(stored.list)) != moment) continue;

@@ -78,9 +78,9 @@ void frmMain::delete_startup_entry() {
         const Activity::Command command(activity_);
         if (!command) return;
         const auto entry = startup::SelectedStartupEntry(list(Control::lvStartUp));
-        deleted = entry && startup::DeleteStartupEntry(*entry, *this);
+        deleted = entry && startup::DeleteStartupEntry(*entry, backup_, *this);
     }
-    if (deleted) activity_.request(Activity::Request::Startup);
+    if (deleted) refresh_after_deletion(Activity::Request::Startup);
 }
 
 void frmMain::files_dropped(WPARAM drop) {

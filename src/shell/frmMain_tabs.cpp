@@ -185,6 +185,13 @@ void frmMain::refresh_shown() {
     }
 }
 
+// The count of the refreshed list does not cover that there is no copy of what was deleted.
+void frmMain::refresh_after_deletion(Activity::Request request) {
+    const bool nothing_kept = status_text() == win::kNothingKept;
+    activity_.request(request);
+    if (nothing_kept) status(win::kNothingKept);
+}
+
 // The end of every fill: the list is sorted as before, and the count is written when the list is the one shown.
 void frmMain::list_filled(Control which) {
     sort_again(which);

@@ -35,7 +35,7 @@ void frmMain::mnuSetItem_Click(int index) {
     const Activity::Command command(activity_);
     if (!command) return;
     const std::wstring caption = ItemCaption(menu_bar_, MenuArray::mnuSetItem, tools::RepairItem::SendTo);
-    tools::mnuSetItem_Click(index, caption, *this);
+    tools::mnuSetItem_Click(index, caption, backup_, *this);
 }
 
 // ---- the memory panel -------------------------------------------------------------------------------------------
