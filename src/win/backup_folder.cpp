@@ -139,40 +139,87 @@ private:
     std::wstring waiting_;
 };
 
-// `write(sink)` gives the text behind the header. Leaves no file behind when it fails.
-template <class Write>
-bool WriteRegistration(const std::wstring& path, Write&& write) {
-    bool made = false;
-    {
-        TextFile file(path);
-        if (!file.is_open()) return false;
-        made = file.write(kRegistrationHeader) && write(file) && file.finish();
-    }
-    if (!made) Delete(path);
-    return made;
-}
+// What is kept. `write` makes a new file of it at `path`, and leaves none behind when it fails.
+class Original {
+public:
+    virtual bool write(const std::wstring& path) const = 0;
 
-// Times and attributes too; they are missing where the file system has none.
-bool CopyWhole(const std::wstring& source, const std::wstring& copy) {
-    // Copying reads the file, which may be its last access.
-    WIN32_FILE_ATTRIBUTE_DATA facts = {};
-    const bool known = GetFileAttributesExW(source.c_str(), GetFileExInfoStandard, &facts) != FALSE;
-    if (!CopyFileW(source.c_str(), copy.c_str(), TRUE)) {
-        if (GetLastError() != ERROR_FILE_EXISTS) Delete(copy);
-        return false;
-    }
-    if (!known) return true;
-    SetFileAttributesW(copy.c_str(), facts.dwFileAttributes);
-    const File file(CreateFileW(copy.c_str(), FILE_WRITE_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
-    if (file) SetFileTime(file.get(), &facts.ftCreationTime, &facts.ftLastAccessTime, &facts.ftLastWriteTime);
-    return true;
-}
+protected:
+    ~Original() = default;
+};
 
-bool KeepIn(const std::wstring& folder, std::wstring_view title, std::wstring_view extension, auto&& write) {
+class RegistryOriginal : public Original {
+public:
+    bool write(const std::wstring& path) const override {
+        bool made = false;
+        {
+            TextFile file(path);
+            if (!file.is_open()) return false;
+            made = file.write(kRegistrationHeader) && write_text(file) && file.finish();
+        }
+        if (!made) Delete(path);
+        return made;
+    }
+
+protected:
+    ~RegistryOriginal() = default;
+
+private:
+    virtual bool write_text(TextSink& sink) const = 0;  // behind the header
+};
+
+class KeyOriginal final : public RegistryOriginal {
+public:
+    explicit KeyOriginal(HKEY key) : key_(key) {}
+
+private:
+    bool write_text(TextSink& sink) const override { return ExportKey(key_, sink); }
+
+    HKEY key_;
+};
+
+class ValueOriginal final : public RegistryOriginal {
+public:
+    ValueOriginal(HKEY key, const std::wstring& name) : key_(key), name_(name) {}
+
+private:
+    bool write_text(TextSink& sink) const override { return ExportValue(key_, name_, sink); }
+
+    HKEY key_;
+    const std::wstring& name_;
+};
+
+class FileOriginal final : public Original {
+public:
+    explicit FileOriginal(const std::wstring& file) : file_(file) {}
+
+    // With times and attributes; they are missing where the file system has none.
+    bool write(const std::wstring& path) const override {
+        // Copying reads the file, which may be its last access.
+        WIN32_FILE_ATTRIBUTE_DATA facts = {};
+        const bool known = GetFileAttributesExW(file_.c_str(), GetFileExInfoStandard, &facts) != FALSE;
+        if (!CopyFileW(file_.c_str(), path.c_str(), TRUE)) {
+            if (GetLastError() != ERROR_FILE_EXISTS) Delete(path);
+            return false;
+        }
+        if (!known) return true;
+        SetFileAttributesW(path.c_str(), facts.dwFileAttributes);
+        const File copy(
+            CreateFileW(path.c_str(), FILE_WRITE_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
+        if (copy) SetFileTime(copy.get(), &facts.ftCreationTime, &facts.ftLastAccessTime, &facts.ftLastWriteTime);
+        return true;
+    }
+
+private:
+    const std::wstring& file_;
+};
+
+bool KeepIn(const std::wstring& folder, const Original& original, std::wstring_view title,
+            std::wstring_view extension) {
     if (!CreateDirectoryW(folder.c_str(), nullptr) && GetLastError() != ERROR_ALREADY_EXISTS) return false;
     const std::wstring path = FreePath(folder, title, extension);
     const std::wstring unfinished = path + kUnfinished;
-    if (path.empty() || !write(unfinished)) return false;
+    if (path.empty() || !original.write(unfinished)) return false;
     if (!MoveFileW(unfinished.c_str(), path.c_str())) {
         Delete(unfinished);
         return false;
@@ -181,28 +228,26 @@ bool KeepIn(const std::wstring& folder, std::wstring_view title, std::wstring_vi
     return true;
 }
 
+bool Keep(const std::wstring& application_folder, const Original& original, std::wstring_view title,
+          std::wstring_view extension) {
+    if (KeepIn(application_folder + kFolder, original, title, extension)) return true;
+    const std::wstring data = GetSpecialFolderPath(CSIDL_APPDATA);
+    if (data.empty()) return false;
+    CreateDirectoryW((data + kProgramFolder).c_str(), nullptr);
+    return KeepIn(data + kProgramFolder + kFolder, original, title, extension);
+}
+
 // Nothing goes where nothing is.
 bool IsGone(LONG error) { return error == ERROR_FILE_NOT_FOUND || error == ERROR_KEY_DELETED; }
 
 }  // namespace
-
-template <class Write>
-bool BackupFolder::keep(std::wstring_view title, std::wstring_view extension, Write&& write) const {
-    if (KeepIn(application_folder_ + kFolder, title, extension, write)) return true;
-    const std::wstring data = GetSpecialFolderPath(CSIDL_APPDATA);
-    if (data.empty()) return false;
-    CreateDirectoryW((data + kProgramFolder).c_str(), nullptr);
-    return KeepIn(data + kProgramFolder + kFolder, title, extension, write);
-}
 
 bool BackupFolder::keep_key(HKEY root, const std::wstring& key_path, std::wstring_view title) const {
     if (application_folder_.empty()) return true;
     RegKey key;
     const LONG error = RegOpenKeyExW(root, key_path.c_str(), 0, KEY_QUERY_VALUE | KEY_ENUMERATE_SUB_KEYS, key.put());
     if (error != ERROR_SUCCESS) return IsGone(error);
-    return keep(title, kRegistrationExtension, [&](const std::wstring& path) {
-        return WriteRegistration(path, [&](TextSink& sink) { return ExportKey(key.get(), sink); });
-    });
+    return Keep(application_folder_, KeyOriginal(key.get()), title, kRegistrationExtension);
 }
 
 bool BackupFolder::keep_value(HKEY root, const std::wstring& key_path, const std::wstring& name,
@@ -212,16 +257,14 @@ bool BackupFolder::keep_value(HKEY root, const std::wstring& key_path, const std
     LONG error = RegOpenKeyExW(root, key_path.c_str(), 0, KEY_QUERY_VALUE, key.put());
     if (error == ERROR_SUCCESS) error = RegQueryValueExW(key.get(), name.c_str(), nullptr, nullptr, nullptr, nullptr);
     if (error != ERROR_SUCCESS) return IsGone(error);
-    return keep(title, kRegistrationExtension, [&](const std::wstring& path) {
-        return WriteRegistration(path, [&](TextSink& sink) { return ExportValue(key.get(), name, sink); });
-    });
+    return Keep(application_folder_, ValueOriginal(key.get(), name), title, kRegistrationExtension);
 }
 
 bool BackupFolder::keep_file(const std::wstring& file) const {
     if (application_folder_.empty() || !IsFile(file)) return true;
     const std::wstring_view name = std::wstring_view(file).substr(file.rfind(L'\\') + 1);
     const std::size_t dot = std::min(name.rfind(L'.'), name.size());
-    return keep(name.substr(0, dot), name.substr(dot), [&](const std::wstring& copy) { return CopyWhole(file, copy); });
+    return Keep(application_folder_, FileOriginal(file), name.substr(0, dot), name.substr(dot));
 }
 
 }  // namespace win

@@ -7,6 +7,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace win {
 
@@ -28,9 +29,6 @@ public:
     bool keep_file(const std::wstring& file) const;
 
 private:
-    template <class Write>
-    bool keep(std::wstring_view title, std::wstring_view extension, Write&& write) const;
-
     std::wstring application_folder_;
 };
 
