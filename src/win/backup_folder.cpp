@@ -193,9 +193,8 @@ class FileOriginal final : public Original {
 public:
     explicit FileOriginal(const std::wstring& file) : file_(file) {}
 
-    // With times and attributes; they are missing where the file system has none.
     bool write(const std::wstring& path) const override {
-        // Copying reads the file, which may be its last access.
+        // CopyFileW takes the attributes along, but of the times only that of the last change; and it is an access.
         WIN32_FILE_ATTRIBUTE_DATA facts = {};
         const bool known = GetFileAttributesExW(file_.c_str(), GetFileExInfoStandard, &facts) != FALSE;
         if (!CopyFileW(file_.c_str(), path.c_str(), TRUE)) {
@@ -203,7 +202,6 @@ public:
             return false;
         }
         if (!known) return true;
-        SetFileAttributesW(path.c_str(), facts.dwFileAttributes);
         const File copy(
             CreateFileW(path.c_str(), FILE_WRITE_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
         if (copy) SetFileTime(copy.get(), &facts.ftCreationTime, &facts.ftLastAccessTime, &facts.ftLastWriteTime);
