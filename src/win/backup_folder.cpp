@@ -109,7 +109,7 @@ void RemoveOldest(const std::wstring& folder, std::wstring_view last) {
     std::sort(names.begin(), names.end());
     names.resize(names.size() - (kNewest - 1));
     for (const std::wstring& name : names)
-        Delete(folder + L"\\" + name);
+        Delete(std::wstring(folder).append(L"\\").append(name));
 }
 
 // A text file of UTF-16.

@@ -150,7 +150,7 @@ bool KeyReader::write_subkeys(HKEY key, const std::wstring& path, int level) {
                                              subkey.put()) != ERROR_SUCCESS) {
             continue;
         }
-        if (!write_key(subkey.get(), path + L"\\" + name, level + 1)) return false;
+        if (!write_key(subkey.get(), std::wstring(path).append(L"\\").append(name), level + 1)) return false;
     }
 }
 

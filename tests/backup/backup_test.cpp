@@ -121,10 +121,10 @@ bool IsSame(const hostile::Value& restored, const hostile::Value& kept) {
 
 void CheckSame(const Values& restored, const Values& kept) {
     REQUIRE(restored.size() == kept.size());
-    for (const auto& [name, value] : kept) {
-        CAPTURE(name);
-        REQUIRE(restored.contains(name));
-        REQUIRE(IsSame(restored.at(name), value));
+    for (const auto& each : kept) {
+        CAPTURE(each.first);
+        REQUIRE(restored.contains(each.first));
+        REQUIRE(IsSame(restored.at(each.first), each.second));
     }
 }
 
@@ -331,6 +331,7 @@ TEST_CASE("Without room or rights the deletion goes on, and the status bar says 
     const std::wstring file = startup_folder + L"\\見本.lnk";
     const std::wstring data = win::GetSpecialFolderPath(CSIDL_APPDATA) + L"\\Qorvenix";
     const std::wstring in_data = data + L"\\backup";
+    const std::wstring below_data = in_data + L"\\";
     const TestKey attachments(HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\Shell\\AttachmentExecute");
     using Texts = std::vector<std::wstring>;
     const auto delete_all = [&] {
@@ -364,7 +365,7 @@ TEST_CASE("Without room or rights the deletion goes on, and the status bar says 
     CHECK(delete_all() == Texts{L"完了"});
     CHECK(Names(in_data).size() == 3);
     for (const std::wstring& name : Names(in_data))
-        DeleteFileW((in_data + L"\\" + name).c_str());
+        DeleteFileW((below_data + name).c_str());
     RemoveDirectoryW(in_data.c_str());
     RemoveDirectoryW(data.c_str());
     MakeFile(data);
