@@ -4,6 +4,7 @@
 
 #include "../tests/support/test_host.h"
 #include "../tests/support/test_list.h"
+#include "programs/program_actions.h"
 #include "win/file_icon.h"
 
 namespace {
@@ -51,11 +52,36 @@ void Measure(int count) {
                    {[&] { painted(&Lists::fill); }, [&] { painted(&Lists::bare); }}, bench::FillGoal(count));
 }
 
+// An entry forced out of the list, with a copy kept of it and without.
+void MeasureForcedUninstall() {
+    const bench::UninstallEntries entries(1);
+    const RootOverride machine(HKEY_LOCAL_MACHINE, entries.root());
+    programs::ProgramRow row = {L"", {}, false, {}, L"forced"};
+    int rounds = 0;
+    const std::wstring key = bench::kUninstall + row.key_name;
+    const std::wstring text = L"C:\\Program Files\\Program";
+    const win::BackupFolder backup(L"C:");
+    TestHost host;
+    const auto force = [&](const win::BackupFolder& kept) { programs::ForcedUninstall(row, {}, kept, host); };
+    const auto make_entry = [&] {
+        row.name = L"日本語のプログラム " + win::ToText(++rounds);
+        for (const wchar_t* name : {L"DisplayName", L"Publisher", L"UninstallString", L"InstallDate", L"DisplayIcon"}) {
+            SHSetValueW(HKEY_LOCAL_MACHINE, key.c_str(), name, REG_SZ, text.c_str(),
+                        static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+        }
+    };
+    bench::Compare("forced uninstall, with a copy", 1, 101,
+                   {[&] { force(backup); }, [&] { force({}); }, {}, make_entry}, 0, "more");
+    bench::Expect(host.statuses.empty(), "a copy of each entry");
+    bench::Expect(!KeyExists(HKEY_LOCAL_MACHINE, key), "the end of each entry");
+}
+
 }  // namespace
 
 int wmain(int count, wchar_t** arguments) {
     bench::Begin(count, arguments);
     for (const int size : bench::Sizes())
         Measure(size);
+    MeasureForcedUninstall();
     return bench::End();
 }

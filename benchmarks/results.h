@@ -65,8 +65,9 @@ struct Ways {
 inline double FillGoal(int entries) { return entries == 1000 ? 1.2 : 0; }
 
 // Runs the ways in turns, so that what else this machine does disturbs all alike, and prints the medians. The first
-// round is not counted.
-inline void Compare(const char* what, int entries, int rounds, const Ways& ways, double goal = 0) {
+// round is not counted. The table shows how many times the bare loop it is ("ratio") or how much longer ("more").
+inline void Compare(const char* what, int entries, int rounds, const Ways& ways, double goal = 0,
+                    const char* kind = "ratio") {
     const std::function<void()>* const each[] = {&ways.product, &ways.bare, &ways.reading};
     std::vector<double> times[3];
     for (int round = 0; round <= (small ? 1 : rounds); ++round) {
@@ -76,8 +77,8 @@ inline void Compare(const char* what, int entries, int rounds, const Ways& ways,
             if (round > 0) times[way].push_back(time);
         }
     }
-    std::printf("result\t%s\t%d\tms\t%.3f\t%.3f\t%.3f\tratio\t%.2f\n", what, entries, Median(times[0]),
-                Median(times[1]), Median(times[2]), goal);
+    std::printf("result\t%s\t%d\tms\t%.3f\t%.3f\t%.3f\t%s\t%.2f\n", what, entries, Median(times[0]), Median(times[1]),
+                Median(times[2]), kind, goal);
 }
 
 }  // namespace bench

@@ -34,13 +34,16 @@ bool Uninstall(const ProgramRow& row, ui::Host& host) {
     return true;
 }
 
-bool ForcedUninstall(const ProgramRow& row, std::wstring_view user_sid, ui::Host& host) {
+bool ForcedUninstall(const ProgramRow& row, std::wstring_view user_sid, const win::BackupFolder& backup,
+                     ui::Host& host) {
     // An empty name would delete the Uninstall key itself.
     if (row.key_name.empty()) return false;
     if (host.confirm(ForcedUninstallQuestion(row.name)) != ui::Answer::Ok) return false;
     const win::RegKey key = OpenUninstallKey({}, user_sid);
     if (!key) return false;
+    const bool kept = backup.keep_key(key.get(), row.key_name, row.name);
     RegDeleteKeyW(key.get(), row.key_name.c_str());
+    if (!kept) host.set_status(win::kNothingKept);
     return true;
 }
 

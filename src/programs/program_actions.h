@@ -3,6 +3,7 @@
 
 #include "ui/host.h"
 #include "ui/list_view.h"
+#include "win/backup_folder.h"
 
 #include <optional>
 #include <string>
@@ -28,7 +29,8 @@ bool Uninstall(const ProgramRow& row, ui::Host& host);
 // After a question, deletes the row's registry key below the machine's Uninstall key; below the user's only where the
 // machine has none at all, so the key of a user's own program stays. A key with subkeys stays too. True when the lists
 // are to be scanned again.
-bool ForcedUninstall(const ProgramRow& row, std::wstring_view user_sid, ui::Host& host);
+bool ForcedUninstall(const ProgramRow& row, std::wstring_view user_sid, const win::BackupFolder& backup,
+                     ui::Host& host);
 
 // Opens the Explorer at the install folder; nothing for a row without one.
 void OpenInstallFolder(const ProgramRow& row);

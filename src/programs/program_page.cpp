@@ -63,8 +63,8 @@ ui::Then ProgramPage::mnuPopItem_Click(int item) {
         case ProgramItem::Uninstall:
             return program && Uninstall(*program, host()) ? ui::Then::FillThis : ui::Then::Nothing;
         case ProgramItem::ForcedUninstall:
-            return program && ForcedUninstall(*program, scan_.user_sid, host()) ? ui::Then::FillThis
-                                                                                : ui::Then::Nothing;
+            return program && ForcedUninstall(*program, scan_.user_sid, scan_.backup, host()) ? ui::Then::FillThis
+                                                                                              : ui::Then::Nothing;
         case ProgramItem::OpenFolder:
             if (program) OpenInstallFolder(*program);
             return ui::Then::Nothing;

@@ -14,10 +14,11 @@ namespace programs {
 
 class ProgramPage;
 
-// What the two pages share. Options and security identifier are the window's.
+// What the two pages share. Options, security identifier and backup folder are the window's.
 struct ProgramScan {
     const ScanOptions& options;
-    const std::wstring& user_sid;                // strSID
+    const std::wstring& user_sid;  // strSID
+    const win::BackupFolder& backup;
     win::ImageList icons;                        // ImageList1(0)
     std::optional<win::ComApartment> apartment;  // the shell's icons need it; the list without icons does not
     std::array<ProgramPage*, 2> pages = {};      // programs, updates

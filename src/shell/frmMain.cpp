@@ -23,7 +23,7 @@ frmMain::frmMain(HINSTANCE instance)
     : instance_(instance),
       activity_(*this),
       strip_(*this),
-      pages_(os_, scan_options_, strSID_),
+      pages_(os_, scan_options_, strSID_, backup_),
       detail_(controls_),
       panel_(controls_) {}
 
@@ -40,6 +40,7 @@ bool frmMain::open(std::wstring_view argument) {
     os_ = win::QueryOsVersion();
     application_folder_ = win::ApplicationFolder();
     settings_ = Settings(application_folder_ + kSettingsFile);
+    if (settings_.text(kBackupKey) != L"0") backup_ = win::BackupFolder(application_folder_);
     create_menus();
     create_window();
     if (!window_) return false;

@@ -15,6 +15,7 @@
 #include "shell/tab_strip.h"
 #include "ui/page.h"
 #include "ui/subclass.h"
+#include "win/backup_folder.h"
 #include "win/com_ptr.h"
 #include "win/handle.h"
 #include "win/os_version.h"
@@ -176,6 +177,7 @@ private:
     std::wstring application_folder_;
     std::wstring strSID_;  // the current user's security identifier
     Settings settings_;
+    win::BackupFolder backup_;
     Activity activity_;
     StatusLine status_;
 

@@ -29,7 +29,9 @@ void frmMain::run_item(ui::Page& page, int item) {
     run_then(page, then);
 }
 
+// The count of a list that is filled again does not cover that there is no copy of what was deleted.
 void frmMain::run_then(const ui::Page& page, ui::Then then) {
+    const bool nothing_kept = status_text() == win::kNothingKept;
     switch (then) {
         case ui::Then::Nothing:
             break;
@@ -40,6 +42,7 @@ void frmMain::run_then(const ui::Page& page, ui::Then then) {
             activity_.request({Activity::Request::Refresh});
             break;
     }
+    if (nothing_kept) set_status(win::kNothingKept);
 }
 
 // While a command runs that blocks the close, no second one starts.

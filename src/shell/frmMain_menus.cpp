@@ -119,7 +119,7 @@ void frmMain::mnuSetItem_Click(int index) {
     const Activity::Exclusive alone(activity_);
     if (!alone) return;
     const std::wstring caption = ItemCaption(menu_bar_, MenuArray::mnuSetItem, tools::RepairItem::SendTo);
-    tools::RunRepair(index, caption, *this);
+    tools::RunRepair(index, caption, backup_, *this);
 }
 
 void frmMain::mnuHelpItem_Click(int index) {

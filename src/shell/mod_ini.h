@@ -14,6 +14,7 @@ inline constexpr char kStripeKey[] = "Stripe";
 inline constexpr char kSystemComponentsKey[] = "SysCom";
 inline constexpr char kMemoryReleaseKey[] = "Mem";  // the path of the memory-release program
 inline constexpr char kFontKey[] = "Font";          // a face name; written by hand only
+inline constexpr char kBackupKey[] = "Backup";      // "0": no copy of what is deleted; written by hand only
 inline constexpr char kWindowStateKey[] = "WinState";
 inline constexpr char kLeftKey[] = "X";  // these four: of the window, in twips
 inline constexpr char kTopKey[] = "Y";

@@ -33,10 +33,12 @@ static_assert(InOrder(), "one row for each list, in the order of the controls");
 
 std::span<const PageRow> AllPageRows() { return kPages; }
 
-Pages::Pages(const win::OsVersion& os, const programs::ScanOptions& scan_options, const std::wstring& user_sid)
-    : scan_{scan_options, user_sid, {}, {}, {}}, control_panel_(os), all_{&programs_, &updates_,  &control_panel_,
-                                                                          &startup_,  &services_, &processes_,
-                                                                          &restore_} {
+Pages::Pages(const win::OsVersion& os, const programs::ScanOptions& scan_options, const std::wstring& user_sid,
+             const win::BackupFolder& backup)
+    : scan_{scan_options, user_sid, backup, {}, {}, {}},
+      control_panel_(os),
+      startup_(backup),
+      all_{&programs_, &updates_, &control_panel_, &startup_, &services_, &processes_, &restore_} {
     static_assert(std::size(kPages) == kCount && kCount <= Activity::kPages, "a page for each row");
 }
 

@@ -35,7 +35,8 @@ std::span<const PageRow> AllPageRows();
 class Pages {
 public:
     // What the pages are told of the program is borrowed.
-    Pages(const win::OsVersion& os, const programs::ScanOptions& scan_options, const std::wstring& user_sid);
+    Pages(const win::OsVersion& os, const programs::ScanOptions& scan_options, const std::wstring& user_sid,
+          const win::BackupFolder& backup);
     Pages(const Pages&) = delete;
     Pages& operator=(const Pages&) = delete;
 

@@ -42,17 +42,24 @@ bool IsRegistryEntry(std::wstring_view location) { return FindScope(location) !=
 
 std::wstring EntryFile(const StartupEntry& entry) { return JoinPath(entry.location, entry.name); }
 
-bool DeleteStartupEntry(const StartupEntry& entry, ui::Host& host) {
+bool DeleteStartupEntry(const StartupEntry& entry, const win::BackupFolder& backup, ui::Host& host) {
     if (host.confirm(DeletionQuestion(entry.name)) != ui::Answer::Ok) return false;
+    bool kept = true;
     if (const Scope* scope = FindScope(entry.location)) {
         // The tag is taken to stand at the beginning, wherever it was found.
         const std::wstring key_path = entry.location.substr(scope->tag.size());
         win::RegKey key;
         if (RegOpenKeyExW(scope->root, key_path.c_str(), 0, KEY_SET_VALUE, key.put()) != ERROR_SUCCESS) return false;
-        if (!entry.name_goes_on) RegDeleteValueW(key.get(), entry.name.c_str());
-        return true;
+        if (!entry.name_goes_on) {
+            kept = backup.keep_value(scope->root, key_path, entry.name, entry.name);
+            RegDeleteValueW(key.get(), entry.name.c_str());
+        }
+    } else {
+        const std::wstring file = EntryFile(entry);
+        kept = backup.keep_file(file);
+        DeleteFileW(file.c_str());
     }
-    DeleteFileW(EntryFile(entry).c_str());
+    if (!kept) host.set_status(win::kNothingKept);
     return true;
 }
 

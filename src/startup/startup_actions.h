@@ -3,6 +3,7 @@
 
 #include "ui/host.h"
 #include "ui/list_view.h"
+#include "win/backup_folder.h"
 
 #include <optional>
 #include <string>
@@ -31,7 +32,7 @@ std::wstring EntryFile(const StartupEntry& entry);
 // After a question, deletes the registry value or the file in the startup folder. True when the list is to be
 // refreshed; false after Cancel and where the registry key cannot be written. A value whose name goes on behind a NUL
 // stays, and so does the one that has the shown part for its name.
-bool DeleteStartupEntry(const StartupEntry& entry, ui::Host& host);
+bool DeleteStartupEntry(const StartupEntry& entry, const win::BackupFolder& backup, ui::Host& host);
 
 // Opens the startup folder in the Explorer, or the registry key in the registry editor.
 void OpenStartupLocation(const std::wstring& location);

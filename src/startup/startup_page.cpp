@@ -8,7 +8,7 @@
 
 namespace startup {
 
-StartupPage::StartupPage() : Page(kStartupColumns) {}
+StartupPage::StartupPage(const win::BackupFolder& backup) : Page(kStartupColumns), backup_(backup) {}
 
 void StartupPage::attach(HWND list, ui::PageHost& host, int dpi) {
     Page::attach(list, host, dpi);
@@ -54,7 +54,7 @@ ui::Then StartupPage::mnuStartItem_Click(int item) {
     if (!entry) return ui::Then::Nothing;
     switch (item) {
         case StartItem::Delete:
-            return DeleteStartupEntry(*entry, host()) ? ui::Then::FillThis : ui::Then::Nothing;
+            return DeleteStartupEntry(*entry, backup_, host()) ? ui::Then::FillThis : ui::Then::Nothing;
         case StartItem::Open:
             OpenStartupLocation(entry->location);
             return ui::Then::Nothing;

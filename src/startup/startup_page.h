@@ -8,7 +8,8 @@ namespace startup {
 
 class StartupPage final : public ui::Page {
 public:
-    StartupPage();
+    // The folder for what is deleted is the window's.
+    explicit StartupPage(const win::BackupFolder& backup);
 
     void attach(HWND list, ui::PageHost& host, int dpi) override;
     void fill() override;
@@ -39,6 +40,7 @@ private:
     void mnuStart_Click();
     ui::Then mnuStartItem_Click(int item);
 
+    const win::BackupFolder& backup_;
     StartMenuState menu_state_;
 };
 

@@ -3,6 +3,7 @@
 
 #include "ui/host.h"
 #include "ui/menu.h"
+#include "win/backup_folder.h"
 
 #include <string_view>
 
@@ -35,6 +36,6 @@ RepairItems QueryRepairItems(unsigned os_tenths);
 
 // Runs an item of mnuSetItem. `caption` is what the menu shows for item SendTo and decides between removing and
 // restoring; item DownloadLocation takes no notice of it. Failures are silent.
-void RunRepair(int index, std::wstring_view caption, ui::Host& host);
+void RunRepair(int index, std::wstring_view caption, const win::BackupFolder& backup, ui::Host& host);
 
 }  // namespace tools

@@ -152,7 +152,7 @@ private:
     std::wstring pointed_cell_;
     std::wstring tip_;
     POINT pointer_ = {-1, -1};  // where it last moved
-    int top_row_ = 0;  // at the last press
+    int top_row_ = 0;           // at the last press
     bool pressing_ = false;
     bool pressed_for_menu_ = false;
     bool filling_ = false;

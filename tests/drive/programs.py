@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Programs and start-up items by keyboard alone: real uninstallers run, are waited for and are gone from the list; the
-window meanwhile; forced uninstall; deletion of a start-up item."""
+window meanwhile; forced uninstall; deletion of a start-up item; copies of what is deleted."""
 import os
 import time
 
@@ -122,17 +122,30 @@ def forced(window, row, path, key, stays):
     assert window.status() == (row if key == "Escape" else f"{len(names(window))} 個の項目")
 
 
-def delete_startup_item(window):
+def delete_startup_item(window, row, keys, status):
     window.keys("ctrl+Tab", "ctrl+Tab")
-    text = "「起動時の見本」を削除します。\r\nよろしいですか？"
-    count = len(names(window, STARTUP))
-    for key in ("Escape", "Return"):
-        window.select(STARTUP, "起動時の見本")
+    text = f"「{row}」を削除します。\r\nよろしいですか？"
+    others = [each for each in names(window, STARTUP) if each != row]
+    for key in keys:
+        window.select(STARTUP, row)
         window.keys("Delete")
         question(window.session, text, key)
         window.settle()
-        assert ("起動時の見本" in names(window, STARTUP)) == (key == "Escape")
-    assert "残る見本" in names(window, STARTUP) and window.status() == f"{count - 1} 個の項目"
+        assert (row in names(window, STARTUP)) == (key == "Escape")
+    assert names(window, STARTUP) == others
+    assert window.status() == (status or f"{len(others)} 個の項目")
+
+
+def copies(session):
+    """The names of the copies beside the program, without date and time."""
+    return [file.name.split(" ", 1)[1] for file in (session.folder / "backup").iterdir()]
+
+
+def forbid_copies(session):
+    """Files stand where the two folders would be."""
+    (session.folder / "backup").rename(session.folder / "kept")
+    (session.folder / "backup").touch()
+    next((session.prefix / "drive_c/users").glob("*/AppData/Roaming")).joinpath("Qorvenix").touch()
 
 
 def pictures(window):
@@ -169,5 +182,11 @@ with Session() as session:
         forced(window, "全ユーザーの見本", rf"HKLM\{UNINSTALL}\Machine", "Return", stays=False)
         forced(window, "個別ユーザーの見本", rf"HKCU\{UNINSTALL}\PerUser", "Return", stays=True)
         print("forced uninstall removes machine-wide entries, after its question")
-        delete_startup_item(window)
+        assert copies(session) == ["全ユーザーの見本.reg"]
+        forbid_copies(session)
+        delete_startup_item(window, "起動時の見本", ("Escape", "Return"), "バックアップを保存できませんでした。")
         print("the Delete key deletes a start-up item, after its question")
+    session.settings(Backup=0)
+    with session.start() as window:
+        delete_startup_item(window, "残る見本", ("Return",), None)
+    print("copies are kept, missed aloud, and not kept on demand")

@@ -87,7 +87,7 @@ TEST_CASE("A forced uninstall asks, and removes the machine-wide key and nothing
     Lists lists;
     const auto force = [&](const std::wstring& name) {
         const auto row = lists.select(name);
-        return row && ForcedUninstall(*row, sid, lists.host);
+        return row && ForcedUninstall(*row, sid, {}, lists.host);
     };
 
     lists.host.answer = ui::Answer::Cancel;
@@ -123,7 +123,7 @@ TEST_CASE("A forced uninstall asks, and removes the machine-wide key and nothing
     // The key vanishes while the question is open; and a row without a name must not take the whole key along.
     lists.host.on_question = [&] { RegDeleteKeyW(HKEY_USERS, user.path().c_str()); };
     CHECK(force(L"個人"));
-    CHECK_FALSE(ForcedUninstall({}, sid, lists.host));
+    CHECK_FALSE(ForcedUninstall({}, sid, {}, lists.host));
     CHECK(KeyExists(HKEY_LOCAL_MACHINE, kUninstall));
 }
 

@@ -94,10 +94,10 @@ TEST_CASE("An entry is deleted from each of the six places, after a question, an
         REQUIRE(entry);
         CHECK(entry->value == L"other.exe");
         list.host.answer = ui::Answer::Cancel;
-        CHECK_FALSE(DeleteStartupEntry(*entry, list.host));
+        CHECK_FALSE(DeleteStartupEntry(*entry, {}, list.host));
         CHECK(ValueExists(keys[place].first.get(), L"Foo\x2122"));
         list.host.answer = ui::Answer::Ok;
-        CHECK(DeleteStartupEntry(*entry, list.host));
+        CHECK(DeleteStartupEntry(*entry, {}, list.host));
         for (std::size_t other = 0; other < std::size(keys); ++other) {
             CHECK(ValueExists(keys[other].first.get(), L"Foo"));
             CHECK(ValueExists(keys[other].first.get(), L"Foo\x2122") == (other > place));
@@ -110,10 +110,10 @@ TEST_CASE("An entry is deleted from each of the six places, after a question, an
     const auto common_entry = list.select(L"delete me.lnk", common.folder);
     REQUIRE(own_entry);
     REQUIRE(common_entry);
-    CHECK(DeleteStartupEntry(*own_entry, list.host));
+    CHECK(DeleteStartupEntry(*own_entry, {}, list.host));
     CHECK_FALSE(win::IsFile(own.path));
     CHECK(win::IsFile(common.path));
-    CHECK(DeleteStartupEntry(*common_entry, list.host));
+    CHECK(DeleteStartupEntry(*common_entry, {}, list.host));
     CHECK_FALSE(win::IsFile(common.path));
     CHECK(win::IsFile(kept.path));
 
@@ -134,7 +134,7 @@ TEST_CASE("Deleting a value whose name goes on behind a NUL spares the value of 
         const auto entry = StartupEntryAt(list.rows.list, list.rows.list.selected());
         REQUIRE(entry);
         CHECK(entry->name == L"Foo");
-        CHECK(DeleteStartupEntry(*entry, list.host));
+        CHECK(DeleteStartupEntry(*entry, {}, list.host));
         CHECK(ValueExists(key.get(), L"Foo") == entry->name_goes_on);
     }
 }
@@ -146,10 +146,10 @@ TEST_CASE("What vanishes while the question is open is no error; a key that cann
         const TestKey key(HKEY_CURRENT_USER, kRun);
         key.set_text(L"", L"Foo", L"foo.exe");
         host.on_question = [&] { RegDeleteValueW(key.get(), L"Foo"); };
-        CHECK(DeleteStartupEntry({L"Foo", {}, location, {}}, host));
+        CHECK(DeleteStartupEntry({L"Foo", {}, location, {}}, {}, host));
     }
-    CHECK_FALSE(DeleteStartupEntry({L"Foo", {}, location, {}}, host));
-    CHECK(DeleteStartupEntry({L"gone.lnk", {}, L"C:\\no such folder", {}}, host));
+    CHECK_FALSE(DeleteStartupEntry({L"Foo", {}, location, {}}, {}, host));
+    CHECK(DeleteStartupEntry({L"gone.lnk", {}, L"C:\\no such folder", {}}, {}, host));
 }
 
 TEST_CASE("The location opens in the Explorer or in the registry editor") {

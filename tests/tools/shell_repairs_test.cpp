@@ -35,7 +35,7 @@ std::wstring DefaultValue(HKEY parent, const wchar_t* subkey) {
 std::wstring Run(int repair, std::wstring_view caption, ui::Answer answer = ui::Answer::Ok) {
     TestHost host;
     host.answer = answer;
-    RunRepair(repair, caption, host);
+    RunRepair(repair, caption, {}, host);
     const std::size_t questions = repair == RepairItem::DownloadLocation ? 1 : 0;
     REQUIRE(host.questions.size() == questions);
     if (questions == 1) {
