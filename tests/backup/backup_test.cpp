@@ -281,7 +281,7 @@ TEST_CASE("Start-up values and what the repairs take away come back, each where 
         each.key.set_text(each.subkey, L"", L"mine");
         each.key.set_number(each.subkey, L"number", 0xFFFFFFFF);
         const Values kept = ValuesOf(each.key.get(), L"");
-        tools::mnuSetItem_Click(each.repair, each.caption, place.backup, place.host);
+        tools::RunRepair(each.repair, each.caption, place.backup, place.host);
         CHECK(place.host.statuses == std::vector<std::wstring>{each.done});
         const std::wstring copy = place.only(each.name);
         // Both kinds of programs share the classes.
@@ -340,7 +340,7 @@ TEST_CASE("Without room or rights the deletion goes on, and the status bar says 
         place.host.statuses.clear();
         CHECK(Entry().uninstall(place));
         CHECK(startup::DeleteStartupEntry({L"見本.lnk", {}, startup_folder, {}}, place.backup, place.host));
-        tools::mnuSetItem_Click(tools::RepairItem::DownloadLocation, {}, place.backup, place.host);
+        tools::RunRepair(tools::RepairItem::DownloadLocation, {}, place.backup, place.host);
         CHECK_FALSE(KeyExists(HKEY_LOCAL_MACHINE, kProgram));
         CHECK_FALSE(win::IsFile(file));
         CHECK_FALSE(KeyExists(attachments.get(), L"{0002DF01-0000-0000-C000-000000000046}"));
