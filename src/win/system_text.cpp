@@ -22,6 +22,16 @@ std::wstring FromAnsi(std::string_view text) {
     return wide;
 }
 
+std::wstring ExpandVariables(const std::wstring& text) {
+    // Both sizes count the terminator.
+    const DWORD size = ExpandEnvironmentStringsW(text.c_str(), nullptr, 0);
+    std::wstring expanded(size, L'\0');
+    const DWORD written = size == 0 ? 0 : ExpandEnvironmentStringsW(text.c_str(), expanded.data(), size);
+    if (written == 0 || written > size) return text;
+    expanded.resize(written - 1);
+    return expanded;
+}
+
 std::wstring LowerCase(std::wstring_view text) {
     std::wstring lower(text);
     if (!lower.empty()) CharLowerBuffW(lower.data(), static_cast<DWORD>(lower.size()));

@@ -10,6 +10,10 @@ namespace win {
 std::string ToAnsi(std::wstring_view text);
 std::wstring FromAnsi(std::string_view text);
 
+// With the environment variables in it expanded ("%TEMP%"), unknown ones left as they stand. The text itself where
+// that fails. ExpandEnvironmentStringsW.
+std::wstring ExpandVariables(const std::wstring& text);
+
 // Lower case as the user interface compares: CharLowerBuffW, one character to one character.
 std::wstring LowerCase(std::wstring_view text);
 

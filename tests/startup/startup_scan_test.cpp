@@ -4,6 +4,7 @@
 #include "startup/shell_files.h"
 
 #include "support/automation_double.h"
+#include "support/import_hook.h"
 #include "win/folders.h"
 
 using startup::StartupColumn;
@@ -199,11 +200,23 @@ TEST_CASE("the script host tells a shortcut's target; where it cannot, the shell
     }
 }
 
-TEST_CASE("a drive or share that is not there cannot be reached, and a share that failed stays so") {
+TEST_CASE("a drive or share that is not there cannot be reached, and a server that failed is not asked again") {
+    static std::vector<std::wstring> asked;
+    static decltype(PathFileExistsW)* original = nullptr;
+    const ImportHook hook(
+        "PathFileExistsW", +[](LPCWSTR path) WINAPI -> BOOL {
+            asked.emplace_back(path);
+            return original(path);
+        });
+    REQUIRE(hook);
+    original = hook.original<decltype(PathFileExistsW)>();
     startup::FileProbe probe;
     CHECK(probe.reachable(L"C:\\gone\\b.exe"));
     CHECK(probe.reachable(L"::{20D04FE0-3AEA-1069-A2D8-08002B30309D}"));
     CHECK_FALSE(probe.reachable(L"X:\\no drive"));
-    CHECK_FALSE(probe.exists(L"\\\\server\\late\\a.exe"));
+    asked.clear();
+    CHECK_FALSE(probe.exists(L"//server/late/a.exe"));
     CHECK_FALSE(probe.reachable(L"\\\\Server\\Late\\b\\..\\a.exe"));
+    CHECK_FALSE(probe.reachable(L"/\\SERVER/another/a.exe"));
+    CHECK(asked == std::vector<std::wstring>{L"//server/late/a.exe"});
 }
