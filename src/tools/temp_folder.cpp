@@ -86,11 +86,6 @@ std::wstring_view WithoutEndingBackslashes(std::wstring_view path) {
     return path.substr(0, path.find_last_not_of(L'\\') + 1);
 }
 
-// Absolute, with backslashes and without "..", short of nothing but links.
-std::wstring FullPath(const std::wstring& path) {
-    return win::SizedText([&](LPWSTR text, DWORD size) { return GetFullPathNameW(path.c_str(), size, text, nullptr); });
-}
-
 // The profiles beside the user's own, and that one; where profiles lie in a drive's root only that.
 std::vector<std::wstring> Profiles() {
     const std::wstring own = win::GetSpecialFolderPath(CSIDL_PROFILE);
@@ -127,7 +122,7 @@ class KeptPlaces {
 public:
     KeptPlaces() {
         for (const std::wstring& folder : KeptFolders()) {
-            const std::wstring named = Extended(FullPath(folder));
+            const std::wstring named = Extended(win::FullPath(folder));
             add(named);
             add(RealPath(named));
         }
@@ -166,7 +161,7 @@ std::wstring GetTempFolder() {
 
 std::optional<std::wstring> FolderToEmpty(std::wstring_view folder) {
     if (!HasDrive(folder)) return {};
-    const std::wstring named = FullPath(std::wstring(folder));
+    const std::wstring named = win::FullPath(std::wstring(folder));
     if (!HasDrive(named) || startup::IsOnNetwork(named)) return {};
     const std::wstring real(WithoutEndingBackslashes(RealPath(named)));
     if (real.size() < kPrefixLength + kDriveRootLength || !IsFolder(real)) return {};

@@ -173,8 +173,9 @@ TEST_CASE("the script host tells a shortcut's target; where it cannot, the shell
         const wchar_t* told;
         const wchar_t* target;
     } answers[] = {
-        {S_OK, L"C:\\told.exe", L"C:\\told.exe"},
-        {S_OK, L"", L""},
+        {S_OK, L"C:\\windows\\regedit.exe", L"C:\\windows\\regedit.exe"},
+        {S_OK, L"C:\\told.exe", L"C:\\stored.exe"},
+        {S_OK, L"", L"C:\\stored.exe"},
         {S_OK, L"C:\\st?red.exe", L"C:\\stored.exe"},  // with characters lost
         {E_NOTIMPL, L"", L"C:\\stored.exe"},
     };
@@ -185,6 +186,7 @@ TEST_CASE("the script host tells a shortcut's target; where it cannot, the shell
     }
     SUBCASE("told to lie among the 32-bit programs") {
         const std::wstring told = win::GetSpecialFolderPath(CSIDL_PROGRAM_FILES) + L"\\only 64-bit.exe";
+        MakeLink(link, told);
         const auto host = ScriptHost(S_OK, told);
         wchar_t native[MAX_PATH] = {};
         GetEnvironmentVariableW(L"ProgramW6432", native, MAX_PATH);
@@ -193,6 +195,20 @@ TEST_CASE("the script host tells a shortcut's target; where it cannot, the shell
         const std::wstring program = startup.programs.make_file(L"only 64-bit.exe");
         CHECK(startup::GetShortcutTarget(link) == program);
         SetEnvironmentVariableW(L"ProgramW6432", native);
+    }
+    SUBCASE("only the 64-bit system folder has it") {
+        const std::wstring native = L"C:\\windows\\Sysnative\\only 64-bit.exe";
+        win::File(CreateFileW(native.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr)).reset();
+        const std::wstring target = L"C:\\windows\\system32\\only 64-bit.exe";
+        REQUIRE(win::IsFile(native));
+        REQUIRE_FALSE(win::IsFile(target));
+        const auto host = ScriptHost(S_OK, target);
+        MakeLink(link, target);
+        startup.run();
+        CHECK(startup.list.column(StartupColumn::Value) == std::vector<std::wstring>{target});
+        DeleteFileW(native.c_str());
+        startup.run();
+        CHECK(startup.list.column(StartupColumn::Value) == std::vector<std::wstring>{target + L"<リンク切れ>"});
     }
     SUBCASE("there is none") {
         const doubles::RegisteredClass none(L"WScript.Shell", [] { return win::ComPtr<doubles::Object>(); });
