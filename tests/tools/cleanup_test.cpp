@@ -85,8 +85,11 @@ TEST_CASE("The temporary folder is emptied, also through a link, but never one t
         CHECK_FALSE(host.pointer_shows_hourglass);
         return emptied;
     };
-    SetCurrentDirectoryW(temp.c_str());
-    for (const std::wstring& variable : {std::wstring(L"."), folder.path() + L"\\missing"}) {
+    // Relative to the current folder they would all lead to one that may be emptied.
+    SetCurrentDirectoryW(folder.path().c_str());
+    for (const std::wstring& variable :
+         {std::wstring(L"temp"), std::wstring(L".\\temp"), std::wstring(L"C:temp"), folder.path() + L"\\missing",
+          std::wstring(L"C:\\"), std::wstring(L"\\\\server\\share"), L"C:\\" + std::wstring(300, L'a')}) {
         CAPTURE(variable);
         CHECK_FALSE(run(variable));
     }

@@ -45,17 +45,12 @@ TEST_CASE("Memory figures are whole megabytes, cut and never rounded, up to 16 E
 
 TEST_CASE("The monitor shows this machine's memory, and its load from the second reading on") {
     MemoryMonitor monitor;
-    MemoryTexts expected;
     MEMORYSTATUSEX status = {};
     status.dwLength = sizeof status;
     REQUIRE(GlobalMemoryStatusEx(&status));
-    WriteMemoryTexts(status, expected);
     const MemoryTexts first = monitor.read();
-    const auto total = [](const std::wstring& text) { return text.substr(text.find(L'/')); };
-    for (const MemoryFigure figure : {kPhysicalMemory, kVirtualMemory, kPageFile}) {
-        CHECK(total(first[figure]) == total(expected[figure]));
-    }
-    CHECK(std::stoul(first[kMemoryLoad]) <= 100);
+    CHECK(first[kPhysicalMemory].ends_with(L"/" + std::to_wstring(status.ullTotalPhys / kMegabyte) + L" MB"));
+    CHECK(first[kVirtualMemory].ends_with(L"/" + std::to_wstring(status.ullTotalVirtual / kMegabyte) + L" MB"));
     CHECK(first[kProcessorLoad] == L"－ ％");
     const std::wstring load = monitor.read()[kProcessorLoad];
     CHECK(load == std::to_wstring(std::stoul(load)) + L" ％");

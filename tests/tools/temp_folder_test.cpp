@@ -13,21 +13,6 @@ using namespace tools;
 
 namespace {
 
-// Sets the variables that name the temporary folder, and puts them back.
-class TempVariables {
-public:
-    explicit TempVariables(const wchar_t* path) { set(path, path); }
-    ~TempVariables() { set(tmp_.c_str(), temp_.c_str()); }
-
-private:
-    static void set(const wchar_t* tmp, const wchar_t* temp) {
-        SetEnvironmentVariableW(L"TMP", tmp);
-        SetEnvironmentVariableW(L"TEMP", temp);
-    }
-    const std::wstring tmp_ = throw_away::Variable(L"TMP");
-    const std::wstring temp_ = throw_away::Variable(L"TEMP");
-};
-
 std::wstring SpecialFolder(int number) {
     wchar_t path[MAX_PATH] = {};
     SHGetSpecialFolderPathW(nullptr, path, number, TRUE);
@@ -138,29 +123,4 @@ TEST_CASE("A folder to empty is given by its real path, on every system and thro
     CHECK(FolderToEmpty(Upper(inner)) == inner);
     RemoveDirectoryW((inner + L"\\below").c_str());
     CallHost(HostCall::Unlink, HostPath(link));
-}
-
-TEST_CASE("The temporary folder is the variables' one, and nothing when they are relative, too long or lead nowhere") {
-    TestFolder folder(L"temporary");
-    const std::wstring own = folder.path();
-    {
-        const TempVariables variables(own.c_str());
-        CHECK(GetTempFolder() == own + L"\\");
-        CHECK(TempFolderToEmpty() == own);
-    }
-    {
-        const TempVariables variables((L"C:\\" + std::wstring(300, L'a')).c_str());
-        CHECK(GetTempFolder().empty());
-        CHECK(TempFolderToEmpty() == std::nullopt);
-    }
-    // Relative to the current folder they would all lead to a folder that may be emptied.
-    const std::wstring inner = folder.make_folder(L"inner");
-    SetCurrentDirectoryW(own.c_str());
-    for (const wchar_t* relative :
-         {L"inner", L".\\inner", L"C:inner", L".", L"C:\\no such folder", L"C:\\", L"\\\\server\\share"}) {
-        CAPTURE(std::wstring(relative));
-        const TempVariables variables(relative);
-        CHECK(TempFolderToEmpty() == std::nullopt);
-    }
-    SetCurrentDirectoryW(L"C:\\");
 }
