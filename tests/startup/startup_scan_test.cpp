@@ -142,12 +142,9 @@ TEST_CASE("a row shows the icon of the file that it starts") {
     startup.run();
     const int icon = startup::GetSystemIconIndex(regedit);
     REQUIRE(icon != 0);
-    CHECK(startup.list.column(StartupColumn::Name) ==
-          std::vector<std::wstring>{L"a.lnk", L"b.lnk", L"v1", L"v2", L"v3"});
-    CHECK(startup.list.image(0) == icon);
-    CHECK(startup.list.image(1) == 0);
-    CHECK(startup.list.image(2) == icon);
-    CHECK(startup.list.image(3) == 0);
+    REQUIRE(startup.list.list.count() == 5);
+    for (int row = 0; row < 4; ++row)
+        CHECK(startup.list.image(row) == (row % 2 == 0 ? icon : 0));
 }
 
 TEST_CASE("the script host tells a shortcut's target; where it cannot, the shell does") {

@@ -108,37 +108,16 @@ TEST_CASE("An entry is deleted from each of the six places, after a question, an
     CHECK(list.host.questions.back().text == L"「Foo\x2122」を削除します。\r\nよろしいですか？");
     CHECK(list.host.questions.back().title == L"Qorvenix");
 
-    const auto own_entry = list.select(L"delete me.lnk", own.folder);
-    const auto common_entry = list.select(L"delete me.lnk", common.folder);
-    REQUIRE(own_entry);
-    REQUIRE(common_entry);
-    CHECK(DeleteStartupEntry(*own_entry, list.host));
-    CHECK_FALSE(win::IsFile(own.path));
-    CHECK(win::IsFile(common.path));
-    CHECK(DeleteStartupEntry(*common_entry, list.host));
-    CHECK_FALSE(win::IsFile(common.path));
+    for (const StartupFile* file : {&own, &common}) {
+        const auto entry = list.select(L"delete me.lnk", file->folder);
+        REQUIRE(entry);
+        CHECK((win::IsFile(common.path) && DeleteStartupEntry(*entry, list.host) && !win::IsFile(file->path)));
+    }
     CHECK(win::IsFile(kept.path));
-
     list.scan();
     CHECK(list.rows.list.count() == 5);
     CHECK(list.has(L"keep me.lnk", kept.folder));
     CHECK(list.has(L"Foo", keys[3].second));
-}
-
-TEST_CASE("Deleting a value whose name goes on behind a NUL spares the value of the shown name") {
-    REQUIRE_THROW_AWAY();
-    const TestKey key(HKEY_CURRENT_USER, kRun);
-    key.set_text(L"", L"Foo", L"foo.exe");
-    REQUIRE(native::SetText(key.get(), std::wstring(L"Foo\0x", 5), L"hidden.exe"));
-    List list;
-    for (const wchar_t* value : {L"hidden.exe", L"foo.exe"}) {
-        list.rows.list.select(list.rows.list.find(StartupColumn::Value, value));
-        const auto entry = SelectedStartupEntry(list.rows.list);
-        REQUIRE(entry);
-        CHECK(entry->name == L"Foo");
-        CHECK(DeleteStartupEntry(*entry, list.host));
-        CHECK(ValueExists(key.get(), L"Foo") == entry->name_goes_on);
-    }
 }
 
 TEST_CASE("A row of the startup folder means its own file, whatever blanks and dots its name begins or ends with") {
@@ -169,15 +148,26 @@ TEST_CASE("A row of the startup folder means its own file, whatever blanks and d
     }
 }
 
-TEST_CASE("What vanishes while the question is open is no error; a key that cannot be opened asks for no refresh") {
-    TestHost host;
+TEST_CASE(
+    "A value whose name goes on behind a NUL, one that vanishes behind the question, and a key that is not there") {
+    REQUIRE_THROW_AWAY();
     const std::wstring location = std::wstring(L"(個別ユーザー)") + kRun;
     {
         const TestKey key(HKEY_CURRENT_USER, kRun);
         key.set_text(L"", L"Foo", L"foo.exe");
-        host.on_question = [&] { RegDeleteValueW(key.get(), L"Foo"); };
-        CHECK(DeleteStartupEntry({L"Foo", {}, location, {}}, host));
+        REQUIRE(native::SetText(key.get(), std::wstring(L"Foo\0x", 5), L"hidden.exe"));
+        List list;
+        for (const wchar_t* value : {L"hidden.exe", L"foo.exe"}) {
+            list.rows.list.select(list.rows.list.find(StartupColumn::Value, value));
+            const auto entry = SelectedStartupEntry(list.rows.list);
+            REQUIRE((entry && entry->name == L"Foo"));
+            CHECK(DeleteStartupEntry(*entry, list.host));
+            // That of the shown name is spared.
+            CHECK(ValueExists(key.get(), L"Foo") == entry->name_goes_on);
+        }
+        CHECK(DeleteStartupEntry({L"Foo", {}, location, {}}, list.host));
     }
+    TestHost host;
     CHECK_FALSE(DeleteStartupEntry({L"Foo", {}, location, {}}, host));
     CHECK(DeleteStartupEntry({L"gone.lnk", {}, L"C:\\no such folder", {}}, host));
 }

@@ -55,10 +55,6 @@ TEST_CASE("The menu of the startup list follows the row under the mouse, or the 
     menu.open(there);
     CHECK(EnabledIn(menu) == Items{1, 3, 10, 99});
     CHECK(menu.open_caption() == folder_caption);
-    menu.press(true);
-    menu.open(there);
-    CHECK(EnabledIn(menu) == Items{1, 3, 5, 10, 99});
-
     menu.key(false);
     menu.open({});
     CHECK(EnabledIn(menu) == Items{99});
