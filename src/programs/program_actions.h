@@ -32,7 +32,7 @@ bool Uninstall(const ProgramRow& row, ui::Host& host);
 bool ForcedUninstall(const ProgramRow& row, std::wstring_view user_sid, const win::BackupFolder& backup,
                      ui::Host& host);
 
-// Opens the Explorer at the install folder; nothing for a row without one.
+// Opens the Explorer at the install folder; nothing for a row without one, or whose value names a file.
 void OpenInstallFolder(const ProgramRow& row);
 
 // The command line for that; empty for a row without install folder.

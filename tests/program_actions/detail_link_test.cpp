@@ -1,5 +1,6 @@
 #include "programs/detail_link.h"
 
+#include "support/import_hook.h"
 #include "support/recorder.h"
 #include "support/show.h"
 #include "support/test_folder.h"
@@ -42,10 +43,29 @@ TEST_CASE("A caption leads to a URL of a harmless scheme, to a file that is ther
         CHECK(link.target == each.target);
         CHECK(LooksLikeLink(each.caption) == (each.kind != LinkKind::None));
     }
+    // Nobody looks at a server because a row is shown.
+    static int looks = 0;
+    static decltype(GetFileAttributesW)* attributes = nullptr;
+    const ImportHook hook(
+        "GetFileAttributesW", +[](LPCWSTR path) WINAPI -> DWORD {
+            ++looks;
+            return attributes(path);
+        });
+    const ImportHook exists(
+        "PathFileExistsW", +[](LPCWSTR) WINAPI -> BOOL {
+            ++looks;
+            return FALSE;
+        });
+    REQUIRE((hook && exists));
+    attributes = hook.original<decltype(GetFileAttributesW)>();
     for (const wchar_t* on_network :
-         {L"\\\\no.such.server\\share\\help.html", L"\"\\\\no.such.server\\share\\x.exe\" -x"}) {
+         {L"\\\\no.such.server\\share\\help.html", L"\"\\\\no.such.server\\share\\x.exe\" -x",
+          L"//no.such.server/share/a", L"/\\no.such.server\\share\\a", L"\"\\/no.such.server/share/a\" /S",
+          L" \\\\no.such.server\\share\\x.exe /S"}) {
+        CAPTURE(std::wstring(on_network));
         CHECK(LooksLikeLink(on_network));
     }
+    CHECK(looks == 0);
 }
 
 TEST_CASE("A click opens what the caption leads to and says so; nothing else happens") {
@@ -59,17 +79,17 @@ TEST_CASE("A click opens what the caption leads to and says so; nothing else hap
     const std::wstring help = folder.make_file(L"the help.html");
     TestHost host;
 
-    OpenDetailLink(L"03-1234", host);
-    OpenDetailLink(L"javascript:alert(1)", host);
-    OpenDetailLink(L"", host);
+    for (const wchar_t* nowhere : {L"03-1234", L"javascript:alert(1)", L""})
+        OpenDetailLink(nowhere, host);
     CHECK(host.statuses.empty());
     CHECK(recorder.starts_after_a_while().empty());
 
-    OpenDetailLink(help, host);
-    CHECK(recorder.starts(1).size() == 1);
-    OpenDetailLink(L"(個別ユーザー)Software", host);
-    CHECK(recorder.starts(2).size() == 2);
-    OpenDetailLink(L"https://example.com/", host);
+    std::size_t opened = 0;
+    for (const std::wstring& each :
+         {help, std::wstring(L"(個別ユーザー)Software"), std::wstring(L"https://example.com/")}) {
+        OpenDetailLink(each, host);
+        CHECK(recorder.starts(++opened).size() == opened);
+    }
     CHECK(host.statuses == std::vector<std::wstring>{L"ファイル位置をエクスプローラで開きます...",
                                                      L"指定パスをレジストリエディタで開きます...",
                                                      L"指定URLを開きます..."});

@@ -4,6 +4,7 @@
 #include "startup/shell_files.h"
 
 #include "support/automation_double.h"
+#include "support/import_hook.h"
 #include "win/folders.h"
 
 using startup::StartupColumn;
@@ -141,26 +142,9 @@ TEST_CASE("a row shows the icon of the file that it starts") {
     startup.run();
     const int icon = startup::GetSystemIconIndex(regedit);
     REQUIRE(icon != 0);
-    CHECK(startup.list.column(StartupColumn::Name) ==
-          std::vector<std::wstring>{L"a.lnk", L"b.lnk", L"v1", L"v2", L"v3"});
-    CHECK(startup.list.image(0) == icon);
-    CHECK(startup.list.image(1) == 0);
-    CHECK(startup.list.image(2) == icon);
-    CHECK(startup.list.image(3) == 0);
-}
-
-TEST_CASE("shortcut files that are none, and shortcuts to themselves") {
-    SeededStartup startup;
-    startup.user_folder.make_file(L"a empty.lnk");
-    startup.user_folder.make_file(L"b random.lnk", std::string(3000, '\xA5'));
-    startup.user_folder.make_file(L"c half.lnk",
-                                  std::string("L\0\0\0\x01\x14\x02\0\0\0\0\0\xC0\0\0\0\0\0\0F\xFF\xFF\xFF\xFF", 24));
-    const std::wstring own = startup.user_folder.own(L"d own.lnk");
-    MakeLink(own, own);
-    MakeLink(own, own);
-    startup.run();
-    CHECK(startup.list.column(StartupColumn::Value) ==
-          std::vector<std::wstring>{L"<リンク切れ>", L"<リンク切れ>", L"<リンク切れ>", own});
+    REQUIRE(startup.list.list.count() == 5);
+    for (int row = 0; row < 4; ++row)
+        CHECK(startup.list.image(row) == (row % 2 == 0 ? icon : 0));
 }
 
 TEST_CASE("the script host tells a shortcut's target; where it cannot, the shell does") {
@@ -172,8 +156,9 @@ TEST_CASE("the script host tells a shortcut's target; where it cannot, the shell
         const wchar_t* told;
         const wchar_t* target;
     } answers[] = {
-        {S_OK, L"C:\\told.exe", L"C:\\told.exe"},
-        {S_OK, L"", L""},
+        {S_OK, L"C:\\windows\\regedit.exe", L"C:\\windows\\regedit.exe"},
+        {S_OK, L"C:\\told.exe", L"C:\\stored.exe"},
+        {S_OK, L"", L"C:\\stored.exe"},
         {S_OK, L"C:\\st?red.exe", L"C:\\stored.exe"},  // with characters lost
         {E_NOTIMPL, L"", L"C:\\stored.exe"},
     };
@@ -184,6 +169,7 @@ TEST_CASE("the script host tells a shortcut's target; where it cannot, the shell
     }
     SUBCASE("told to lie among the 32-bit programs") {
         const std::wstring told = win::GetSpecialFolderPath(CSIDL_PROGRAM_FILES) + L"\\only 64-bit.exe";
+        MakeLink(link, told);
         const auto host = ScriptHost(S_OK, told);
         wchar_t native[MAX_PATH] = {};
         GetEnvironmentVariableW(L"ProgramW6432", native, MAX_PATH);
@@ -193,17 +179,43 @@ TEST_CASE("the script host tells a shortcut's target; where it cannot, the shell
         CHECK(startup::GetShortcutTarget(link) == program);
         SetEnvironmentVariableW(L"ProgramW6432", native);
     }
+    SUBCASE("only the 64-bit system folder has it") {
+        const std::wstring native = L"C:\\windows\\Sysnative\\only 64-bit.exe";
+        win::File(CreateFileW(native.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr)).reset();
+        const std::wstring target = L"C:\\windows\\system32\\only 64-bit.exe";
+        REQUIRE(win::IsFile(native));
+        REQUIRE_FALSE(win::IsFile(target));
+        const auto host = ScriptHost(S_OK, target);
+        MakeLink(link, target);
+        startup.run();
+        CHECK(startup.list.column(StartupColumn::Value) == std::vector<std::wstring>{target});
+        DeleteFileW(native.c_str());
+        startup.run();
+        CHECK(startup.list.column(StartupColumn::Value) == std::vector<std::wstring>{target + L"<リンク切れ>"});
+    }
     SUBCASE("there is none") {
         const doubles::RegisteredClass none(L"WScript.Shell", [] { return win::ComPtr<doubles::Object>(); });
         CHECK(startup::GetShortcutTarget(link) == L"C:\\stored.exe");
     }
 }
 
-TEST_CASE("a drive or share that is not there cannot be reached, and a share that failed stays so") {
+TEST_CASE("a drive or share that is not there cannot be reached, and a server that failed is not asked again") {
+    static std::vector<std::wstring> asked;
+    static decltype(PathFileExistsW)* original = nullptr;
+    const ImportHook hook(
+        "PathFileExistsW", +[](LPCWSTR path) WINAPI -> BOOL {
+            asked.emplace_back(path);
+            return original(path);
+        });
+    REQUIRE(hook);
+    original = hook.original<decltype(PathFileExistsW)>();
     startup::FileProbe probe;
     CHECK(probe.reachable(L"C:\\gone\\b.exe"));
     CHECK(probe.reachable(L"::{20D04FE0-3AEA-1069-A2D8-08002B30309D}"));
     CHECK_FALSE(probe.reachable(L"X:\\no drive"));
-    CHECK_FALSE(probe.exists(L"\\\\server\\late\\a.exe"));
+    asked.clear();
+    CHECK_FALSE(probe.exists(L"//server/late/a.exe"));
     CHECK_FALSE(probe.reachable(L"\\\\Server\\Late\\b\\..\\a.exe"));
+    CHECK_FALSE(probe.reachable(L"/\\SERVER/another/a.exe"));
+    CHECK(asked == std::vector<std::wstring>{L"//server/late/a.exe"});
 }

@@ -2,6 +2,8 @@
 
 #include "startup/shell_files.h"
 #include "support/automation_double.h"
+#include "support/deletion_place.h"
+#include "support/import_hook.h"
 #include "support/show.h"
 #include "support/test_folder.h"
 #include "support/test_host.h"
@@ -43,15 +45,7 @@ std::optional<Link> TakeLink(const std::wstring& name) {
     return found;
 }
 
-int CountStartupFiles() {
-    WIN32_FIND_DATAW entry = {};
-    const win::FindHandle search(
-        FindFirstFileW((win::GetSpecialFolderPath(CSIDL_STARTUP) + L"\\*.lnk").c_str(), &entry));
-    int count = 0;
-    for (BOOL more = search ? TRUE : FALSE; more; more = FindNextFileW(search.get(), &entry))
-        ++count;
-    return count;
-}
+std::size_t CountStartupFiles() { return deletion::Names(win::GetSpecialFolderPath(CSIDL_STARTUP)).size(); }
 
 void CheckShortcuts() {
     REQUIRE_THROW_AWAY();
@@ -67,6 +61,13 @@ void CheckShortcuts() {
     // An existing shortcut is overwritten.
     CreateStartupShortcut(target, host);
     CHECK(CountStartupFiles() == 1);
+    // One that lies in the folder already and is dropped stays as it is, without a question.
+    const std::wstring startup = win::GetSpecialFolderPath(CSIDL_STARTUP);
+    wchar_t short_name[MAX_PATH] = {};
+    GetShortPathNameW(startup.c_str(), short_name, MAX_PATH);
+    for (const std::wstring& each : {startup, win::LowerCase(startup), startup + L"\\.", std::wstring(short_name)})
+        CreateStartupShortcut(each + L"\\対象 file.v2.LNK", host);
+    CHECK(host.questions.size() == 2);
     auto link = TakeLink(L"対象 file.v2.lnk");
     REQUIRE(link);
     CHECK(win::LowerCase(link->target) == win::LowerCase(target));
@@ -106,6 +107,34 @@ TEST_CASE("A shortcut in the startup folder, made by the script host, or by the 
     CheckShortcuts();
     const doubles::RegisteredClass no_scripts(L"WScript.Shell", [] { return win::ComPtr<doubles::Object>(); });
     CheckShortcuts();
+}
+
+TEST_CASE("Where the script host would lose a character the shell writes the shortcut") {
+    REQUIRE_THROW_AWAY();
+    const win::ComApartment apartment;
+    static int asked = 0;
+    const doubles::RegisteredClass host_double(L"WScript.Shell", [] {
+        win::ComPtr<doubles::Object> made = doubles::MakeObject();
+        made->method(L"CreateShortcut", [](const doubles::Arguments&, win::Variant&) { return ++asked, E_FAIL; });
+        return made;
+    });
+    TestFolder folder(L"caf\u00e9");
+    TestHost host;
+    CreateStartupShortcut(L"C:\\plain.exe", host);
+    CHECK(asked == 1);
+    const std::wstring target = folder.make_file(L"plain.exe");
+    CreateStartupShortcut(target, host);
+    CHECK(asked == 1);
+    // Wine's own reading of it loses the character, the file has it.
+    const std::string content = ContentOf(win::GetSpecialFolderPath(CSIDL_STARTUP) + L"\\plain.lnk");
+    CHECK(content.find(std::string("f\0\xE9\0", 4)) != content.npos);
+    CHECK(TakeLink(L"plain.lnk"));
+    // Variables that cannot be expanded stay, and do no harm.
+    const ImportHook fails(
+        "ExpandEnvironmentStringsW", +[](LPCWSTR, LPWSTR, DWORD) WINAPI -> DWORD { return 0; });
+    REQUIRE(fails);
+    CreateStartupShortcut(target, host);
+    CHECK(TakeLink(L"plain.lnk"));
 }
 
 TEST_CASE("Of three dropped files the first counts") {

@@ -1,161 +1,184 @@
 #include "support/deletion_place.h"
 #include "support/host_link.h"
-#include "support/import_hook.h"
 #include "support/show.h"
-
-#include <set>
 
 using namespace deletion;
 using tools::DeleteFolderContents;
 
-TEST_CASE("Everything goes but system files and the folders that hold them") {
-    Place place;
-    for (const wchar_t* name : {L"dot folder.", L"empty", L"full", L"full\\inner", L"keeps", L"keeps\\inner"})
-        MakeFolder(place.temp + L"\\" + name);
-    for (const wchar_t* name :
-         {L"plain.txt", L"no extension", L"一時ファイル①髙～.tmp", L"...name", L"dot at the end.", L"blank at the end ",
-          L"dot folder.\\file", L"full\\inner\\file", L"full\\file", L"keeps\\file", L"keeps\\inner\\file"}) {
-        MakeFile(place.temp + L"\\" + name);
+namespace {
+
+decltype(CreateFileW)* open_file = nullptr;
+
+// Folders named "closed" may not be listed.
+HANDLE WINAPI OpenUnlessClosed(LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security, DWORD creation,
+                               DWORD flags, HANDLE like) {
+    if (!std::wstring_view(path).ends_with(L"closed") || (access & FILE_LIST_DIRECTORY) == 0) {
+        return open_file(path, access, share, security, creation, flags, like);
     }
-    constexpr DWORD kHidden = FILE_ATTRIBUTE_HIDDEN;
-    MakeFile(place.temp + L"\\hidden", kHidden);
-    MakeFile(place.temp + L"\\read-only", FILE_ATTRIBUTE_READONLY);
-    MakeFile(place.temp + L"\\hidden and read-only", FILE_ATTRIBUTE_READONLY | kHidden);
-    MakeFile(place.temp + L"\\system", FILE_ATTRIBUTE_SYSTEM);
-    MakeFile(place.temp + L"\\keeps\\inner\\system", FILE_ATTRIBUTE_SYSTEM | kHidden);
-    place.clean();
-    CHECK(Lines(Tree(place.temp)) == Lines({place.temp + L"\\keeps 0", place.temp + L"\\keeps\\inner 0",
-                                            place.temp + L"\\keeps\\inner\\system 6", place.temp + L"\\system 6"}));
-    CHECK(place.canaries_live());
-    CHECK_FALSE(place.host.pointer_shows_hourglass);
+    SetLastError(ERROR_ACCESS_DENIED);
+    return INVALID_HANDLE_VALUE;
 }
 
-TEST_CASE("No link leads out, and none is removed but hard links that may be written") {
-    Place place;
-    const std::wstring inner = place.temp + L"\\inner";
-    MakeFolder(inner);
-    MakeFile(inner + L"\\file");
-    REQUIRE(MakeHostLink(L"../outside/folder", place.temp + L"\\folder link"));
-    REQUIRE(MakeHostLink(L"../outside/empty", place.temp + L"\\empty link"));
-    REQUIRE(MakeHostLink(L"../outside/canary", place.temp + L"\\file link"));
-    REQUIRE(MakeHostLink(L"../../outside", inner + L"\\nested link"));
-    REQUIRE(MakeHostLink(L"../../outside/folder/canary", inner + L"\\nested file link"));
-    const std::wstring read_only = place.outside + L"\\folder\\another";
-    SetFileAttributesW(read_only.c_str(), FILE_ATTRIBUTE_READONLY);
-    REQUIRE(MakeHostLink(L"../../outside/folder/another", inner + L"\\read-only file link"));
-    // Its attribute is the outside file's too.
-    REQUIRE(CreateHardLinkW((inner + L"\\hard link").c_str(), read_only.c_str(), nullptr));
-    REQUIRE(CreateHardLinkW((inner + L"\\writable").c_str(), (place.outside + L"\\canary").c_str(), nullptr));
-    REQUIRE(MakeHostLink(L"..", inner + L"\\parent"));
-    REQUIRE(MakeHostLink(L".", place.temp + L"\\itself"));
-    REQUIRE(MakeHostLink(L"folder link", place.temp + L"\\link to a link"));
-    MakeFile(place.temp + L"\\file");
-    place.clean();
-    CHECK(place.canaries_live());
-    CHECK(Names(place.temp) == std::vector<std::wstring>{L"empty link", L"file link", L"folder link", L"inner",
-                                                         L"itself", L"link to a link"});
-    CHECK((GetFileAttributesW(read_only.c_str()) & FILE_ATTRIBUTE_READONLY) != 0);
-    CHECK(Names(inner) == std::vector<std::wstring>{L"hard link", L"nested file link", L"nested link", L"parent",
-                                                    L"read-only file link"});
-}
+constexpr const wchar_t* kFolders[] = {
+    L"dot folder.",  L"empty", L"full",          L"full\\inner",           L"keeps",
+    L"keeps\\inner", L"inner", L"keeps\\closed", L"keeps\\closed\\folder", L"closed"};
+constexpr const wchar_t* kFiles[] = {L"plain.txt",
+                                     L"no extension",
+                                     L"一時ファイル①髙～.tmp",
+                                     L"...name",
+                                     L"dot at the end.",
+                                     L"blank at the end ",
+                                     L"dot folder.\\file",
+                                     L"full\\inner\\file",
+                                     L"full\\file",
+                                     L"keeps\\file",
+                                     L"inner\\file",
+                                     L"keeps\\inner\\file",
+                                     L"open"};
+// What the links lead to, as the host reads it from there, and where they stand.
+constexpr std::pair<const wchar_t*, const wchar_t*> kLinks[] = {
+    {L"../outside/folder", L"folder link"},
+    {L"../outside/empty", L"empty link"},
+    {L"../outside/empty", L"link closed"},
+    {L"../outside/canary", L"file link"},
+    {L"../../outside", L"inner\\nested link"},
+    {L"../../outside/folder/canary", L"inner\\nested file link"},
+    {L"../../outside/folder/another", L"inner\\read-only file link"},
+    {L"..", L"inner\\parent link"},
+    {L".", L"itself link"},
+    {L"folder link", L"link to a link"}};
 
-TEST_CASE("Read-only folders go as well, and stay read-only where they are not empty") {
-    // Wine's folders have no such attribute.
-    static std::set<std::wstring> read_only;
-    static decltype(RemoveDirectoryW)* remove = nullptr;
-    const ImportHook get(
-        "GetFileAttributesW", +[](LPCWSTR path) WINAPI -> DWORD {
-            return FILE_ATTRIBUTE_DIRECTORY | (read_only.contains(path) ? FILE_ATTRIBUTE_READONLY : 0U);
-        });
-    const ImportHook set(
-        "SetFileAttributesW", +[](LPCWSTR path, DWORD attributes) WINAPI -> BOOL {
-            if ((attributes & FILE_ATTRIBUTE_READONLY) == 0) return read_only.erase(path) != 0;
-            return read_only.insert(path).second;
-        });
-    const ImportHook hook(
-        "RemoveDirectoryW", +[](LPCWSTR path) WINAPI -> BOOL {
-            if (!read_only.contains(path)) return remove(path);
-            SetLastError(ERROR_ACCESS_DENIED);
-            return FALSE;
-        });
-    REQUIRE((get && set && hook));
-    remove = hook.original<decltype(RemoveDirectoryW)>();
-    Place place;
-    const std::wstring keeps = place.temp + L"\\keeps";
-    MakeFolder(place.temp + L"\\empty");
-    MakeFolder(keeps);
-    MakeFile(keeps + L"\\system", FILE_ATTRIBUTE_SYSTEM);
-    read_only = {Raw(place.temp + L"\\empty"), Raw(keeps)};
-    place.clean();
-    CHECK(Names(place.temp) == std::vector<std::wstring>{L"keeps"});
-    CHECK(read_only == std::set<std::wstring>{Raw(keeps)});
-}
+}  // namespace
 
-TEST_CASE("A folder that is not where its path says is left alone") {
-    Place place;
-    REQUIRE(MakeHostLink(L"outside", place.temp + L"\\..\\link"));
-    const std::wstring link = place.temp.substr(0, place.temp.rfind(L'\\')) + L"\\link";
-    DeleteFolderContents(link, L"*.*", place.host);
-    DeleteFolderContents(link + L"\\folder", L"*.*", place.host);
-    DeleteFolderContents(place.temp + L"\\..\\outside", L"*.*", place.host);
-    DeleteFolderContents(place.temp + L"\\missing", L"*.*", place.host);
-    CHECK(place.canaries_live());
-}
-
-TEST_CASE("Links put in the places of folders while the window breathes do not lead out") {
-    Place place;
-    for (unsigned number = 0; number < 200; ++number) {
-        const std::wstring folder = place.temp + L"\\folder" + win::PadZeros(number, 3);
-        MakeFolder(folder);
-        MakeFile(folder + L"\\another");
-        MakeFile(folder + L"\\canary");
+TEST_CASE("Everything goes but system files, open ones, links and what holds them; no link leads out, in four ways") {
+    using Lines = std::vector<std::wstring>;
+    const ImportHook hook("CreateFileW", &OpenUnlessClosed);
+    open_file = hook.original<decltype(CreateFileW)>();
+    for (const Ways::Way way : Ways::kAll) {
+        CAPTURE(way.vista);
+        CAPTURE(way.links_show);
+        const Ways ways(way);
+        Place place;
+        const std::wstring temp = place.temp + L"\\";
+        for (const wchar_t* name : kFolders)
+            MakeFolder(temp + name);
+        for (const wchar_t* name : kFiles)
+            MakeFile(temp + name);
+        for (const auto& [target, name] : kLinks)
+            REQUIRE(MakeHostLink(target, temp + name));
+        constexpr DWORD kHidden = FILE_ATTRIBUTE_HIDDEN;
+        MakeFile(temp + L"hidden", kHidden);
+        MakeFile(temp + L"read-only", FILE_ATTRIBUTE_READONLY | kHidden);
+        MakeFile(temp + L"system", FILE_ATTRIBUTE_SYSTEM);
+        MakeFile(temp + L"keeps\\inner\\system", FILE_ATTRIBUTE_SYSTEM | kHidden);
+        // A read-only file's attribute is that of its other name outside, too.
+        const std::wstring read_only = place.outside + L"\\folder\\another";
+        SetFileAttributesW(read_only.c_str(), FILE_ATTRIBUTE_READONLY);
+        REQUIRE(CreateHardLinkW((temp + L"inner\\hard").c_str(), read_only.c_str(), nullptr));
+        REQUIRE(CreateHardLinkW((temp + L"inner\\writable").c_str(), (place.outside + L"\\canary").c_str(), nullptr));
+        const win::File open(
+            CreateFileW((temp + L"open").c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+        place.clean();
+        CHECK(Names(place.temp) == Lines{L"empty link", L"file link", L"folder link", L"inner", L"itself link",
+                                         L"keeps", L"link closed", L"link to a link", L"open", L"system"});
+        CHECK(Names(temp + L"inner") ==
+              Lines{L"hard", L"nested file link", L"nested link", L"parent link", L"read-only file link"});
+        CHECK(Names(temp + L"keeps") == Lines{L"closed", L"inner"});
+        CHECK(Names(temp + L"keeps\\inner") == Lines{L"system"});
+        CHECK((GetFileAttributesW(read_only.c_str()) & FILE_ATTRIBUTE_READONLY) != 0);
+        CHECK_FALSE(place.host.pointer_shows_hourglass);
+        // A folder that is not where its path says is left alone.
+        for (const wchar_t* elsewhere : {L"folder link", L"folder link\\..\\folder", L"missing"})
+            DeleteFolderContents(temp + elsewhere, L"*.*", place.host);
+        CHECK(place.canaries_live());
     }
-    bool swapped = false;
-    place.host.on_pump = [&] {
-        const std::size_t left = Names(place.temp).size();
-        if (swapped || left < 100 || left > 190) return;
-        // The next folder is already found, or being emptied, when it becomes a link.
-        swapped =
-            RunOnHost(L"cd '" + HostPath(place.temp) +
-                          L"' && mkdir ../moved && mv folder* ../moved && cd ../moved && for each in *[02468]; do "
-                          L"ln -s ../outside/folder ../temp/$each; done && for each in *[13579]; do "
-                          L"ln -s ../outside/empty ../temp/$each; done && touch ../swapped",
-                      place.temp + L"\\..\\swapped");
-        CHECK(swapped);
-    };
-    place.clean();
-    CHECK(swapped);
-    CHECK(Names(place.temp).size() >= 100);
-    CHECK(place.canaries_live());
 }
 
-TEST_CASE("Open files stay, vanishing ones do no harm") {
-    Place place;
-    MakeFile(place.temp + L"\\open");
-    for (int number = 0; number < 600; ++number)
-        MakeFile(place.temp + L"\\file" + win::PadZeros(static_cast<unsigned>(number), 4));
-    MakeFolder(place.temp + L"\\vanishing");
-    const win::File open(CreateFileW((place.temp + L"\\open").c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                     OPEN_EXISTING, 0, nullptr));
-    place.host.on_pump = [&] {
-        for (int number = 300; number < 600; ++number) {
-            DeleteFileW((place.temp + L"\\file" + win::PadZeros(static_cast<unsigned>(number), 4)).c_str());
+// Exchanges a folder for a link out of the temporary folder at a moment between two steps of the deletion, as a
+// hostile program of the same user can on Windows by making the emptied folder a junction.
+class Race {
+public:
+    explicit Race(const Place& place) : place_(place) {
+        race_ = this;
+        open_ = create_.original<decltype(CreateFileW)>();
+        Ways::before_change = [] { race_->step(); };
+    }
+    ~Race() { Ways::before_change = nullptr; }
+
+    // Whether the exchange came to pass before the folder was empty.
+    bool round(int number) {
+        steps_left_ = 1 + number % 8;
+        after_open_ = number % 3 == 0;
+        folder_ = place_.temp + L"\\folder" + win::ToText(number % 2);
+        for (int each = 0; each < 2; ++each) {
+            const std::wstring folder = place_.temp + L"\\folder" + win::ToText(each);
+            MakeFolder(folder);
+            MakeFolder(folder + L"\\inner");
+            for (const wchar_t* name : {L"\\canary", L"\\another"})
+                MakeFile(folder + name, number % 5 == 0 ? FILE_ATTRIBUTE_READONLY : FILE_ATTRIBUTE_NORMAL);
         }
-        RemoveDirectoryW((place.temp + L"\\vanishing").c_str());
-    };
-    place.clean();
-    CHECK(place.host.pumps > 0);
-    CHECK(Names(place.temp) == std::vector<std::wstring>{L"open"});
-    CHECK(place.canaries_live());
+        tools::DeleteFolderContents(place_.temp, L"*.*", host_);
+        const bool done = steps_left_ == 0;
+        steps_left_ = 0;
+        if (done) exchange();
+        tools::DeleteFolderContents(place_.temp, L"*.*", host_);
+        return done;
+    }
+
+private:
+    void exchange() const {
+        const std::wstring aside = HostPath(place_.temp) + L"/../aside";
+        const std::wstring link = HostPath(place_.temp) + L"/../link";
+        CallHost(HostCall::Rename, HostPath(folder_), aside);
+        CallHost(HostCall::Rename, link, HostPath(folder_));
+        CallHost(HostCall::Rename, aside, link);
+    }
+    void step() {
+        if (steps_left_ > 0 && --steps_left_ == 0) exchange();
+    }
+    bool concerns(LPCWSTR path) const { return std::wstring_view(path).starts_with(Raw(folder_)); }
+
+    static HANDLE WINAPI Open(LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security, DWORD creation,
+                              DWORD flags, HANDLE like) {
+        const bool step = race_->concerns(path) && creation == OPEN_EXISTING;
+        if (step && !race_->after_open_) race_->step();
+        const HANDLE file = open_(path, access, share, security, creation, flags, like);
+        if (step && race_->after_open_) race_->step();
+        return file;
+    }
+    static inline Race* race_;
+    static inline decltype(CreateFileW)* open_;
+    const Place& place_;
+    TestHost host_;
+    std::wstring folder_;
+    int steps_left_ = 0;
+    bool after_open_ = false;
+    const ImportHook create_{"CreateFileW", &Open};
+};
+
+TEST_CASE("A folder that becomes a link between look and deletion costs nothing outside, in 200 rounds") {
+    for (const Ways::Way way : Ways::kAll) {
+        CAPTURE(way.vista);
+        CAPTURE(way.links_show);
+        const Ways ways(way);
+        Place place;
+        MakeFolder(place.outside + L"\\folder\\inner");
+        REQUIRE(MakeHostLink(L"../outside/folder", place.temp + L"\\..\\link"));
+        Race race(place);
+        int exchanges = 0;
+        for (int round = 0; round < 100; ++round)
+            exchanges += race.round(round) ? 1 : 0;
+        CHECK(exchanges > 50);
+        CHECK(Names(place.outside + L"\\folder") == std::vector<std::wstring>{L"another", L"canary", L"inner"});
+        CHECK(Names(place.temp).empty());
+    }
 }
 
 TEST_CASE("A close stops the deletion at the next entry, however deep") {
     Place place;
     std::wstring folder = place.temp;
-    for (int depth = 0; depth < 5; ++depth) {
-        folder += L"\\folder";
-        MakeFolder(folder);
-    }
+    for (int depth = 0; depth < 5; ++depth)
+        MakeFolder(folder += L"\\folder");
     for (int number = 0; number < 1000; ++number)
         MakeFile(folder + L"\\file" + win::ToText(number));
     std::size_t left_at_close = 0;
@@ -165,8 +188,7 @@ TEST_CASE("A close stops the deletion at the next entry, however deep") {
         place.host.closing = left_at_close < 1000;
     };
     place.clean();
-    CHECK(place.host.closing);
-    CHECK(left_at_close > 0);
+    CHECK((place.host.closing && left_at_close > 0));
     CHECK(Names(folder).size() == left_at_close);
     CHECK_FALSE(place.host.pointer_shows_hourglass);
     place.host = TestHost();
@@ -174,20 +196,30 @@ TEST_CASE("A close stops the deletion at the next entry, however deep") {
     CHECK(Names(place.temp).empty());
 }
 
-TEST_CASE("Folders go however deep they lie and however long their paths are") {
-    Place place;
-    std::wstring path = place.temp;
-    int depth = 0;
-    for (; CreateDirectoryW(Raw(path + L"\\ten of ten").c_str(), nullptr); ++depth) {
-        path += L"\\ten of ten";
-        if (depth % 50 == 0) MakeFile(path + L"\\file");
+TEST_CASE("Folders go however deep they lie and however long their paths are, and vanishing files do no harm") {
+    for (const Ways::Way way : {Ways::kAll[0], Ways::kAll[2]}) {
+        const Ways ways(way);
+        Place place;
+        std::wstring path = place.temp;
+        int depth = 0;
+        for (; CreateDirectoryW(Raw(path + L"\\ten of ten").c_str(), nullptr); ++depth) {
+            path += L"\\ten of ten";
+            if (depth % 50 == 0) MakeFile(path + L"\\file");
+        }
+        CHECK(depth > 300);
+        std::wstring wide = place.temp;
+        for (int level = 0; level < 10; ++level)
+            MakeFolder(wide += L"\\" + std::wstring(200, L'w'));
+        MakeFile(wide + L"\\" + std::wstring(200, L'f'));
+        for (unsigned number = 0; number < 300; ++number)
+            MakeFile(place.temp + L"\\file" + win::PadZeros(number, 3));
+        place.host.on_pump = [&] {
+            for (unsigned number = 200; number < 300; ++number)
+                DeleteFileW((place.temp + L"\\file" + win::PadZeros(number, 3)).c_str());
+        };
+        place.clean();
+        CHECK(place.host.pumps > 0);
+        CHECK(Names(place.temp).empty());
+        CHECK(place.canaries_live());
     }
-    CHECK(depth > 300);
-    std::wstring wide = place.temp;
-    for (int level = 0; level < 10; ++level)
-        MakeFolder(wide += L"\\" + std::wstring(200, L'w'));
-    MakeFile(wide + L"\\" + std::wstring(200, L'f'));
-    place.clean();
-    CHECK(Names(place.temp).empty());
-    CHECK(place.canaries_live());
 }
