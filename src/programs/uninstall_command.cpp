@@ -6,6 +6,7 @@
 #include "win/text.h"
 
 #include <algorithm>
+#include <ranges>
 #include <span>
 #include <utility>
 #include <vector>
@@ -110,11 +111,11 @@ CommandProgram FindUnquoted(std::wstring_view command) {
     // "C:\Program Files\App\remove".
     const std::wstring_view longest = command.substr(0, LengthOfName(command));
     const std::size_t folder = longest.find_last_of(kSeparators);
-    for (auto name = beginnings.rbegin(); name != beginnings.rend(); ++name) {
-        if (folder != longest.npos && name->size() <= folder) break;
-        std::wstring path = FindCompleted(*name);
-        if (!path.empty()) return Found(command, name->size(), std::move(path));
-        if (IsFullPath(*name) && PathIsDirectoryW(std::wstring(*name).c_str())) break;
+    for (const std::wstring_view name : std::views::reverse(beginnings)) {
+        if (folder != longest.npos && name.size() <= folder) break;
+        std::wstring path = FindCompleted(name);
+        if (!path.empty()) return Found(command, name.size(), std::move(path));
+        if (IsFullPath(name) && PathIsDirectoryW(std::wstring(name).c_str())) break;
     }
     return {};
 }

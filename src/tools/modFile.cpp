@@ -5,6 +5,7 @@
 #include "win/recycle_bin.h"
 #include "win/size_text.h"
 
+#include <utility>
 #include <vector>
 
 namespace tools {
@@ -20,7 +21,7 @@ bool IsDots(std::wstring_view name) { return name == L"." || name == L".."; }
 // One deletion. Folders are entered without recursion, because paths can be deeper than the stack.
 class FolderCleaner {
 public:
-    FolderCleaner(const std::wstring& folder, ui::Host& host) : host_(host), pump_(host), path_(folder) {}
+    FolderCleaner(std::wstring folder, ui::Host& host) : host_(host), pump_(host), path_(std::move(folder)) {}
 
     void run(std::wstring_view pattern) {
         enter(pattern);

@@ -3,19 +3,15 @@
 
 #include "win/platform.h"
 
-#include <compare>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace win {
 
-struct FileIdentity {
-    DWORD volume = 0;  // its serial number
-    std::uint64_t index = 0;
-
-    auto operator<=>(const FileIdentity&) const = default;
-};
+// The serial number of its volume, and its index there.
+using FileIdentity = std::pair<DWORD, std::uint64_t>;
 
 // Links are followed. Nothing for what cannot be opened.
 std::optional<FileIdentity> IdentityOf(const std::wstring& path);

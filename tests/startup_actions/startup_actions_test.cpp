@@ -18,6 +18,8 @@
 
 #include <doctest/doctest.h>
 
+#include <algorithm>
+
 using namespace startup;
 
 namespace {

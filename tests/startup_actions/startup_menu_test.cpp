@@ -31,7 +31,6 @@ TEST_CASE("The menu of the startup list follows the row under the mouse, or the 
     folder.make_file(L"there.lnk");
     folder.make_folder(L"folder.lnk");
     const auto there = Entry(L"there.lnk", folder.path());
-    const std::wstring folder_caption = L"スタートアップフォルダを開く(&O)";
     const std::wstring key_caption = L"レジストリパスを開く(&O)";
     StartMenuState menu;
     CHECK(menu.open_caption() == std::wstring(L"開く(&O)"));
@@ -54,7 +53,7 @@ TEST_CASE("The menu of the startup list follows the row under the mouse, or the 
     CHECK(menu.open_caption() == key_caption);
     menu.open(there);
     CHECK(EnabledIn(menu) == Items{1, 3, 10, 99});
-    CHECK(menu.open_caption() == folder_caption);
+    CHECK(menu.open_caption() == std::wstring(L"スタートアップフォルダを開く(&O)"));
     menu.key(false);
     menu.open({});
     CHECK(EnabledIn(menu) == Items{99});

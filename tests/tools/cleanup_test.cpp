@@ -74,8 +74,7 @@ TEST_CASE("The temporary folder is emptied, also through a link, but never one t
               (emptied ? kFramed
                        : std::vector<std::wstring>{L"削除処理中です...",
                                                    L"安全のため、この一時フォルダの中身は削除しませんでした"}));
-        CHECK(host.questions.empty());
-        CHECK_FALSE(host.pointer_shows_hourglass);
+        CHECK_FALSE((host.pointer_shows_hourglass || !host.questions.empty()));
         return emptied;
     };
     // Relative to the current folder they would all lead to one that may be emptied.
@@ -103,8 +102,7 @@ TEST_CASE("Every command says that it is done, whatever came of it; recent docum
          {CleanupItem::RecentDocuments, CleanupItem::BrowserCache, CleanupItem::Cookies, CleanupItem::UrlHistory}) {
         TestHost host;  // without COM the history cannot even be created
         CHECK_FALSE(RunCleanup(command, host));
-        CHECK(host.statuses == kFramed);
-        CHECK(host.questions.empty());
+        CHECK((host.statuses == kFramed && host.questions.empty()));
     }
     CHECK((calls == std::vector<std::pair<UINT, LPCVOID>>{{2, nullptr}}));
 }

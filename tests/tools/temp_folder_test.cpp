@@ -7,6 +7,7 @@
 #include "win/folders.h"
 #include "win/system_text.h"
 
+#include <ranges>
 #include <vector>
 
 using namespace deletion;
@@ -72,8 +73,8 @@ TEST_CASE("The system's, the programs', the users' and the program's own folders
         Sleep(1100);
     }
     CallHost(HostCall::Unlink, HostPath(L"C:\\jn"));
-    for (auto folder = made.rbegin(); folder != made.rend(); ++folder)
-        RemoveDirectoryW(folder->c_str());
+    for (const std::wstring& folder : std::views::reverse(made))
+        RemoveDirectoryW(folder.c_str());
 }
 
 TEST_CASE("A folder to empty is given by its real path, on every system and through any link") {
