@@ -167,7 +167,7 @@ void WaitForProcessEnd(HANDLE process, ui::Host& host) {
     // Not the exit code: a program may end with the very number that stands for "still active".
     do {
         host.pump();
-        Sleep(kPollMilliseconds);
+        win::WaitForMessage(process, kPollMilliseconds);
     } while (WaitForSingleObject(process, 0) == WAIT_TIMEOUT);
 }
 

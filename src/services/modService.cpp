@@ -1,6 +1,7 @@
 #include "services/modService.h"
 
 #include "win/handle.h"
+#include "win/process.h"
 
 #include <algorithm>
 
@@ -21,14 +22,15 @@ struct OpenedService {
     win::ServiceHandle service;
 };
 
-// Sleeps the whole time, in slices between which the window lives. False as soon as the wait is to be left.
+// Waits the whole time, in slices between which the window lives and answers every message at once. False as soon as
+// the wait is to be left.
 bool SleepAlive(DWORD milliseconds, ui::Host& host) {
     const DWORD start = GetTickCount();
     for (;;) {
         if (!host.pump()) return false;
         const DWORD elapsed = GetTickCount() - start;
         if (elapsed >= milliseconds) return true;
-        Sleep(std::min(milliseconds - elapsed, kSliceMilliseconds));
+        win::WaitForMessage(nullptr, std::min(milliseconds - elapsed, kSliceMilliseconds));
     }
 }
 

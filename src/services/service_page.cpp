@@ -1,6 +1,11 @@
 #include "services/service_page.h"
 
 namespace services {
+namespace {
+
+constexpr wchar_t kWaiting[] = L"サービスの停止を待っています。もう一度閉じると、待たずに終了します";
+
+}  // namespace
 
 void ServicePage::fill() { FillServiceList(list(), host()); }
 
@@ -13,6 +18,11 @@ void ServicePage::lvService_ItemClick(int row) {
 
 bool ServicePage::enabled(int item) const {
     return IsServiceItemEnabled(item, ServiceCellsOf(list(), list().selected()));
+}
+
+ui::Guard ServicePage::guard(int item) const {
+    return {.alone = item >= ServiceItem::Start && item <= ServiceItem::Disabled,
+            .close_notice = item == ServiceItem::Restart ? kWaiting : nullptr};
 }
 
 ui::Then ServicePage::mnuServiceItem_Click(int item) {

@@ -15,9 +15,7 @@ public:
 
     std::span<const ui::MenuItem> menu() const override { return kServiceMenu; }
     bool enabled(int item) const override;
-    ui::Guard guard(int item) const override {
-        return {.alone = item >= ServiceItem::Start && item <= ServiceItem::Disabled};
-    }
+    ui::Guard guard(int item) const override;
 
 protected:
     void show(int row) override { lvService_ItemClick(row); }

@@ -12,6 +12,7 @@
 #include "shell/mod_ini.h"
 #include "shell/pages.h"
 #include "shell/status_line.h"
+#include "shell/stripes.h"
 #include "shell/tab_strip.h"
 #include "ui/page.h"
 #include "ui/subclass.h"
@@ -83,6 +84,8 @@ private:
     void Form_Load(std::wstring_view argument);
     void Form_Activate();
     bool Form_QueryUnload();
+    bool refuses_close();  // and says why
+    void refusal_ends();
     void Form_Unload();
     void close() override;
     void close_now();
@@ -126,7 +129,6 @@ private:
     std::optional<LRESULT> look_message(UINT message, WPARAM wparam, LPARAM lparam);  // fonts, colours, sizes
     LRESULT notify(LPARAM lparam);
     LRESULT list_notify(ui::Page& page, UINT code, LPARAM lparam);
-    std::optional<LRESULT> stripe(LPARAM lparam) const;
     void command(int id, int code);
     void control_command(Control which, int code);
     HBRUSH static_colours(HDC dc, HWND which) const;
@@ -192,8 +194,9 @@ private:
     Focus focus_;
     bool enter_pressed_in_cb_ = false;
 
-    bool stripes_ = false;
+    Stripes stripes_;
     bool hourglass_ = false;
+    const wchar_t* close_notice_ = nullptr;  // to be said before a close that ends a wait
     bool in_menu_ = false;
 
     HMENU menu_bar_ = nullptr;                     // the window's

@@ -23,9 +23,12 @@ void frmMain::run_item(ui::Page& page, int item) {
         if (guard.alone) alone.emplace(activity_);
         if (guard.blocks_close) close_block.emplace(activity_);
         hold_button(page, item);
+        close_notice_ = guard.close_notice;
         then = page.run(item);
+        close_notice_ = nullptr;
     }
     enable_buttons();
+    refusal_ends();
     run_then(page, then);
 }
 

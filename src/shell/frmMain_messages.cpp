@@ -2,7 +2,6 @@
 #include "shell/frmMain.h"
 
 #include "programs/detail_link.h"
-#include "shell/stripes.h"
 #include "ui/control.h"
 
 #include <windowsx.h>
@@ -24,7 +23,7 @@ LRESULT CALLBACK frmMain::DesignedProcedure(HWND window, UINT message, WPARAM wp
 std::optional<LRESULT> frmMain::handle(UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
         case WM_NOTIFY:
-            return stripe(lparam);
+            return pages_.of_window(ui::NotificationOf(lparam).hwndFrom) ? stripes_.draw(lparam) : std::nullopt;
         case WM_MOUSEWHEEL:
             mouse_wheel(GET_WHEEL_DELTA_WPARAM(wparam));
             return 0;
@@ -56,6 +55,7 @@ LRESULT frmMain::message(UINT message, WPARAM wparam, LPARAM lparam) {
         case WM_ENTERMENULOOP:
         case WM_EXITMENULOOP:
             in_menu_ = message == WM_ENTERMENULOOP;
+            controls_.tips().enable(!in_menu_);
             return 0;
         case WM_TIMER:
             wparam == kActivateTimer ? Form_Activate() : tmrMem_Timer();
@@ -115,6 +115,7 @@ std::optional<LRESULT> frmMain::look_message(UINT message, WPARAM wparam, LPARAM
 // ---- notifications ----------------------------------------------------------------------------------------------
 
 LRESULT frmMain::notify(LPARAM lparam) {
+    if (controls_.tips().answer(lparam)) return 0;
     const NMHDR header = ui::NotificationOf(lparam);
     if (header.hwndFrom == control(Control::tb)) {
         if (header.code == static_cast<UINT>(TCN_SELCHANGE)) strip_.selection_changed();
@@ -151,13 +152,6 @@ LRESULT frmMain::list_notify(ui::Page& page, UINT code, LPARAM lparam) {
             break;
     }
     return 0;
-}
-
-// Only while stripes are switched on, and only of a list.
-std::optional<LRESULT> frmMain::stripe(LPARAM lparam) const {
-    const NMHDR header = ui::NotificationOf(lparam);
-    if (!stripes_ || header.code != static_cast<UINT>(NM_CUSTOMDRAW) || !pages_.of_window(header.hwndFrom)) return {};
-    return DrawStripes(*reinterpret_cast<NMLVCUSTOMDRAW*>(lparam));
 }
 
 void frmMain::command(int id, int code) {

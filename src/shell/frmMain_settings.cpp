@@ -3,9 +3,31 @@
 #include "shell/window_place.h"
 
 namespace shell {
+namespace {
+
+// Two instances that close together write one after the other. Whoever waits too long writes all the same.
+class SavingTurn {
+public:
+    SavingTurn() : mutex_(CreateMutexW(nullptr, FALSE, L"Qorvenix.setting.ini")) {
+        if (mutex_) WaitForSingleObject(mutex_.get(), kLongestWait);
+    }
+    SavingTurn(const SavingTurn&) = delete;
+    SavingTurn& operator=(const SavingTurn&) = delete;
+    ~SavingTurn() {
+        if (mutex_) ReleaseMutex(mutex_.get());
+    }
+
+private:
+    static constexpr DWORD kLongestWait = 5000;  // milliseconds
+
+    win::Handle mutex_;
+};
+
+}  // namespace
+
 void frmMain::load_view_options() {
     scan_options_.show_icons = settings_.number(kIconKey, 0) != 0;
-    stripes_ = settings_.number(kStripeKey, 0) != 0;
+    stripes_.shown = settings_.number(kStripeKey, 0) != 0;
     scan_options_.show_system_components = settings_.number(kSystemComponentsKey, 0) != 0;
     check_view_items();
 }
@@ -14,7 +36,7 @@ void frmMain::save_view_options() const {
     const auto write_check = [this](std::string_view key, bool checked) { settings_.write(key, checked ? -1 : 0); };
     if (control(Control::txtMemPath)) settings_.write(kMemoryReleaseKey, panel_.release_program());
     write_check(kIconKey, scan_options_.show_icons);
-    write_check(kStripeKey, stripes_);
+    write_check(kStripeKey, stripes_.shown);
     write_check(kSystemComponentsKey, scan_options_.show_system_components);
 }
 
@@ -42,6 +64,7 @@ void frmMain::save_column_widths() const {
 
 // What was never shown is not the user's: geometry and widths then stay as they were stored.
 void frmMain::save_everything() const {
+    const SavingTurn turn;
     if (loaded_) SaveWindow(window_, settings_, dpi_);
     if (settings_restored_) save_column_widths();
     save_view_options();

@@ -19,6 +19,9 @@ class Page;
 struct Guard {
     bool alone = false;         // nothing else may run: refused while something does
     bool blocks_close = false;  // the window does not close, and no second command of this kind starts
+    // What the status bar says to a first close while the command waits; the second one ends the wait. Null: the first
+    // one does.
+    const wchar_t* close_notice = nullptr;
 };
 
 // What has to be filled after a command.

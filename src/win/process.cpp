@@ -38,4 +38,8 @@ StartedProcess StartElevated(HWND owner, const std::wstring& application, const 
     return {Handle(record.hProcess), 0};
 }
 
+void WaitForMessage(HANDLE process, DWORD milliseconds) {
+    MsgWaitForMultipleObjects(process ? 1 : 0, &process, FALSE, milliseconds, QS_ALLINPUT);
+}
+
 }  // namespace win

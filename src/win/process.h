@@ -32,4 +32,8 @@ StartedProcess StartSystemProgram(std::wstring_view name, std::wstring command_l
 StartedProcess StartElevated(HWND owner, const std::wstring& application, const std::wstring& arguments,
                              WindowStyle style);
 
+// Waits until the process ends, a message arrives or the time is over, whichever is first (MsgWaitForMultipleObjects).
+// Without a process (null) only for the latter two.
+void WaitForMessage(HANDLE process, DWORD milliseconds);
+
 }  // namespace win

@@ -4,7 +4,7 @@ file of every list."""
 import os
 import pathlib
 
-from driver import LIST_OF_TAB, Session, until
+from driver import HOME_PAGE, LIST_OF_TAB, VERSION, Session, until
 
 PROGRAM = '見本 "引用" & 20,5'
 UNINSTALL = r"HKLM\Software\Microsoft\Windows\CurrentVersion\Uninstall\Sample"
@@ -131,11 +131,11 @@ def help_menu(window):
         until(lambda: not session.windows("Notepad"), 20, "the end of the editor")
     window.keys("alt+h", "h")
     until(opened.exists, 20, "the browser")
-    assert opened.read_text().strip() == "https://qorvenix.example/", opened.read_text()
+    assert opened.read_text().strip() == HOME_PAGE, opened.read_text()
     session.keys("alt+h", "v")
     dialog = session.dialog()
     assert dialog[0].text == "Qorvenix"
-    assert "Qorvenix Ver1.0.0\r\nQorvenix contributors" in [each.text for each in dialog]
+    assert f"Qorvenix Ver{VERSION}\r\nQorvenix contributors" in [each.text for each in dialog]
     window.keys("Return")
 
 
@@ -161,7 +161,7 @@ def popup_menus(window):
         window.click_tab(tab)
         session.move(1200, 900)
         window.select(name, row)
-        window.choose("c")
+        window.keys("ctrl+c") if tab == 0 else window.choose("c")
         assert clipboard(window, tab) == row, (name, window.text("txtMemPath"))
         count = len(window.list(name).rows)
         window.select(name, row)

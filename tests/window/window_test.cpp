@@ -1,5 +1,6 @@
 #include "driven.h"
 
+#include "support/import_hook.h"
 #include "support/test_key.h"
 #include "ui/link_label.h"
 #include "win/text.h"
@@ -37,6 +38,14 @@ std::vector<std::wstring> Captions(const Driven& window) {
         captions.emplace_back(text);
     }
     return captions;
+}
+
+// Readable on white, not on lavender.
+DWORD WINAPI GreyText(int) { return RGB(0x76, 0x76, 0x76); }
+
+BOOL WINAPI HighContrast(UINT, UINT, void* wanted, UINT) {
+    static_cast<HIGHCONTRASTW*>(wanted)->dwFlags = HCF_HIGHCONTRASTON;
+    return TRUE;
 }
 
 }  // namespace
@@ -269,4 +278,39 @@ TEST_CASE("stripes colour every other row while they are switched on") {
     CHECK(draw.clrTextBk == RGB(255, 255, 255));
     CHECK(ask(CDDS_ITEMPREPAINT, 7) == 0);
     CHECK(draw.clrTextBk == RGB(240, 240, 255));
+
+    // Where they could not be read the rows keep the system's colours, and the answers are the same.
+    const auto keeps_colours = [&] {
+        CHECK(ask(CDDS_PREPAINT, 0) == CDRF_NOTIFYITEMDRAW);
+        CHECK(ask(CDDS_ITEMPREPAINT, 7) == 0);
+        CHECK(draw.clrTextBk == 1);
+    };
+    {
+        const ImportHook text("GetSysColor", GreyText);
+        keeps_colours();
+    }
+    const ImportHook contrast("SystemParametersInfoW", HighContrast);
+    keeps_colours();
+}
+
+TEST_CASE("a status text and a label that are cut off have their whole text as a tip") {
+    const SettingsFile settings;
+    const Driven window;
+    HWND tips = nullptr;
+    do {
+        tips = FindWindowExW(nullptr, tips, TOOLTIPS_CLASSW, nullptr);
+    } while (tips && GetWindow(tips, GW_OWNER) != window.form->window());
+    const auto tip_of = [&](Control control) {
+        NMTTDISPINFOW wanted = {};
+        wanted.hdr = {tips, reinterpret_cast<UINT_PTR>(window.at(control)), static_cast<UINT>(TTN_GETDISPINFOW)};
+        wanted.lpszText = wanted.szText;
+        SendMessageW(window.form->window(), WM_NOTIFY, wanted.hdr.idFrom, reinterpret_cast<LPARAM>(&wanted));
+        return std::wstring(wanted.lpszText);
+    };
+    const std::wstring advice(200, L'字');
+    for (const Control control : {Control::st, Control::lblMem_1, Control::Label1_0}) {
+        CHECK(tip_of(control).empty());
+        SetWindowTextW(window.at(control), advice.c_str());
+        CHECK(tip_of(control) == advice);
+    }
 }
