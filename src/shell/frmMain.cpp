@@ -96,7 +96,7 @@ void frmMain::create_later_controls() {
     attach_pages(CreationPhase::Later);
     controls_.finish();
     pages_.buffer(shown_page()->list());
-    restore_column_widths(CreationPhase::Later);
+    pages_.restore_column_widths(settings_, CreationPhase::Later);
     panel_.set_release_program(settings_.text(kMemoryReleaseKey));
     hide_views();
     arrange();
@@ -118,7 +118,7 @@ void frmMain::Form_Load(std::wstring_view argument) {
     procedure_.install(window_, *this);
     request_fill(pages_.programs());
     if (activity_.close_waits()) return;
-    restore_column_widths(CreationPhase::FirstView);
+    pages_.restore_column_widths(settings_, CreationPhase::FirstView);
     settings_restored_ = true;
     const std::wstring face = settings_.text(kFontKey);
     if (!face.empty()) controls_.use_face(face);

@@ -161,8 +161,6 @@ private:
     // ---- settings: frmMain_settings.cpp
     void load_view_options();
     void save_view_options() const;
-    void restore_column_widths(CreationPhase phase) const;
-    void save_column_widths() const;
     void save_everything() const;
 
     HINSTANCE instance_;

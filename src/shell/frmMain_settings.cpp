@@ -3,28 +3,6 @@
 #include "shell/window_place.h"
 
 namespace shell {
-namespace {
-
-// Two instances that close together write one after the other. Whoever waits too long writes all the same.
-class SavingTurn {
-public:
-    SavingTurn() : mutex_(CreateMutexW(nullptr, FALSE, L"Qorvenix.setting.ini")) {
-        if (mutex_) WaitForSingleObject(mutex_.get(), kLongestWait);
-    }
-    SavingTurn(const SavingTurn&) = delete;
-    SavingTurn& operator=(const SavingTurn&) = delete;
-    ~SavingTurn() {
-        if (mutex_) ReleaseMutex(mutex_.get());
-    }
-
-private:
-    static constexpr DWORD kLongestWait = 5000;  // milliseconds
-
-    win::Handle mutex_;
-};
-
-}  // namespace
-
 void frmMain::load_view_options() {
     scan_options_.show_icons = settings_.number(kIconKey, 0) != 0;
     stripes_.shown = settings_.number(kStripeKey, 0) != 0;
@@ -40,33 +18,11 @@ void frmMain::save_view_options() const {
     write_check(kSystemComponentsKey, scan_options_.show_system_components);
 }
 
-void frmMain::restore_column_widths(CreationPhase phase) const {
-    for (const PageRow& row : AllPageRows()) {
-        if (PhaseOf(RowOf(row.list)) != phase) continue;
-        const ui::ListView& list = pages_.of(row.list)->list();
-        for (int column = 0; column < row.columns.count; ++column) {
-            const int designed = list.column_width(column);
-            const int width = settings_.number(ColumnKey(column + 1, row.columns.suffix), designed);
-            if (width != designed) list.set_column_width(column, width);
-        }
-    }
-}
-
-void frmMain::save_column_widths() const {
-    for (const PageRow& row : AllPageRows()) {
-        if (!control(row.list)) continue;
-        for (int column = 0; column < row.columns.count; ++column) {
-            settings_.write(ColumnKey(column + 1, row.columns.suffix),
-                            pages_.of(row.list)->list().column_width(column));
-        }
-    }
-}
-
 // What was never shown is not the user's: geometry and widths then stay as they were stored.
 void frmMain::save_everything() const {
     const SavingTurn turn;
     if (loaded_) SaveWindow(window_, settings_, dpi_);
-    if (settings_restored_) save_column_widths();
+    if (settings_restored_) pages_.save_column_widths(settings_);
     save_view_options();
 }
 

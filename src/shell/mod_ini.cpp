@@ -102,6 +102,15 @@ void Settings::write(std::string_view key, std::wstring_view value) const {
 
 void Settings::write(std::string_view key, int value) const { write(key, win::ToText(value)); }
 
+SavingTurn::SavingTurn() : mutex_(CreateMutexW(nullptr, FALSE, L"Qorvenix.setting.ini")) {
+    constexpr DWORD kLongestWait = 5000;  // milliseconds
+    if (mutex_) WaitForSingleObject(mutex_.get(), kLongestWait);
+}
+
+SavingTurn::~SavingTurn() {
+    if (mutex_) ReleaseMutex(mutex_.get());
+}
+
 std::string ColumnKey(int column, int list) { return win::ToAnsi(win::ToText(column) + L"Col" + win::ToText(list)); }
 
 int PixelsFromTwips(int twips, int dpi) { return Scale(twips, dpi, kTwipsPerInch); }

@@ -1,6 +1,8 @@
 // setting.ini beside the executable: section "Morlet", decimal numbers, the system's ANSI code page.
 #pragma once
 
+#include "win/handle.h"
+
 #include <string>
 #include <string_view>
 #include <utility>
@@ -42,6 +44,19 @@ private:
 
     std::string file_;
     std::vector<std::pair<std::string, std::string>> values_;  // by key, in the order of the file
+};
+
+// While it lives no other instance writes: two that close together write one after the other. Whoever waits too long
+// writes all the same.
+class SavingTurn {
+public:
+    SavingTurn();
+    SavingTurn(const SavingTurn&) = delete;
+    SavingTurn& operator=(const SavingTurn&) = delete;
+    ~SavingTurn();
+
+private:
+    win::Handle mutex_;
 };
 
 // The key of a stored column width: the 1-based column, "Col", the list's suffix ("7Col0").

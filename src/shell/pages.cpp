@@ -60,6 +60,27 @@ void Pages::buffer(const ui::ListView& painted) const {
     ValidateRect(painted.window(), nullptr);
 }
 
+void Pages::restore_column_widths(const Settings& settings, CreationPhase phase) const {
+    for (const PageRow& row : kPages) {
+        if (PhaseOf(RowOf(row.list)) != phase) continue;
+        const ui::ListView& list = of(row.list)->list();
+        for (int column = 0; column < row.columns.count; ++column) {
+            const int designed = list.column_width(column);
+            const int width = settings.number(ColumnKey(column + 1, row.columns.suffix), designed);
+            if (width != designed) list.set_column_width(column, width);
+        }
+    }
+}
+
+void Pages::save_column_widths(const Settings& settings) const {
+    for (const PageRow& row : kPages) {
+        const ui::ListView& list = of(row.list)->list();
+        if (!list.window()) continue;
+        for (int column = 0; column < row.columns.count; ++column)
+            settings.write(ColumnKey(column + 1, row.columns.suffix), list.column_width(column));
+    }
+}
+
 ui::Page* Pages::of_window(HWND window) const {
     const auto it = std::ranges::find_if(all_, [=](const ui::Page* page) { return page->list().window() == window; });
     return window && it != all_.end() ? *it : nullptr;

@@ -6,6 +6,7 @@
 #include "services/service_page.h"
 #include "shell/controls.h"
 #include "shell/menus.h"
+#include "shell/mod_ini.h"
 #include "shell/process_page.h"
 #include "startup/startup_page.h"
 #include "sysinfo/control_panel_page.h"
@@ -47,6 +48,10 @@ public:
     void set_list_styles() const;
     // Lists are drawn in memory from now on. `painted` is the one in view, which looks the same.
     void buffer(const ui::ListView& painted) const;
+
+    // The stored widths, of the lists that a phase has made.
+    void restore_column_widths(const Settings& settings, CreationPhase phase) const;
+    void save_column_widths(const Settings& settings) const;
 
     ui::Page* of_window(HWND window) const;  // null for a window that is no list
     ui::Page* of(Control list) const;        // null for a control that is no page's list
