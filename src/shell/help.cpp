@@ -1,6 +1,5 @@
 #include "shell/help.h"
 
-#include "shell/about.h"
 #include "shell/menus.h"
 #include "ui/modDialog.h"
 #include "version.h"
@@ -9,6 +8,7 @@
 namespace shell {
 namespace {
 
+constexpr wchar_t kAuthor[] = L"Qorvenix contributors";
 constexpr wchar_t kReadMeFile[] = L"\\ReadMe.txt";
 constexpr wchar_t kUpdateFile[] = L"\\Update.exe";
 

@@ -18,6 +18,8 @@ import subprocess
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
+VERSION, HOME_PAGE = re.search(r"project\(Qorvenix VERSION (\S+) HOMEPAGE_URL (\S+)",
+                               (ROOT / "CMakeLists.txt").read_text()).groups()
 SETTINGS_KEY = r"HKCU\Software\Wine\AppDefaults\Qorvenix.exe"
 
 

@@ -4,7 +4,7 @@ file of every list."""
 import os
 import pathlib
 
-from driver import LIST_OF_TAB, Session, until
+from driver import HOME_PAGE, LIST_OF_TAB, VERSION, Session, until
 
 PROGRAM = '見本 "引用" & 20,5'
 UNINSTALL = r"HKLM\Software\Microsoft\Windows\CurrentVersion\Uninstall\Sample"
@@ -131,11 +131,11 @@ def help_menu(window):
         until(lambda: not session.windows("Notepad"), 20, "the end of the editor")
     window.keys("alt+h", "h")
     until(opened.exists, 20, "the browser")
-    assert opened.read_text().strip() == "https://qorvenix.example/", opened.read_text()
+    assert opened.read_text().strip() == HOME_PAGE, opened.read_text()
     session.keys("alt+h", "v")
     dialog = session.dialog()
     assert dialog[0].text == "Qorvenix"
-    assert "Qorvenix Ver1.0.0\r\nQorvenix contributors" in [each.text for each in dialog]
+    assert f"Qorvenix Ver{VERSION}\r\nQorvenix contributors" in [each.text for each in dialog]
     window.keys("Return")
 
 

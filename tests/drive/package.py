@@ -1,15 +1,18 @@
 #!/usr/bin/env python3
-"""The package that users download: the same file from the same commit; its program starts and finds its read-me."""
+"""The package that users download: the same file from the same commit; a placeholder in it is told of on the console; its
+program starts and finds its read-me."""
 import pathlib
 import shutil
 import subprocess
 import zipfile
 
-from driver import ROOT, Session, until
+from driver import HOME_PAGE, ROOT, Session, until
 
 made = []
 for _ in range(2):
-    package = pathlib.Path(subprocess.run([ROOT / "tools/package"], check=True, capture_output=True, text=True).stdout.strip())
+    done = subprocess.run([ROOT / "tools/package"], check=True, capture_output=True, text=True)
+    assert (f"placeholder {HOME_PAGE}" in done.stderr) == (".example" in HOME_PAGE), done.stderr
+    package = pathlib.Path(done.stdout.strip())
     made.append(package.read_bytes())
     package.unlink()
 assert made[0] == made[1], "two packages of one commit differ"
@@ -21,7 +24,8 @@ with Session() as session:
         assert sorted(archive.namelist()) == ["LICENSE.txt", "Qorvenix.exe", "ReadMe.txt"]
         archive.extractall(session.folder)
     text = (session.folder / "ReadMe.txt").read_bytes()
-    assert b"\n" not in text.replace(b"\r\n", b"") and text.decode("cp932").startswith("Qorvenix  Ver ")
+    assert b"\n" not in text.replace(b"\r\n", b"")
+    assert text.decode("cp932").startswith("Qorvenix  Ver ") and HOME_PAGE in text.decode("cp932")
     session.import_registry('[HKEY_CLASSES_ROOT\\.txt]\n@="txtfile"\n')  # Wine forgets it
     with session.start() as window:
         session.keys("alt+h", "r")
