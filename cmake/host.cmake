@@ -6,6 +6,7 @@ set(HOST_SOURCES
   src/win/size_text.cpp
   src/shell/activity.cpp
   src/shell/layout.cpp
+  src/ui/contrast.cpp
   src/startup/path.cpp
   src/sysinfo/os_name.cpp
   src/sysinfo/system_report.cpp

@@ -12,6 +12,7 @@
 #include "shell/mod_ini.h"
 #include "shell/pages.h"
 #include "shell/status_line.h"
+#include "shell/stripes.h"
 #include "shell/tab_strip.h"
 #include "ui/page.h"
 #include "ui/subclass.h"
@@ -126,7 +127,7 @@ private:
     std::optional<LRESULT> look_message(UINT message, WPARAM wparam, LPARAM lparam);  // fonts, colours, sizes
     LRESULT notify(LPARAM lparam);
     LRESULT list_notify(ui::Page& page, UINT code, LPARAM lparam);
-    std::optional<LRESULT> stripe(LPARAM lparam) const;
+    std::optional<LRESULT> stripe(LPARAM lparam);
     void command(int id, int code);
     void control_command(Control which, int code);
     HBRUSH static_colours(HDC dc, HWND which) const;
@@ -192,7 +193,7 @@ private:
     Focus focus_;
     bool enter_pressed_in_cb_ = false;
 
-    bool stripes_ = false;
+    Stripes stripes_;
     bool hourglass_ = false;
     bool in_menu_ = false;
 

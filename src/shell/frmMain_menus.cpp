@@ -131,7 +131,7 @@ void frmMain::mnuHelpItem_Click(int index) {
 
 void frmMain::check_view_items() {
     CheckItem(menu_bar_, MenuArray::mnuViewItem, ViewItem::Icons, scan_options_.show_icons);
-    CheckItem(menu_bar_, MenuArray::mnuViewItem, ViewItem::Stripes, stripes_);
+    CheckItem(menu_bar_, MenuArray::mnuViewItem, ViewItem::Stripes, stripes_.shown);
     CheckItem(menu_bar_, MenuArray::mnuViewItem, ViewItem::SystemComponents, scan_options_.show_system_components);
 }
 
@@ -141,7 +141,7 @@ void frmMain::mnuViewItem_Click(int index) {
             scan_options_.show_icons = !scan_options_.show_icons;
             break;
         case ViewItem::Stripes:
-            stripes_ = !stripes_;
+            stripes_.shown = !stripes_.shown;
             break;
         case ViewItem::SystemComponents:
             scan_options_.show_system_components = !scan_options_.show_system_components;

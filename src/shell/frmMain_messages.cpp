@@ -2,7 +2,6 @@
 #include "shell/frmMain.h"
 
 #include "programs/detail_link.h"
-#include "shell/stripes.h"
 #include "ui/control.h"
 
 #include <windowsx.h>
@@ -153,11 +152,11 @@ LRESULT frmMain::list_notify(ui::Page& page, UINT code, LPARAM lparam) {
     return 0;
 }
 
-// Only while stripes are switched on, and only of a list.
-std::optional<LRESULT> frmMain::stripe(LPARAM lparam) const {
+// Only of a list.
+std::optional<LRESULT> frmMain::stripe(LPARAM lparam) {
     const NMHDR header = ui::NotificationOf(lparam);
-    if (!stripes_ || header.code != static_cast<UINT>(NM_CUSTOMDRAW) || !pages_.of_window(header.hwndFrom)) return {};
-    return DrawStripes(*reinterpret_cast<NMLVCUSTOMDRAW*>(lparam));
+    if (header.code != static_cast<UINT>(NM_CUSTOMDRAW) || !pages_.of_window(header.hwndFrom)) return {};
+    return stripes_.draw(*reinterpret_cast<NMLVCUSTOMDRAW*>(lparam));
 }
 
 void frmMain::command(int id, int code) {

@@ -5,7 +5,7 @@
 namespace shell {
 void frmMain::load_view_options() {
     scan_options_.show_icons = settings_.number(kIconKey, 0) != 0;
-    stripes_ = settings_.number(kStripeKey, 0) != 0;
+    stripes_.shown = settings_.number(kStripeKey, 0) != 0;
     scan_options_.show_system_components = settings_.number(kSystemComponentsKey, 0) != 0;
     check_view_items();
 }
@@ -14,7 +14,7 @@ void frmMain::save_view_options() const {
     const auto write_check = [this](std::string_view key, bool checked) { settings_.write(key, checked ? -1 : 0); };
     if (control(Control::txtMemPath)) settings_.write(kMemoryReleaseKey, panel_.release_program());
     write_check(kIconKey, scan_options_.show_icons);
-    write_check(kStripeKey, stripes_);
+    write_check(kStripeKey, stripes_.shown);
     write_check(kSystemComponentsKey, scan_options_.show_system_components);
 }
 

@@ -1,5 +1,6 @@
 #include "driven.h"
 
+#include "support/import_hook.h"
 #include "support/test_key.h"
 #include "ui/link_label.h"
 #include "win/text.h"
@@ -37,6 +38,14 @@ std::vector<std::wstring> Captions(const Driven& window) {
         captions.emplace_back(text);
     }
     return captions;
+}
+
+// Readable on white, not on lavender.
+DWORD WINAPI GreyText(int) { return RGB(0x76, 0x76, 0x76); }
+
+BOOL WINAPI HighContrast(UINT, UINT, void* wanted, UINT) {
+    static_cast<HIGHCONTRASTW*>(wanted)->dwFlags = HCF_HIGHCONTRASTON;
+    return TRUE;
 }
 
 }  // namespace
@@ -269,4 +278,17 @@ TEST_CASE("stripes colour every other row while they are switched on") {
     CHECK(draw.clrTextBk == RGB(255, 255, 255));
     CHECK(ask(CDDS_ITEMPREPAINT, 7) == 0);
     CHECK(draw.clrTextBk == RGB(240, 240, 255));
+
+    // Where they could not be read the rows keep the system's colours, and the answers are the same.
+    const auto keeps_colours = [&] {
+        CHECK(ask(CDDS_PREPAINT, 0) == CDRF_NOTIFYITEMDRAW);
+        CHECK(ask(CDDS_ITEMPREPAINT, 7) == 0);
+        CHECK(draw.clrTextBk == 1);
+    };
+    {
+        const ImportHook text("GetSysColor", GreyText);
+        keeps_colours();
+    }
+    const ImportHook contrast("SystemParametersInfoW", HighContrast);
+    keeps_colours();
 }
