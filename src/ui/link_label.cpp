@@ -1,7 +1,10 @@
 #include "ui/link_label.h"
 
+#include "ui/contrast.h"
 #include "ui/control.h"
 #include "win/handle.h"
+
+#include <windowsx.h>
 
 namespace ui {
 namespace {
@@ -9,16 +12,47 @@ namespace {
 // The font of a label, borrowed from whoever sent WM_SETFONT, stands in the window's extra bytes.
 constexpr int kFontSlot = 0;
 
-HFONT FontOf(HWND label) { return reinterpret_cast<HFONT>(GetWindowLongPtrW(label, kFontSlot)); }
+// Around the text, in pixels: there the focus is marked.
+constexpr int kMargin = 1;
 
-int Brightness(COLORREF colour) { return 3 * GetRValue(colour) + 6 * GetGValue(colour) + GetBValue(colour); }
+HFONT FontOf(HWND label) { return reinterpret_cast<HFONT>(GetWindowLongPtrW(label, kFontSlot)); }
 
 // The system's colour of links, unless a colour scheme makes it one that cannot be read on the window.
 COLORREF LinkColour() {
-    constexpr int kLeastContrast = 800;  // of 2550
+    constexpr double kLeastContrast = 3;  // it is underlined besides
     const COLORREF link = GetSysColor(COLOR_HOTLIGHT);
-    const int contrast = Brightness(link) - Brightness(GetSysColor(COLOR_BTNFACE));
-    return contrast > -kLeastContrast && contrast < kLeastContrast ? GetSysColor(COLOR_BTNTEXT) : link;
+    return ContrastRatio(link, GetSysColor(COLOR_BTNFACE)) < kLeastContrast ? GetSysColor(COLOR_BTNTEXT) : link;
+}
+
+win::Font MakeFont(HWND label) {
+    LOGFONTW look = {};
+    GetObjectW(FontOf(label), sizeof look, &look);
+    look.lfUnderline = IsLink(label);
+    return win::Font(CreateFontIndirectW(&look));
+}
+
+// The text and its margin in the label's client area, as far as they are in it.
+RECT TextArea(HWND label, HDC dc, const std::wstring& text) {
+    RECT line = {};
+    DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &line, DT_CALCRECT | DT_SINGLELINE | DT_NOPREFIX);
+    RECT client = {};
+    GetClientRect(label, &client);
+    const LONG top = (client.bottom - line.bottom) / 2;
+    const RECT around = {0, top - kMargin, line.right + 2 * kMargin, top + line.bottom + kMargin};
+    RECT area = {};
+    IntersectRect(&area, &client, &around);
+    return area;
+}
+
+bool IsOnText(HWND label, POINT screen) {
+    const std::wstring text = TextOf(label);
+    if (text.empty()) return false;
+    ScreenToClient(label, &screen);
+    const win::WindowDc dc(label);
+    const win::Font font = MakeFont(label);
+    const win::Selected selected(dc.get(), font.get());
+    const RECT area = TextArea(label, dc.get(), text);
+    return PtInRect(&area, screen) != FALSE;
 }
 
 void Paint(HWND label) {
@@ -29,18 +63,18 @@ void Paint(HWND label) {
         GetClientRect(label, &area);
         const std::wstring text = TextOf(label);
         const bool link = IsLink(label);
-        LOGFONTW look = {};
-        GetObjectW(FontOf(label), sizeof look, &look);
-        look.lfUnderline = link;
-        const win::Font font(CreateFontIndirectW(&look));
+        const win::Font font = MakeFont(label);
         const win::Selected selected(dc, font.get());
         SetTextColor(dc, link ? LinkColour() : GetSysColor(COLOR_BTNTEXT));
         SetBkColor(dc, GetSysColor(COLOR_BTNFACE));
         ExtTextOutW(dc, 0, 0, ETO_OPAQUE, &area, L"", 0, nullptr);
-        RECT line = {area.left + 1, area.top, area.right - 1, area.bottom};
+        RECT line = {area.left + kMargin, area.top, area.right - kMargin, area.bottom};
         DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &line,
                   DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS);
-        if (link && GetFocus() == label) DrawFocusRect(dc, &area);
+        if (link && GetFocus() == label) {
+            const RECT around = TextArea(label, dc, text);
+            DrawFocusRect(dc, &around);
+        }
     }
     EndPaint(label, &paint);
 }
@@ -69,6 +103,9 @@ LRESULT CALLBACK Procedure(HWND label, UINT message, WPARAM wparam, LPARAM lpara
         case WM_SIZE:
             InvalidateRect(label, nullptr, FALSE);
             break;
+        case WM_NCHITTEST:
+            // Beside its text a label is not there.
+            return IsOnText(label, {GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)}) ? HTCLIENT : HTTRANSPARENT;
         case WM_SETCURSOR:
             // The window says first what it shows, an hourglass perhaps.
             if (SendMessageW(GetParent(label), message, wparam, lparam)) return TRUE;
