@@ -10,6 +10,8 @@
 namespace programs {
 namespace {
 
+constexpr wchar_t kUninstalling[] = L"アンインストーラの実行中です...";
+
 std::wstring ForcedUninstallQuestion(const std::wstring& name) {
     return L"「" + name +
            L"」を強制アンインストールしますか？\r\n"
@@ -47,7 +49,11 @@ std::optional<ProgramRow> ProgramAt(const ui::ListView& list, int row) {
 bool Uninstall(const ProgramRow& row, ui::Host& host) {
     const win::StartedProcess started = StartUninstallCommand(row.uninstall_command, host.window());
     if (!started.process) return false;
+    const std::wstring before = host.status_text();
+    host.set_status(kUninstalling);
     WaitForProcessEnd(started.process.get(), host);
+    // On a tab that writes nothing itself it would stay.
+    if (host.status_text() == kUninstalling) host.set_status(before);
     return true;
 }
 

@@ -16,6 +16,7 @@ namespace shell {
 namespace {
 
 constexpr wchar_t kSettingsFile[] = L"\\setting.ini";
+constexpr wchar_t kCloseRefused[] = L"アンインストールが終わるまで、Qorvenixは終了できません";
 
 }  // namespace
 
@@ -139,7 +140,18 @@ void frmMain::Form_Activate() {
     request_fill(pages_.control_panel());
 }
 
-bool frmMain::Form_QueryUnload() { return activity_.request_close(); }
+bool frmMain::Form_QueryUnload() { return !refuses_close() && activity_.request_close(); }
+
+bool frmMain::refuses_close() {
+    if (activity_.close_blocked()) set_status(kCloseRefused);
+    return activity_.close_blocked();
+}
+
+void frmMain::refusal_ends() {
+    if (status_.text() != kCloseRefused) return;
+    set_status({});
+    if (const ui::Page* page = shown_page()) show_count(*page);
+}
 
 // Not at once: the close may have been asked for inside a notification of a control, which still lives in it.
 void frmMain::close() { PostMessageW(window_, kCloseMessage, 0, 0); }
@@ -162,7 +174,7 @@ std::optional<LRESULT> frmMain::end_message(UINT message, WPARAM wparam) {
             Form_QueryUnload();
             return 0;
         case WM_QUERYENDSESSION:
-            return !activity_.close_blocked();
+            return !refuses_close();
         case WM_ENDSESSION:
             if (wparam) save_everything();
             return 0;

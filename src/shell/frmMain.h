@@ -84,6 +84,8 @@ private:
     void Form_Load(std::wstring_view argument);
     void Form_Activate();
     bool Form_QueryUnload();
+    bool refuses_close();  // and says why
+    void refusal_ends();
     void Form_Unload();
     void close() override;
     void close_now();

@@ -26,6 +26,7 @@ void frmMain::run_item(ui::Page& page, int item) {
         then = page.run(item);
     }
     enable_buttons();
+    refusal_ends();
     run_then(page, then);
 }
 

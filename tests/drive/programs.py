@@ -82,6 +82,7 @@ def while_one_runs(window):
     window.keys("space")
     until(lambda: started(session), 10, "the start of the uninstaller")
     assert started(session)[0][1:] == ["2", WAITING], started(session)  # minimised, with the focus
+    assert window.status() == "アンインストーラの実行中です...", window.status()
     assert window.focus() == PROGRAMS and buttons(window) == [False, False]
     # Nothing starts a second one; copying, the folder and the refresh stay.
     session.keys("Menu")
@@ -94,6 +95,7 @@ def while_one_runs(window):
     session.peek("close")
     window.settle()
     assert window.process.poll() is None and window.control("frmMain").visible
+    assert window.status() == "アンインストールが終わるまで、Qorvenixは終了できません", window.status()
     window.keys("ctrl+Tab")
     assert window.tab() == 1 and buttons(window) == [False, False]
     window.keys("ctrl+Tab")

@@ -68,6 +68,7 @@ TEST_CASE("An uninstall runs the stored command and asks for a scan when the pro
     lists.host.on_pump = [&] { lists.programs.list.clear(); };
     CHECK(Uninstall(*row, lists.host));
     CHECK(lists.host.pumps > 5);
+    CHECK(lists.host.statuses == std::vector<std::wstring>{L"アンインストーラの実行中です...", L""});
     const auto starts = recorder.starts(1);
     REQUIRE(starts.size() == 1);
     CHECK(starts[0].command_line == program + L" --wait 200 /S");
@@ -75,6 +76,7 @@ TEST_CASE("An uninstall runs the stored command and asks for a scan when the pro
     ProgramRow gone = *row;
     gone.uninstall_command = folder.path() + L"\\gone.exe /S";
     CHECK_FALSE((Uninstall(gone, lists.host) || Uninstall({}, lists.host)));
+    CHECK(lists.host.statuses.size() == 2);
     CHECK(lists.host.questions.empty());
 }
 
