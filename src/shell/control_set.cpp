@@ -22,7 +22,7 @@ constexpr KindRow kKinds[] = {
     {ControlKind::TabStrip, WC_TABCONTROLW, WS_TABSTOP | WS_CLIPSIBLINGS | TCS_MULTILINE | TCS_HOTTRACK, 0},
     {ControlKind::ListView, WC_LISTVIEWW,
      WS_TABSTOP | LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS | LVS_SHAREIMAGELISTS, WS_EX_CLIENTEDGE},
-    {ControlKind::Label, L"STATIC", SS_NOPREFIX | SS_CENTERIMAGE, 0},
+    {ControlKind::Label, L"STATIC", SS_NOPREFIX | SS_CENTERIMAGE | SS_NOTIFY, 0},
     {ControlKind::Link, ui::kLinkClass, 0, 0},
     {ControlKind::TextBox, L"EDIT", WS_TABSTOP, WS_EX_CLIENTEDGE},
     {ControlKind::CommandButton, L"BUTTON", WS_TABSTOP | BS_PUSHBUTTON, 0},
@@ -80,6 +80,7 @@ void ControlSet::create_tips() {
     for (const ControlRow& row : AllControls()) {
         // A row may have been selected already, whose values are their labels' tips.
         if (row.kind == ControlKind::Link) tips_.set(at(row.control), ui::TextOf(at(row.control)));
+        if (row.kind == ControlKind::Label || row.kind == ControlKind::StatusBar) tips_.set_whole_text(at(row.control));
         if (!row.tip) continue;
         tips_.set(at(row.control), row.tip);
         // The box in a combo box takes the mouse.

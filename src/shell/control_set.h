@@ -38,6 +38,7 @@ public:
     int status_height() const;
 
     const ui::Tooltips& tips() const { return tips_; }
+    ui::Tooltips& tips() { return tips_; }
 
 private:
     HWND create_control(const ControlRow& row, bool shown) const;

@@ -55,6 +55,7 @@ LRESULT frmMain::message(UINT message, WPARAM wparam, LPARAM lparam) {
         case WM_ENTERMENULOOP:
         case WM_EXITMENULOOP:
             in_menu_ = message == WM_ENTERMENULOOP;
+            controls_.tips().enable(!in_menu_);
             return 0;
         case WM_TIMER:
             wparam == kActivateTimer ? Form_Activate() : tmrMem_Timer();
@@ -114,6 +115,7 @@ std::optional<LRESULT> frmMain::look_message(UINT message, WPARAM wparam, LPARAM
 // ---- notifications ----------------------------------------------------------------------------------------------
 
 LRESULT frmMain::notify(LPARAM lparam) {
+    if (controls_.tips().answer(lparam)) return 0;
     const NMHDR header = ui::NotificationOf(lparam);
     if (header.hwndFrom == control(Control::tb)) {
         if (header.code == static_cast<UINT>(TCN_SELCHANGE)) strip_.selection_changed();

@@ -12,6 +12,25 @@ std::wstring TextOf(HWND control) {
     return text;
 }
 
+bool IsTextCut(HWND control) {
+    // Of a status bar: what it leaves free beside the text, about, in pixels at both ends together.
+    constexpr int kPadding = 8;
+    RECT room = {};
+    GetClientRect(control, &room);
+    // Only a status bar answers. Its text goes on under the size grip.
+    const bool is_status_bar = SendMessageW(control, SB_GETPARTS, 0, 0) > 0;
+    if (is_status_bar) room.right -= GetSystemMetrics(SM_CXVSCROLL) + kPadding;
+    RECT needed = {};
+    {
+        const std::wstring text = TextOf(control);
+        const win::WindowDc dc(control);
+        const win::Selected font(dc.get(), reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)));
+        DrawTextW(dc.get(), text.c_str(), static_cast<int>(text.size()), &needed,
+                  DT_CALCRECT | DT_SINGLELINE | DT_NOPREFIX);
+    }
+    return needed.right > room.right;
+}
+
 void SetText(HWND control, std::wstring_view text) {
     if (TextOf(control) != text) SetWindowTextW(control, std::wstring(text).c_str());
 }

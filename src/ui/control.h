@@ -12,6 +12,9 @@ namespace ui {
 // The control's whole text, whatever its length.
 std::wstring TextOf(HWND control);
 
+// Whether a label or a status bar is too narrow for its text.
+bool IsTextCut(HWND control);
+
 // Sets the text only when it is another one, so that nothing flickers.
 void SetText(HWND control, std::wstring_view text);
 

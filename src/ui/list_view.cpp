@@ -180,16 +180,37 @@ void ListView::scroll_to(int top_row) const {
     if (rows != 0) Send(window_, LVM_SCROLL, 0, rows * (bounds.bottom - bounds.top));
 }
 
-bool ListView::is_cut(int row, int column) const {
-    // What the control leaves free beside a text, about: pixels at the text's both ends together.
-    constexpr int kPadding = 12;
+RECT ListView::label_rect(int row, int column) const {
     RECT bounds = {};
     bounds.top = column;
     bounds.left = LVIR_LABEL;
-    Send(window_, LVM_GETSUBITEMRECT, static_cast<WPARAM>(row), Pointer(&bounds));
+    if (column > 0) {
+        Send(window_, LVM_GETSUBITEMRECT, static_cast<WPARAM>(row), Pointer(&bounds));
+    } else {
+        Send(window_, LVM_GETITEMRECT, static_cast<WPARAM>(row), Pointer(&bounds));
+        bounds.right = row_rect(row).left + column_width(0);
+    }
+    return bounds;
+}
+
+bool ListView::is_cut(int row, int column) const {
+    // What the control leaves free at each end of a text, about, in pixels.
+    constexpr int kPadding = 6;
     const std::wstring text = cell(row, column);
+    if (text.empty()) return false;
+    // The control draws no more.
+    if (text.size() >= kUsualLength) return true;
     const auto width = static_cast<int>(Send(window_, LVM_GETSTRINGWIDTHW, 0, Pointer(text.c_str())));
-    return width + kPadding > bounds.right - bounds.left;
+    const RECT room = label_rect(row, column);
+    if (width + 2 * kPadding > room.right - room.left) return true;
+    LVCOLUMNW format = {};
+    format.mask = LVCF_FMT;
+    Send(window_, LVM_GETCOLUMNW, static_cast<WPARAM>(column), Pointer(&format));
+    const bool at_right = (format.fmt & LVCFMT_JUSTIFYMASK) == LVCFMT_RIGHT;
+    const int start = at_right ? room.right - kPadding - width : room.left + kPadding;
+    RECT client = {};
+    GetClientRect(window_, &client);
+    return start < 0 || start + width > client.right;
 }
 
 void ListView::select(int row) const {

@@ -55,7 +55,7 @@ public:
     // The first row in view; only scroll_to changes it.
     int top_row() const;
     void scroll_to(int top_row) const;
-    // Whether the cell's text is wider than its column shows.
+    // Whether the cell's text is wider than its column shows, or reaches out of the list.
     bool is_cut(int row, int column) const;
 
     // The first row whose cell equals `text`, -1 for none.
@@ -80,6 +80,8 @@ public:
     static constexpr int kNoImage = -2;  // I_IMAGENONE: really no icon, unlike index 0
 
 private:
+    RECT label_rect(int row, int column) const;  // where the text of a cell has room, in the list's client area
+
     HWND window_ = nullptr;
 };
 

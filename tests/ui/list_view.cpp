@@ -55,3 +55,45 @@ TEST_CASE("cells of any length come back whole, and a point outside every row is
     CHECK(shown.list.cell(-1, 0).empty());
     CHECK(shown.list.hit_test({10, 5000}).row == -1);
 }
+
+TEST_CASE("a cell is cut by its column, by either edge of the list and by a larger font") {
+    constexpr ui::Column columns[] = {{L"名前", 150}, {L"サイズ", 150, LVCFMT_RIGHT}, {L"パス", 900}};
+    const TestList shown(columns);
+    const ui::ListView& list = shown.list;
+    const auto use_font = [&](int height, const wchar_t* face) {
+        static win::Font font;
+        win::Font next(CreateFontW(height, 0, 0, 0, 0, 0, 0, 0, SHIFTJIS_CHARSET, 0, 0, 0, 0, face));
+        SendMessageW(list.window(), WM_SETFONT, reinterpret_cast<WPARAM>(next.get()), TRUE);
+        font = std::move(next);
+    };
+    const auto cut = [&](int row) {
+        return std::vector<bool>{list.is_cut(row, 0), list.is_cut(row, 1), list.is_cut(row, 2)};
+    };
+    const auto add = [&](const std::wstring& text) {
+        const int row = list.add_row(text);
+        list.set_cell(row, 1, text);
+        list.set_cell(row, 2, text);
+        return row;
+    };
+    use_font(-12, L"MS UI Gothic");
+    const int nothing = add({});
+    const int little = add(L"字字字");
+    const int much = add(std::wstring(15, L'字'));
+    const int path = add(std::wstring(35, L'字'));
+    const int endless = add(std::wstring(300, L'.'));
+    using Cut = std::vector<bool>;
+    CHECK(cut(nothing) == Cut{false, false, false});
+    CHECK(cut(little) == Cut{false, false, false});
+    CHECK(cut(much) == Cut{true, true, false});
+    CHECK(cut(path) == Cut{true, true, true});  // the list ends before the text
+    CHECK(cut(endless) == Cut{true, true, true});
+
+    SendMessageW(list.window(), LVM_SCROLL, 160, 0);
+    CHECK(cut(little) == Cut{true, false, false});
+    CHECK(cut(path) == Cut{true, true, false});
+    SendMessageW(list.window(), LVM_SCROLL, 150, 0);
+    CHECK(cut(little) == Cut{true, true, true});
+    SendMessageW(list.window(), LVM_SCROLL, static_cast<WPARAM>(-310), 0);
+    use_font(-60, L"IPAGothic");
+    CHECK(cut(little) == Cut{true, true, false});
+}

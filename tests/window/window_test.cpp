@@ -292,3 +292,25 @@ TEST_CASE("stripes colour every other row while they are switched on") {
     const ImportHook contrast("SystemParametersInfoW", HighContrast);
     keeps_colours();
 }
+
+TEST_CASE("a status text and a label that are cut off have their whole text as a tip") {
+    const SettingsFile settings;
+    const Driven window;
+    HWND tips = nullptr;
+    do {
+        tips = FindWindowExW(nullptr, tips, TOOLTIPS_CLASSW, nullptr);
+    } while (tips && GetWindow(tips, GW_OWNER) != window.form->window());
+    const auto tip_of = [&](Control control) {
+        NMTTDISPINFOW wanted = {};
+        wanted.hdr = {tips, reinterpret_cast<UINT_PTR>(window.at(control)), static_cast<UINT>(TTN_GETDISPINFOW)};
+        wanted.lpszText = wanted.szText;
+        SendMessageW(window.form->window(), WM_NOTIFY, wanted.hdr.idFrom, reinterpret_cast<LPARAM>(&wanted));
+        return std::wstring(wanted.lpszText);
+    };
+    const std::wstring advice(200, L'字');
+    for (const Control control : {Control::st, Control::lblMem_1, Control::Label1_0}) {
+        CHECK(tip_of(control).empty());
+        SetWindowTextW(window.at(control), advice.c_str());
+        CHECK(tip_of(control) == advice);
+    }
+}
