@@ -49,7 +49,7 @@ foreach(source IN LISTS sources)
     add_executable(${name} ${source})
     target_link_options(${name} PRIVATE -municode)
   endif()
-  target_link_libraries(${name} PRIVATE test_flags)
+  target_link_libraries(${name} PRIVATE product test_flags)
 endforeach()
 
 # Installers of the two common kinds; tests/drive/programs.py installs what they bring and finds it in the list.

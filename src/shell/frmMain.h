@@ -129,7 +129,6 @@ private:
     std::optional<LRESULT> look_message(UINT message, WPARAM wparam, LPARAM lparam);  // fonts, colours, sizes
     LRESULT notify(LPARAM lparam);
     LRESULT list_notify(ui::Page& page, UINT code, LPARAM lparam);
-    std::optional<LRESULT> stripe(LPARAM lparam);
     void command(int id, int code);
     void control_command(Control which, int code);
     HBRUSH static_colours(HDC dc, HWND which) const;

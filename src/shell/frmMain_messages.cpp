@@ -23,7 +23,7 @@ LRESULT CALLBACK frmMain::DesignedProcedure(HWND window, UINT message, WPARAM wp
 std::optional<LRESULT> frmMain::handle(UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
         case WM_NOTIFY:
-            return stripe(lparam);
+            return pages_.of_window(ui::NotificationOf(lparam).hwndFrom) ? stripes_.draw(lparam) : std::nullopt;
         case WM_MOUSEWHEEL:
             mouse_wheel(GET_WHEEL_DELTA_WPARAM(wparam));
             return 0;
@@ -152,13 +152,6 @@ LRESULT frmMain::list_notify(ui::Page& page, UINT code, LPARAM lparam) {
             break;
     }
     return 0;
-}
-
-// Only of a list.
-std::optional<LRESULT> frmMain::stripe(LPARAM lparam) {
-    const NMHDR header = ui::NotificationOf(lparam);
-    if (header.code != static_cast<UINT>(NM_CUSTOMDRAW) || !pages_.of_window(header.hwndFrom)) return {};
-    return stripes_.draw(*reinterpret_cast<NMLVCUSTOMDRAW*>(lparam));
 }
 
 void frmMain::command(int id, int code) {

@@ -1,6 +1,7 @@
 #include "shell/stripes.h"
 
 #include "ui/contrast.h"
+#include "ui/control.h"
 
 namespace shell {
 namespace {
@@ -23,8 +24,9 @@ bool IsReadable() {
 
 }  // namespace
 
-std::optional<LRESULT> Stripes::draw(NMLVCUSTOMDRAW& draw) {
-    if (!shown) return {};
+std::optional<LRESULT> Stripes::draw(LPARAM lparam) {
+    if (!shown || ui::NotificationOf(lparam).code != static_cast<UINT>(NM_CUSTOMDRAW)) return {};
+    auto& draw = *reinterpret_cast<NMLVCUSTOMDRAW*>(lparam);
     if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) {
         readable_ = IsReadable();
         return CDRF_NOTIFYITEMDRAW;

@@ -11,9 +11,10 @@ class Stripes {
 public:
     bool shown = false;
 
-    // The answer to NM_CUSTOMDRAW of a list; nothing where the control's own procedure is to answer. Where the system's
-    // text could not be read on them, or the user wants a high contrast, the rows keep the system's colours.
-    std::optional<LRESULT> draw(NMLVCUSTOMDRAW& draw);
+    // The answer to WM_NOTIFY of a list with NM_CUSTOMDRAW; nothing where the control's own procedure is to answer, and
+    // to any other notification. Where the system's text could not be read on them, or the user wants a high contrast,
+    // the rows keep the system's colours.
+    std::optional<LRESULT> draw(LPARAM lparam);
 
 private:
     bool readable_ = true;  // asked once a painting

@@ -161,7 +161,7 @@ def popup_menus(window):
         window.click_tab(tab)
         session.move(1200, 900)
         window.select(name, row)
-        window.choose("c")
+        window.keys("ctrl+c") if tab == 0 else window.choose("c")
         assert clipboard(window, tab) == row, (name, window.text("txtMemPath"))
         count = len(window.list(name).rows)
         window.select(name, row)

@@ -1,4 +1,4 @@
-#include "programs/restore_points.h"
+#include "programs/restore_page.h"
 
 #include "provider.h"
 
@@ -169,4 +169,10 @@ TEST_CASE_FIXTURE(Machine, "The selected point is deleted by its number after a 
     CHECK(DeleteRestorePoint(test.list, host));
     CHECK(Removed() == "345\n");
     CHECK(host.statuses.empty());
+}
+
+TEST_CASE("The Delete key is the first button") {
+    const RestorePage page;
+    CHECK(page.item_of_key(VK_DELETE, false, false) == page.item_of_button(0));
+    CHECK(page.item_of_key(L'C', true, false) == ui::Page::kCopyItem);
 }

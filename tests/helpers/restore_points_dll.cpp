@@ -1,0 +1,36 @@
+// Stands in for the provider of restore points, for a whole program: a machine that has some. To be registered as the
+// in-process server of the class "winmgmts".
+#include "restore_points/provider.h"
+
+#include <memory>
+
+namespace {
+
+struct Machine {
+    Machine() {
+        add(41, L"20261102113205.000000-000", L"家計簿プラス をインストールしました");
+        add(42, L"20261109020013.000000-000", L"システム チェックポイント");
+        add(43, L"20261114121559.000000-000", L"Windows Update");
+        add(44, L"20261119084120.000000-000", L"プリンタのドライバを入れる前");
+    }
+
+    void add(int number, const wchar_t* time, const wchar_t* description) {
+        auto point = doubles::MakeObject();
+        point->property(L"creationtime", win::Variant(time));
+        point->property(L"Description", win::Variant(description));
+        point->property(L"sequencenumber", win::Variant(number));
+        provider.points.emplace_back(point.get());
+    }
+
+    Provider provider;
+};
+
+}  // namespace
+
+extern "C" __declspec(dllexport) HRESULT WINAPI DllGetClassObject(REFCLSID id, REFIID wanted, void** object) {
+    // Lives as long as the program. From now on the class is registered in the program itself.
+    [[maybe_unused]] static const Machine* const machine = std::make_unique<Machine>().release();
+    return CoGetClassObject(id, CLSCTX_INPROC_SERVER, nullptr, wanted, object);
+}
+
+extern "C" __declspec(dllexport) HRESULT WINAPI DllCanUnloadNow() { return S_FALSE; }
