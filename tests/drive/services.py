@@ -92,8 +92,12 @@ with Session() as session:
         window.select(LIST, NAME, SERVICE_NAME)
         assert (cells(window), window.status()) == (("停止", "手動"), ADVICE)
         window.picture("services-row")
+        for x in 40, 41:
+            session.move(*window.point(LIST, x, 30))
+        until(lambda: session.windows("tooltips_class32"), 5, "the tip of a cell")
         session.keys("Menu")
         session.menu_items()
+        assert not session.windows("tooltips_class32"), "a tip lies over the menu"
         window.picture("services-menu")
         window.keys("Escape")
         for number, each in enumerate(STEPS):

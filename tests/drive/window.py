@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The window as a user meets it: tabs by Windows version, the argument, keys, focus, dragged borders, resolutions."""
+"""The window as a user meets it: tabs by Windows version, keys, focus, dragged borders, resolutions."""
 from driver import CONTROL, LIST_OF_TAB, Session, until
 
 MENU_LETTERS = "fvdrh"
@@ -13,9 +13,6 @@ def tabs_by_version(session):
             captions = [tab.caption for tab in tabs]
             assert len(tabs) == count and "プロセス" not in captions, captions
             assert captions[selected] == ("システム情報" if version == "win2k" else "システムの復元"), version
-    for argument, place in (("2", 1), ("7", 0)):
-        with session.start(argument) as window:
-            assert window.tab() == place, argument
 
 
 def keys_and_focus(window):
@@ -69,16 +66,6 @@ def letters(window):
     assert window.list("ListView1_0").rows, "the program is gone"
 
 
-def wheel(window):
-    window.click_tab(0)
-    window.session.click(*window.point("ListView1_0"), 5, 3)
-    window.settle()
-    assert window.tab() == 3
-    window.session.click(*window.point("lvService"), 4, 9)
-    window.settle()
-    assert window.tab() == 0
-
-
 def dragged_border(window):
     tree = window.tree()
     right, bottom = tree["frmMain"].left + tree["frmMain"].width, tree["frmMain"].top + tree["frmMain"].height
@@ -130,13 +117,12 @@ with Session() as session:
     session.registry(r"HKLM\Software\Microsoft\Windows\CurrentVersion\Uninstall\Sample", "UninstallString",
                      r"C:\windows\system32\winver.exe")
     tabs_by_version(session)
-    print("tabs are right by version and argument")
+    print("tabs are right by version")
     session.settings()
     with session.start() as window:
         keys_and_focus(window)
         letters(window)
-        wheel(window)
-        print("keys, focus and wheel are right")
+        print("keys and focus are right")
         dragged_border(window)
         print("a dragged border leaves everything in its place")
     resolutions(session)
