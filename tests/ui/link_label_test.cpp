@@ -4,6 +4,8 @@
 
 #include <doctest/doctest.h>
 
+#include <string>
+
 TEST_CASE("to the pointer a label is its text, and nothing is beside it") {
     constexpr int kWidth = 300;
     constexpr int kHeight = 40;
