@@ -149,9 +149,8 @@ bool frmMain::refuses_close() {
 }
 
 void frmMain::refusal_ends() {
-    if (status_.text() != kCloseRefused) return;
-    set_status({});
-    if (const ui::Page* page = shown_page()) show_count(*page);
+    const ui::Page* const page = shown_page();
+    if (status_.text() == kCloseRefused) page ? show_count(*page) : set_status({});
 }
 
 // Not at once: the close may have been asked for inside a notification of a control, which still lives in it.

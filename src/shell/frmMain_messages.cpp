@@ -117,9 +117,8 @@ std::optional<LRESULT> frmMain::look_message(UINT message, WPARAM wparam, LPARAM
 LRESULT frmMain::notify(LPARAM lparam) {
     if (controls_.tips().answer(lparam)) return 0;
     const NMHDR header = ui::NotificationOf(lparam);
-    if (header.hwndFrom == control(Control::tb)) {
-        if (header.code == static_cast<UINT>(TCN_SELCHANGE)) strip_.selection_changed();
-        return 0;
+    if (header.hwndFrom == control(Control::tb) && header.code == static_cast<UINT>(TCN_SELCHANGE)) {
+        strip_.selection_changed();
     }
     ui::Page* const page = pages_.of_window(header.hwndFrom);
     return page ? list_notify(*page, header.code, lparam) : 0;

@@ -75,8 +75,7 @@ TEST_CASE("An uninstall runs the stored command and asks for a scan when the pro
 
     ProgramRow gone = *row;
     gone.uninstall_command = folder.path() + L"\\gone.exe /S";
-    CHECK_FALSE(Uninstall(gone, lists.host));
-    CHECK_FALSE(Uninstall({}, lists.host));
+    CHECK_FALSE((Uninstall(gone, lists.host) || Uninstall({}, lists.host)));
     CHECK(lists.host.statuses.size() == 2);
     CHECK(lists.host.questions.empty());
 }
