@@ -182,7 +182,8 @@ int ControlSet::status_height() const {
     return bounds.bottom - bounds.top;
 }
 
-// Nothing of the old picture is copied: what lies under a control changes along with its place.
+// Nothing is painted here, and nothing of the old picture is copied: what lies under a control changes along with its
+// place.
 void ControlSet::arrange(const Surroundings& around, DetailKind detail) {
     const Placement places = Arrange(metrics_, around, detail);
     HDWP moves = BeginDeferWindowPos(static_cast<int>(kControlCount));
@@ -192,7 +193,7 @@ void ControlSet::arrange(const Surroundings& around, DetailKind detail) {
         // The status bar places itself, the strip has been given a width to measure its height.
         if ((stays && row.control != Control::tb) || row.control == Control::st || !at(row.control)) continue;
         moves = DeferWindowPos(moves, at(row.control), nullptr, to.left, to.top, to.width, to.height,
-                               SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
+                               SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW);
     }
     EndDeferWindowPos(moves);
     for (const Control box : {Control::txtSys, Control::txtComment}) {

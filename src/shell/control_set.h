@@ -32,7 +32,8 @@ public:
     const LayoutMetrics& metrics() const { return metrics_; }
     int scaled(int pixels) const { return MulDiv(pixels, metrics_.dpi, 96); }
 
-    // Places every control, made already or not. The status bar places itself.
+    // Places every control, made already or not. The status bar places itself. Whoever calls this has the window
+    // painted.
     void arrange(const Surroundings& around, DetailKind detail);
     // Height of the status bar for the window's present width.
     int status_height() const;

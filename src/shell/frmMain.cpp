@@ -77,11 +77,11 @@ void frmMain::create_first_controls() {
     controls_.create(CreationPhase::Frame, view);
     strip_.attach(control(Control::tb), os_);
     focus_.begin(window_, control(Control::tb));
-    arrange();
+    place();
     controls_.create(CreationPhase::FirstView, view);
     attach_pages(CreationPhase::FirstView);
     focus_.set_view(control(view));
-    hide_views();
+    show_view();
     detail_.begin(RowOf(shown_tab_));
 }
 
@@ -93,12 +93,11 @@ void frmMain::create_later_controls() {
     controls_.create(CreationPhase::Later, RowOf(shown_tab_).view);
     attach_pages(CreationPhase::Later);
     controls_.finish();
-    pages_.buffer(shown_page()->list());
+    pages_.buffer();
     restore_column_widths(CreationPhase::Later);
     panel_.set_release_program(settings_.text(kMemoryReleaseKey));
-    hide_views();
-    arrange();
-    show_views();
+    show_view();
+    place();
 }
 
 void frmMain::attach_pages(CreationPhase phase) {
@@ -127,7 +126,7 @@ void frmMain::Form_Load(std::wstring_view argument) {
     SetTimer(window_, kMonitorTimer, tools::kTickInterval, nullptr);
     loaded_ = true;
     strip_.pointer_rests();
-    arrange();
+    place();
     ShowWindow(window_, StoredShowCommand(settings_));
 }
 

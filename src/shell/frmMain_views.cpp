@@ -51,14 +51,13 @@ void frmMain::tb_Click() {
     // A list that is hidden until it is filled loses the focus, and takes it back.
     if (GetFocus() == control(RowOf(shown_tab_).view)) focus_.want_view();
     if (ui::Page* left = shown_page()) left->leave();
-    shown_tab_ = strip_.selected();
+    const bool another = std::exchange(shown_tab_, strip_.selected()) != strip_.selected();
     focus_.set_view(control(RowOf(shown_tab_).view));
-    hide_views();
+    show_view();
     detail_.begin(RowOf(shown_tab_));
     detail_.name_buttons(RowOf(shown_tab_));
     enable_buttons();
-    arrange();
-    show_views();
+    if (another) arrange();
     fill_shown();
     focus_.give_wanted();
     focus_.leave_hidden();
@@ -102,31 +101,22 @@ void frmMain::refresh_shown() {
 
 // ---- what is visible --------------------------------------------------------------------------------------------
 
-// Everything is placed between hiding and showing, so that nothing is seen in a former place.
-void frmMain::hide_views() {
+// Shows the controls of the tab and hides the others; a list that appears when it is filled stays hidden until then.
+// What is seen stays until it is painted: `arrange` does that for a tab that was not there, and on the same one the
+// list stands in view while it is filled anew.
+void frmMain::show_view() {
     const TabRow& row = RowOf(shown_tab_);
     const ui::Page* const page = shown_page();
     for (const ControlRow& each : AllControls()) {
-        const bool stays = each.area == Area::Window ||
+        const bool shown = each.area == Area::Window ||
                            (each.area == Area::Detail && DetailArea::has(each.control, row)) ||
                            (each.area == Area::Information && !page) ||
                            (each.control == row.view && !(page && page->appears_when_filled()));
-        if (!stays && control(each.control)) ui::Show(control(each.control), false);
+        if (control(each.control)) ui::SetShown(control(each.control), shown);
     }
 }
 
-void frmMain::show_views() {
-    const TabRow& row = RowOf(shown_tab_);
-    const ui::Page* const page = shown_page();
-    for (const ControlRow& each : AllControls()) {
-        const bool shown = (each.area == Area::Detail && DetailArea::has(each.control, row)) ||
-                           (each.area == Area::Information && !page) ||
-                           (each.area == Area::List && each.control == row.view && !page->appears_when_filled());
-        if (shown && control(each.control)) ui::Show(control(each.control), true);
-    }
-}
-
-void frmMain::arrange() {
+void frmMain::place() {
     if (IsIconic(window_)) return;
     RECT client = {};
     GetClientRect(window_, &client);
@@ -134,6 +124,13 @@ void frmMain::arrange() {
                                  strip_.height(client.right, controls_.metrics().text_height),
                                  controls_.status_height()};
     controls_.arrange(around, RowOf(shown_tab_).detail);
+}
+
+// Painted at once: while the border is dragged there is no rest in which it would be done.
+void frmMain::arrange() {
+    place();
+    ui::InvalidateAll(window_);
+    RedrawWindow(window_, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
 }
 
 // ---- PageHost ---------------------------------------------------------------------------------------------------

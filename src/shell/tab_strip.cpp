@@ -112,7 +112,6 @@ int TabStrip::height(int width, int least) {
     SendMessageW(strip_, TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&page));
     width_ = width;
     height_ = page.top;
-    InvalidateRect(strip_, nullptr, TRUE);
     return height_;
 }
 

@@ -98,7 +98,7 @@ void ListView::set_column_width(int column, int pixels) const {
     Send(window_, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(column), MAKELPARAM(std::clamp(pixels, 0, 0x7FFF), 0));
 }
 
-void ListView::show(bool visible) const { ShowWindow(window_, visible ? SW_SHOW : SW_HIDE); }
+void ListView::show(bool visible) const { Show(window_, visible); }
 
 bool ListView::visible() const { return IsShown(window_); }
 
@@ -264,7 +264,7 @@ RedrawSuspender::~RedrawSuspender() {
     Send(window_, WM_SETREDRAW, TRUE);
     // Redraw switched on makes a hidden window visible; it must stay what it was.
     if (!visible_) SetWindowLongW(window_, GWL_STYLE, GetWindowLongW(window_, GWL_STYLE) & ~WS_VISIBLE);
-    if (visible_) RedrawWindow(window_, nullptr, nullptr, RDW_ERASE | RDW_FRAME | RDW_INVALIDATE | RDW_ALLCHILDREN);
+    if (visible_) InvalidateAll(window_);
 }
 
 }  // namespace ui
