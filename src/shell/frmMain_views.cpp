@@ -53,10 +53,12 @@ void frmMain::tb_Click() {
     if (ui::Page* left = shown_page()) left->leave();
     const bool another = std::exchange(shown_tab_, strip_.selected()) != strip_.selected();
     focus_.set_view(control(RowOf(shown_tab_).view));
-    show_view();
+    // A control that is shown would show its new text at once, in its former place.
+    if (another) hide_view();
     detail_.begin(RowOf(shown_tab_));
     detail_.name_buttons(RowOf(shown_tab_));
     enable_buttons();
+    show_view();
     if (another) arrange();
     fill_shown();
     focus_.give_wanted();
@@ -113,6 +115,12 @@ void frmMain::show_view() {
                            (each.area == Area::Information && !page) ||
                            (each.control == row.view && !(page && page->appears_when_filled()));
         if (control(each.control)) ui::SetShown(control(each.control), shown);
+    }
+}
+
+void frmMain::hide_view() {
+    for (const ControlRow& each : AllControls()) {
+        if (each.area != Area::Window && control(each.control)) ui::SetShown(control(each.control), false);
     }
 }
 
