@@ -3,6 +3,7 @@
 
 #include "programs/current_user.h"
 #include "resource.h"
+#include "shell/tab_view.h"
 #include "shell/window_place.h"
 #include "ui/control.h"
 #include "ui/input_box.h"
@@ -81,7 +82,7 @@ void frmMain::create_first_controls() {
     controls_.create(CreationPhase::FirstView, view);
     attach_pages(CreationPhase::FirstView);
     focus_.set_view(control(view));
-    show_view();
+    ShowView(controls_, RowOf(shown_tab_), shown_page());
     detail_.begin(RowOf(shown_tab_));
 }
 
@@ -96,7 +97,7 @@ void frmMain::create_later_controls() {
     pages_.buffer();
     restore_column_widths(CreationPhase::Later);
     panel_.set_release_program(settings_.text(kMemoryReleaseKey));
-    show_view();
+    ShowView(controls_, RowOf(shown_tab_), shown_page());
     place();
 }
 

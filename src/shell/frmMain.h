@@ -94,8 +94,6 @@ private:
     void run(Activity::Request request) override;
     void settled() override;
     void tb_Click();
-    void show_view();
-    void hide_view();
     void fill_page(ui::Page& page);
     void fill_shown();
     void refresh_shown();

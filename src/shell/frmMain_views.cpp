@@ -1,6 +1,7 @@
 // Which view is shown, what fills it, and the texts around it.
 #include "shell/frmMain.h"
 
+#include "shell/tab_view.h"
 #include "ui/control.h"
 #include "win/text.h"
 
@@ -54,11 +55,11 @@ void frmMain::tb_Click() {
     const bool another = std::exchange(shown_tab_, strip_.selected()) != strip_.selected();
     focus_.set_view(control(RowOf(shown_tab_).view));
     // A control that is shown would show its new text at once, in its former place.
-    if (another) hide_view();
+    if (another) HideView(controls_);
     detail_.begin(RowOf(shown_tab_));
     detail_.name_buttons(RowOf(shown_tab_));
     enable_buttons();
-    show_view();
+    ShowView(controls_, RowOf(shown_tab_), shown_page());
     if (another) arrange();
     fill_shown();
     focus_.give_wanted();
@@ -102,27 +103,6 @@ void frmMain::refresh_shown() {
 }
 
 // ---- what is visible --------------------------------------------------------------------------------------------
-
-// Shows the controls of the tab and hides the others; a list that appears when it is filled stays hidden until then.
-// What is seen stays until it is painted: `arrange` does that for a tab that was not there, and on the same one the
-// list stands in view while it is filled anew.
-void frmMain::show_view() {
-    const TabRow& row = RowOf(shown_tab_);
-    const ui::Page* const page = shown_page();
-    for (const ControlRow& each : AllControls()) {
-        const bool shown = each.area == Area::Window ||
-                           (each.area == Area::Detail && DetailArea::has(each.control, row)) ||
-                           (each.area == Area::Information && !page) ||
-                           (each.control == row.view && !(page && page->appears_when_filled()));
-        if (control(each.control)) ui::SetShown(control(each.control), shown);
-    }
-}
-
-void frmMain::hide_view() {
-    for (const ControlRow& each : AllControls()) {
-        if (each.area != Area::Window && control(each.control)) ui::SetShown(control(each.control), false);
-    }
-}
 
 void frmMain::place() {
     if (IsIconic(window_)) return;
