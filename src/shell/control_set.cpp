@@ -31,6 +31,10 @@ constexpr KindRow kKinds[] = {
     {ControlKind::StatusBar, STATUSCLASSNAMEW, SBARS_SIZEGRIP, 0},
 };
 
+// A text as wide as ten letters of a Japanese font, and its width in pixels where columns and windows were designed.
+constexpr wchar_t kDesignedText[] = L"現在状態説明場所名前";
+constexpr int kDesignedTextWidth = 120;
+
 constexpr bool InOrder() {
     for (std::size_t i = 0; i < std::size(kKinds); ++i) {
         if (static_cast<std::size_t>(kKinds[i].kind) != i) return false;
@@ -41,12 +45,15 @@ static_assert(InOrder(), "one row for each kind, in the order of the enumeration
 
 }  // namespace
 
-void ControlSet::begin(HWND window, HINSTANCE instance, int dpi) {
-    window_ = window;
-    instance_ = instance;
+void ControlSet::begin(int dpi) {
     metrics_.dpi = dpi;
     make_fonts();
     measure();
+}
+
+void ControlSet::set_owner(HWND window, HINSTANCE instance) {
+    window_ = window;
+    instance_ = instance;
 }
 
 // ---- making -----------------------------------------------------------------------------------------------------
@@ -160,6 +167,7 @@ void ControlSet::measure() {
         }
     }
     metrics_.memory_caption_width = 0;
+    metrics_.scale = std::max(metrics_.dpi, MulDiv(96, width_of(kDesignedText), kDesignedTextWidth));
     for (Control caption = Control::lblMemory; caption <= Control::lblMemCaption_4; caption = Element(caption, 1)) {
         const bool is_value = caption >= Control::lblMem_0 && (IndexOf(caption) - IndexOf(Control::lblMem_0)) % 2 == 0;
         if (is_value) continue;

@@ -14,8 +14,9 @@ namespace shell {
 
 class ControlSet {
 public:
-    // Of the window that is to own the controls. The message font is taken and measured.
-    void begin(HWND window, HINSTANCE instance, int dpi);
+    // Takes and measures the message font. What is asked before the window is there needs that.
+    void begin(int dpi);
+    void set_owner(HWND window, HINSTANCE instance);
 
     // Makes the controls of a phase where `arrange` has put them. Only `view` of the lists is shown.
     void create(CreationPhase phase, Control view);

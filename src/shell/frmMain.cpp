@@ -41,6 +41,7 @@ bool frmMain::open(std::wstring_view argument) {
     os_ = win::QueryOsVersion();
     application_folder_ = win::ApplicationFolder();
     settings_ = Settings(application_folder_ + kSettingsFile);
+    controls_.begin(dpi_);
     create_menus();
     create_window();
     if (!window_) return false;
@@ -65,7 +66,7 @@ void frmMain::create_window() {
     description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
     description.lpszClassName = kMainClass;
     if (!RegisterClassExW(&description) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) return;
-    const Rectangle bounds = StoredBounds(settings_, dpi_);
+    const Rectangle bounds = StoredBounds(settings_, controls_.metrics());
     CreateWindowExW(0, kMainClass, ui::kProductName, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, bounds.left, bounds.top,
                     bounds.width, bounds.height, nullptr, menu_bar_, instance_, this);
 }
@@ -74,7 +75,7 @@ void frmMain::create_window() {
 
 void frmMain::create_first_controls() {
     const Control view = RowOf(shown_tab_).view;
-    controls_.begin(window_, instance_, dpi_);
+    controls_.set_owner(window_, instance_);
     controls_.create(CreationPhase::Frame, view);
     strip_.attach(control(Control::tb), os_);
     focus_.begin(window_, control(Control::tb));
@@ -103,7 +104,8 @@ void frmMain::create_later_controls() {
 
 void frmMain::attach_pages(CreationPhase phase) {
     for (const PageRow& row : AllPageRows()) {
-        if (PhaseOf(RowOf(row.list)) == phase) pages_.of(row.list)->attach(control(row.list), *this, dpi_);
+        if (PhaseOf(RowOf(row.list)) == phase)
+            pages_.of(row.list)->attach(control(row.list), *this, controls_.metrics().scale);
     }
 }
 

@@ -4,6 +4,7 @@
 #include "programs/detail_link.h"
 #include "shell/stripes.h"
 #include "ui/control.h"
+#include "shell/window_place.h"
 
 #include <windowsx.h>
 
@@ -85,7 +86,7 @@ std::optional<LRESULT> frmMain::look_message(UINT message, WPARAM wparam, LPARAM
             return 0;
         case WM_GETMINMAXINFO: {
             POINT& least = reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize;
-            least = {MulDiv(kLeastWidth, dpi_, 96), MulDiv(kLeastHeight, dpi_, 96)};
+            least = LeastSize(controls_.metrics());
             return 0;
         }
         case WM_CTLCOLORSTATIC:

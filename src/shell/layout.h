@@ -7,7 +7,7 @@
 
 namespace shell {
 
-// The smallest window, pixels at 96 dpi.
+// The smallest window, pixels as designed: at 96 dpi with the font of which an ideograph is 12 pixels wide.
 inline constexpr int kLeastWidth = 480;
 inline constexpr int kLeastHeight = 320;
 
@@ -16,6 +16,7 @@ struct LayoutMetrics {
     int dpi = 96;
     int text_height = 12;   // one line of a label
     int edit_height = 18;   // a one-line text box
+    int scale = 96;         // how wide 96 designed pixels are, at this resolution and with this font
     int button_width = 80;  // the widest of the two detail buttons
     int button_height = 22;
     int release_width = 50;  // the button "開放"

@@ -10,7 +10,7 @@ class StartupPage final : public ui::Page {
 public:
     StartupPage();
 
-    void attach(HWND list, ui::PageHost& host, int dpi) override;
+    void attach(HWND list, ui::PageHost& host, int scale) override;
     void fill() override;
 
     std::span<const ui::MenuItem> menu() const override { return kStartMenu; }

@@ -55,7 +55,7 @@ int CALLBACK CompareData(LPARAM left, LPARAM right, LPARAM) { return left < righ
 
 }  // namespace
 
-void ListView::add_columns(std::span<const Column> columns, int dpi) const {
+void ListView::add_columns(std::span<const Column> columns, int scale) const {
     const RedrawSuspender fill(*this);
     int index = 0;
     for (const Column& column : columns) {
@@ -63,7 +63,7 @@ void ListView::add_columns(std::span<const Column> columns, int dpi) const {
         record.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM | LVCF_FMT;
         record.fmt = column.alignment;
         record.pszText = const_cast<wchar_t*>(column.header);
-        record.cx = MulDiv(column.width, dpi, 96);
+        record.cx = MulDiv(column.width, scale, 96);
         record.iSubItem = index;
         Send(window_, LVM_INSERTCOLUMNW, static_cast<WPARAM>(index++), Pointer(&record));
     }

@@ -56,8 +56,9 @@ public:
     Page& operator=(const Page&) = delete;
     virtual ~Page() = default;
 
-    // Takes the list over: adds the columns and watches the mouse. The control stays the window's and outlives this.
-    virtual void attach(HWND list, PageHost& host, int dpi);
+    // Takes the list over: adds the columns, 96 of whose pixels are as wide as `scale`, and watches the mouse. The
+    // control stays the window's and outlives this.
+    virtual void attach(HWND list, PageHost& host, int scale);
     const ListView& list() const { return list_; }
 
     // ---- filling

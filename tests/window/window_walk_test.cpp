@@ -33,6 +33,20 @@ BOOL WINAPI ShownParameters(UINT action, UINT number, void* data, UINT flags) {
     return done;
 }
 
+// A screen of that resolution and a font of that height at 96 dpi, for windows that are opened from now on.
+struct Screen {
+    Screen(int dpi, int font) {
+        REQUIRE((of_device && of_system));
+        capabilities = &of_device;
+        parameters = &of_system;
+        screen_dpi = dpi;
+        font_height = font;
+    }
+
+    ImportHook of_device{"GetDeviceCaps", &ShownCapabilities};
+    ImportHook of_system{"SystemParametersInfoW", &ShownParameters};
+};
+
 // From now on every window of this program has the look of Windows 2000. There is no way back: this file's tests are
 // the last ones.
 void SwitchThemesOff() {
@@ -262,13 +276,7 @@ private:
 void WalkAt(int dpi) {
     const SettingsFile settings;
     const Programs programs;
-    const ImportHook of_device("GetDeviceCaps", &ShownCapabilities);
-    const ImportHook of_system("SystemParametersInfoW", &ShownParameters);
-    REQUIRE((of_device && of_system));
-    capabilities = const_cast<ImportHook*>(&of_device);
-    parameters = const_cast<ImportHook*>(&of_system);
-    screen_dpi = dpi;
-    font_height = 12;
+    const Screen screen(dpi, 12);
     const Driven driven;
     const HWND window = driven.form->window();
     hostile::Run("painting", kSteps, [&](hostile::Source& source, std::uint64_t) {
@@ -291,6 +299,26 @@ void WalkAt(int dpi) {
 }
 
 }  // namespace
+
+TEST_CASE("columns and the least window follow the font as well as the resolution") {
+    struct Look {
+        int dpi;
+        int font;
+        int scale;
+    };
+    for (const Look& look : {Look{96, 12, 96}, {144, 12, 144}, {96, 18, 144}, {144, 18, 216}}) {
+        CAPTURE(look.scale);
+        const SettingsFile settings("W=15\r\nH=15\r\n");
+        const Screen screen(look.dpi, look.font);
+        const Driven window;
+        RECT place = {};
+        GetWindowRect(window.form->window(), &place);
+        CHECK(place.right - place.left == 480 * look.scale / 96);
+        CHECK(place.bottom - place.top == 320 * look.scale / 96);
+        CHECK(window.list(Control::ListView1_0).column_width(0) == 260 * look.scale / 96);
+        CHECK(window.list(Control::ListView2).column_width(0) == 200 * look.scale / 96);
+    }
+}
 
 TEST_CASE("after every step the window shows what painting all of it shows") {
     WalkAt(96);
