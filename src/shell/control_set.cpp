@@ -79,6 +79,7 @@ HWND ControlSet::create_control(const ControlRow& row, bool shown) const {
 void ControlSet::finish() {
     create_tips();
     put_in_order();
+    drop_list_.attach(at(Control::cb));
 }
 
 void ControlSet::create_tips() {
@@ -87,10 +88,25 @@ void ControlSet::create_tips() {
     for (const ControlRow& row : AllControls()) {
         // A row may have been selected already, whose values are their labels' tips.
         if (row.kind == ControlKind::Link) tips_.set(at(row.control), ui::TextOf(at(row.control)));
-        if (!row.tip) continue;
-        tips_.set(at(row.control), row.tip);
-        // The box in a combo box takes the mouse.
-        if (const HWND box = GetWindow(at(row.control), GW_CHILD)) tips_.set(box, row.tip);
+        if (row.tip) set_tip(row.control, row.tip);
+    }
+}
+
+void ControlSet::set_tip(Control which, std::wstring_view text) const {
+    tips_.set(at(which), text);
+    // The box in a combo box takes the mouse.
+    if (const HWND box = GetWindow(at(which), GW_CHILD)) tips_.set(box, text);
+}
+
+void ControlSet::reported(Control which, int code) const {
+    const ControlRow& row = RowOf(which);
+    if (row.kind == ControlKind::TextBox && code == EN_SETFOCUS && (row.style & ES_READONLY)) HideCaret(at(which));
+    if (row.kind != ControlKind::ComboBox) return;
+    if (code == CBN_DROPDOWN) {
+        ui::DropList::widen(at(which));
+        set_tip(which, {});
+    } else if (code == CBN_CLOSEUP) {
+        set_tip(which, row.tip);
     }
 }
 
@@ -151,6 +167,7 @@ void ControlSet::measure() {
         return static_cast<int>(area.right);
     };
     const auto button = [&](std::wstring_view caption) { return width_of(caption) + scaled(20); };
+    metrics_.scale = std::max(metrics_.dpi, MulDiv(96, width_of(kDesignedText), kDesignedTextWidth));
     TEXTMETRICW text = {};
     GetTextMetricsW(dc.get(), &text);
     metrics_.text_height = text.tmHeight;
@@ -167,7 +184,6 @@ void ControlSet::measure() {
         }
     }
     metrics_.memory_caption_width = 0;
-    metrics_.scale = std::max(metrics_.dpi, MulDiv(96, width_of(kDesignedText), kDesignedTextWidth));
     for (Control caption = Control::lblMemory; caption <= Control::lblMemCaption_4; caption = Element(caption, 1)) {
         const bool is_value = caption >= Control::lblMem_0 && (IndexOf(caption) - IndexOf(Control::lblMem_0)) % 2 == 0;
         if (is_value) continue;

@@ -3,6 +3,7 @@
 
 #include "shell/controls.h"
 #include "shell/layout.h"
+#include "ui/drop_list.h"
 #include "ui/tooltips.h"
 #include "win/handle.h"
 
@@ -40,6 +41,9 @@ public:
     int status_height() const;
 
     const ui::Tooltips& tips() const { return tips_; }
+    // What a control says of itself (WM_COMMAND), at any time. A box that is only read shows no caret, which would make
+    // it look like a field to fill in. The list of a combo box opens as wide as its longest line, under no tip.
+    void reported(Control which, int code) const;
 
 private:
     HWND create_control(const ControlRow& row, bool shown) const;
@@ -47,12 +51,15 @@ private:
     void make_fonts();
     void measure();
     void create_tips();
+    // The tip of a control with everything in it; empty for none.
+    void set_tip(Control which, std::wstring_view text) const;
     void put_in_order() const;
 
     HWND window_ = nullptr;
     HINSTANCE instance_ = nullptr;
     std::array<HWND, kControlCount> handles_ = {};
     ui::Tooltips tips_;
+    ui::DropList drop_list_;
     std::wstring face_;          // that the option "Font" names; empty without it
     win::Font font_;             // the system's message font
     win::Font configured_font_;  // the same in that face

@@ -165,7 +165,9 @@ void frmMain::command(int id, int code) {
         return;
     }
     const auto which = static_cast<Control>(id - kFirstControlId);
-    if (which >= Control::tb && which < Control::Count && !activity_.running()) control_command(which, code);
+    if (which < Control::tb || which >= Control::Count) return;
+    controls_.reported(which, code);
+    if (!activity_.running()) control_command(which, code);
 }
 
 void frmMain::control_command(Control which, int code) {

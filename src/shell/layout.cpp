@@ -83,9 +83,7 @@ private:
     void arrange_information(const Rectangle& content) {
         const Rectangle inner = {content.left + margin(), content.top + margin(), content.width - 2 * margin(),
                                  content.height - 2 * margin()};
-        const int wanted = std::max(
-            {metrics_.memory_caption_width + gap() + metrics_.memory_value_width, metrics_.heading_width, scaled(200)});
-        const int panel_width = std::min(wanted, inner.width / 2);
+        const int panel_width = width_of_panel(inner.width);
         Rectangle report = {inner.left, inner.top, inner.width - panel_width - 2 * margin(), inner.height};
         const Rectangle panel = {inner.right() - panel_width, inner.top, panel_width, inner.height};
         const bool low = height_of_panel() > panel.height;
@@ -97,6 +95,13 @@ private:
         if (!low) top = heading(Control::lblRelease, Control::lineRelease, panel, top);
         top = arrange_release(panel, top) + section_gap;
         if (low) {
+    // A quarter of the window, but no narrower than its texts want and no wider than twice that.
+    int width_of_panel(int available) const {
+        const int wanted = std::max(
+            {metrics_.memory_caption_width + gap() + metrics_.memory_value_width, metrics_.heading_width, scaled(200)});
+        return std::min(std::clamp(available / 4, wanted, 2 * wanted), available / 2);
+    }
+
             report.height -= heading_height() + field_height() + gap();
             arrange_registry(report, report.bottom() + gap());
         } else {
