@@ -106,6 +106,7 @@ std::optional<LRESULT> frmMain::look_message(UINT message, WPARAM wparam, LPARAM
             if (!loaded_) return {};
             controls_.renew_fonts();
             strip_.forget_height();
+            if (const ui::Page* page = shown_page()) detail_.measure(*page);
             arrange();
             return {};
         default:

@@ -85,7 +85,9 @@ void frmMain::fill_page(ui::Page& page) {
     page.fill();
     page.end_fill();
     if (twin) twin->end_fill();
-    if (in_view) show_count(*shown);
+    if (!in_view) return;
+    show_count(*shown);
+    if (detail_.measure(*shown)) arrange();
 }
 
 // What "情報の更新(&U)" of the File menu does.
@@ -110,7 +112,7 @@ void frmMain::place() {
     GetClientRect(window_, &client);
     const Surroundings around = {client.right, client.bottom,
                                  strip_.height(client.right, controls_.metrics().text_height),
-                                 controls_.status_height()};
+                                 controls_.status_height(), detail_.comments()};
     controls_.arrange(around, RowOf(shown_tab_).detail);
 }
 

@@ -4,6 +4,8 @@
 #include "shell/controls.h"
 
 #include <array>
+#include <span>
+#include <vector>
 
 namespace shell {
 
@@ -14,9 +16,9 @@ inline constexpr int kLeastHeight = 320;
 // What the fonts and the resolution dictate, in pixels, measured once for a font.
 struct LayoutMetrics {
     int dpi = 96;
+    int scale = 96;         // how wide 96 designed pixels are, at this resolution and with this font
     int text_height = 12;   // one line of a label
     int edit_height = 18;   // a one-line text box
-    int scale = 96;         // how wide 96 designed pixels are, at this resolution and with this font
     int button_width = 80;  // the widest of the two detail buttons
     int button_height = 22;
     int release_width = 50;  // the button "開放"
@@ -38,11 +40,15 @@ struct Rectangle {
     bool operator==(const Rectangle&) const = default;
 };
 
+// The widths of a text's paragraphs in pixels.
+using Paragraphs = std::vector<int>;
+
 struct Surroundings {
     int width = 0;  // of the window's client area
     int height = 0;
     int strip_height = 0;  // of the tab strip with all its rows
     int status_height = 0;
+    std::span<const Paragraphs> comments = {};  // that the comment box may show
 };
 
 // What is under the list.

@@ -10,6 +10,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace ui {
 
@@ -70,6 +71,9 @@ public:
     virtual Page* filled_with() { return nullptr; }
     // The fill itself brings the list into view, when it has filled it.
     virtual bool appears_when_filled() const { return false; }
+
+    // Every text that `show_comment` may get from this page.
+    virtual std::vector<std::wstring> comments() const { return {}; }
 
     // ---- what the user does
     // The row that is selected has changed (LVN_ITEMCHANGED).
