@@ -2,9 +2,10 @@
 #include "shell/frmMain.h"
 
 #include "programs/detail_link.h"
+#include "shell/selection.h"
 #include "shell/stripes.h"
-#include "ui/control.h"
 #include "shell/window_place.h"
+#include "ui/control.h"
 
 #include <windowsx.h>
 
@@ -105,8 +106,8 @@ std::optional<LRESULT> frmMain::look_message(UINT message, WPARAM wparam, LPARAM
         case WM_THEMECHANGED:
             if (!loaded_) return {};
             controls_.renew_fonts();
-            strip_.forget_height();
             if (const ui::Page* page = shown_page()) detail_.measure(*page);
+            strip_.forget_height();
             arrange();
             return {};
         default:
@@ -122,6 +123,8 @@ LRESULT frmMain::notify(NMHDR& header) {
         return 0;
     }
     ui::Page* const page = pages_.of_window(header.hwndFrom);
+    if (page && header.code == static_cast<UINT>(NM_CUSTOMDRAW))
+        return DrawSelection(reinterpret_cast<NMLVCUSTOMDRAW&>(header));
     return page ? list_notify(*page, header) : 0;
 }
 
