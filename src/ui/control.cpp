@@ -1,5 +1,7 @@
 #include "ui/control.h"
 
+#include <iterator>
+
 namespace ui {
 
 std::wstring TextOf(HWND control) {
@@ -19,6 +21,14 @@ win::Font CreateMessageFont() {
     metrics.cbSize = sizeof metrics;
     SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
     return win::Font(CreateFontIndirectW(&metrics.lfMessageFont));
+}
+
+bool SelectAllText(HWND control) {
+    wchar_t name[8] = {};
+    GetClassNameW(control, name, static_cast<int>(std::size(name)));
+    if (std::wstring_view(name) != L"Edit") return false;
+    SendMessageW(control, EM_SETSEL, 0, -1);
+    return true;
 }
 
 void FitScrollBar(HWND box) {

@@ -18,6 +18,9 @@ void SetText(HWND control, std::wstring_view text);
 // The font of the system's message boxes, made anew.
 win::Font CreateMessageFont();
 
+// Whether a control is an edit control: then all of its text is selected (EM_SETSEL).
+bool SelectAllText(HWND control);
+
 // Shows the vertical scroll bar of a multi-line text box only when its text needs one.
 void FitScrollBar(HWND box);
 
