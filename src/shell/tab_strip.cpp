@@ -121,6 +121,7 @@ void TabStrip::paint() const {
     {
         const win::Selected picture(memory.get(), bitmap.get());
         const auto dc = reinterpret_cast<WPARAM>(memory.get());
+        FillRect(memory.get(), &all, GetSysColorBrush(COLOR_BTNFACE));
         subclass_.pass_on(WM_ERASEBKGND, dc, 0);
         subclass_.pass_on(WM_PRINTCLIENT, dc, PRF_CLIENT);
         BitBlt(screen, 0, 0, all.right, all.bottom, memory.get(), 0, 0, SRCCOPY);

@@ -334,6 +334,34 @@ TEST_CASE("the list of typed registry paths opens as wide as its longest line") 
     CHECK(opened_with(L"HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall") > 350);
 }
 
+TEST_CASE("the longest description of a service is read whole, and a short one takes no more than its lines") {
+    const SettingsFile settings;
+    const Driven window;
+    window.click(3);
+    const HWND box = window.at(Control::txtComment);
+    const auto height_with = [&](const std::wstring& description) {
+        window.list(Control::lvService).set_cell(0, 3, description);
+        SendMessageW(window.form->window(), WM_SETTINGCHANGE, 0, 0);
+        window.list(Control::lvService).select(-1);
+        window.list(Control::lvService).select(0);
+        RECT bounds = {};
+        GetWindowRect(box, &bounds);
+        return bounds.bottom - bounds.top;
+    };
+    std::wstring sentences;
+    for (int count = 0; count < 5; ++count)
+        sentences += L"プログラムの更新を検出し、ダウンロードしてインストールします。";
+    const LONG usual = height_with(L"短い説明。");
+    const LONG full = height_with(sentences);
+    CHECK(full > usual);
+    CHECK((GetWindowLongW(box, GWL_STYLE) & WS_VSCROLL) == 0);
+    CHECK(SendMessageW(box, EM_GETLINECOUNT, 0, 0) == 5);
+    CHECK(height_with(sentences + sentences + sentences) < 533 / 4);
+    CHECK((GetWindowLongW(box, GWL_STYLE) & WS_VSCROLL) != 0);
+    ShowWindow(window.form->window(), SW_MAXIMIZE);
+    CHECK(height_with(L"短い説明。") <= usual);
+}
+
 TEST_CASE("Ctrl+A selects the whole report") {
     const SettingsFile settings;
     const Driven window;
