@@ -25,7 +25,7 @@ struct ProgramColumn {
 // Of both lists, in the order of ProgramColumn.
 inline constexpr ui::Column kProgramColumns[] = {
     {L"プログラム名", 260},         {L"発行元", 150},
-    {L"サイズ", 84, LVCFMT_RIGHT},  {L"導入日", 76},
+    {L"サイズ", 84, LVCFMT_RIGHT},  {L"導入日", 84},
     {L"インストールフォルダ", 200}, {L"アンインストール コマンド", 240},
     {L"レジストリキー", 180},       {L"計算用", 0},
 };

@@ -14,11 +14,10 @@ struct ServiceColumn {
     enum Index : int { Caption, State, StartMode, Description, Path, AcceptsPause, AcceptsStop, Name };
 };
 
-// In the order of ServiceColumn. The last three are the program's own memory of the row: narrow, and their widths are
-// not stored.
+// In the order of ServiceColumn. The last three are the program's own memory of the row, whose widths are not stored.
 inline constexpr ui::Column kServiceColumns[] = {
-    {L"名前", 230}, {L"現在の状態", 75}, {L"ｽﾀｰﾄｱｯﾌﾟ", 70}, {L"説明", 330},
-    {L"パス", 260}, {L"一時停止可", 30}, {L"停止可", 30},   {L"サービス名", 30},
+    {L"名前", 230}, {L"現在の状態", 92}, {L"ｽﾀｰﾄｱｯﾌﾟ", 84}, {L"説明", 330},
+    {L"パス", 260}, {L"一時停止可", 92}, {L"停止可", 68},   {L"サービス名", 150},
 };
 
 // The words of the state and the start-mode column. The pop-up menu compares and writes them as well.

@@ -9,6 +9,13 @@ constexpr wchar_t kWaiting[] = L"サービスの停止を待っています。�
 
 void ServicePage::fill() { FillServiceList(list(), host()); }
 
+std::vector<std::wstring> ServicePage::comments() const {
+    std::vector<std::wstring> all;
+    for (int row = 0, rows = list().count(); row < rows; ++row)
+        all.push_back(CommentText(list().cell(row, ServiceColumn::Description)));
+    return all;
+}
+
 // Empty space empties description and status bar.
 void ServicePage::lvService_ItemClick(int row) {
     const ServiceDetail detail = row < 0 ? ServiceDetail() : ServiceDetailOf(list(), row);

@@ -13,6 +13,8 @@ public:
     void fill() override;
     bool appears_when_filled() const override { return true; }
 
+    std::vector<std::wstring> comments() const override;
+
     std::span<const ui::MenuItem> menu() const override { return kServiceMenu; }
     bool enabled(int item) const override;
     ui::Guard guard(int item) const override;

@@ -31,6 +31,10 @@ constexpr KindRow kKinds[] = {
     {ControlKind::StatusBar, STATUSCLASSNAMEW, SBARS_SIZEGRIP, 0},
 };
 
+// A text as wide as ten letters of a Japanese font, and its width in pixels where columns and windows were designed.
+constexpr wchar_t kDesignedText[] = L"現在状態説明場所名前";
+constexpr int kDesignedTextWidth = 120;
+
 constexpr bool InOrder() {
     for (std::size_t i = 0; i < std::size(kKinds); ++i) {
         if (static_cast<std::size_t>(kKinds[i].kind) != i) return false;
@@ -41,12 +45,15 @@ static_assert(InOrder(), "one row for each kind, in the order of the enumeration
 
 }  // namespace
 
-void ControlSet::begin(HWND window, HINSTANCE instance, int dpi) {
-    window_ = window;
-    instance_ = instance;
+void ControlSet::begin(int dpi) {
     metrics_.dpi = dpi;
     make_fonts();
     measure();
+}
+
+void ControlSet::set_owner(HWND window, HINSTANCE instance) {
+    window_ = window;
+    instance_ = instance;
 }
 
 // ---- making -----------------------------------------------------------------------------------------------------
@@ -72,6 +79,7 @@ HWND ControlSet::create_control(const ControlRow& row, bool shown) const {
 void ControlSet::finish() {
     create_tips();
     put_in_order();
+    drop_list_.attach(at(Control::cb));
 }
 
 void ControlSet::create_tips() {
@@ -81,10 +89,25 @@ void ControlSet::create_tips() {
         // A row may have been selected already, whose values are their labels' tips.
         if (row.kind == ControlKind::Link) tips_.set(at(row.control), ui::TextOf(at(row.control)));
         if (row.kind == ControlKind::Label || row.kind == ControlKind::StatusBar) tips_.set_whole_text(at(row.control));
-        if (!row.tip) continue;
-        tips_.set(at(row.control), row.tip);
-        // The box in a combo box takes the mouse.
-        if (const HWND box = GetWindow(at(row.control), GW_CHILD)) tips_.set(box, row.tip);
+        if (row.tip) set_tip(row.control, row.tip);
+    }
+}
+
+void ControlSet::set_tip(Control which, std::wstring_view text) const {
+    tips_.set(at(which), text);
+    // The box in a combo box takes the mouse.
+    if (const HWND box = GetWindow(at(which), GW_CHILD)) tips_.set(box, text);
+}
+
+void ControlSet::reported(Control which, int code) const {
+    const ControlRow& row = RowOf(which);
+    if (row.kind == ControlKind::TextBox && code == EN_SETFOCUS && (row.style & ES_READONLY)) HideCaret(at(which));
+    if (row.kind != ControlKind::ComboBox) return;
+    if (code == CBN_DROPDOWN) {
+        ui::DropList::widen(at(which));
+        set_tip(which, {});
+    } else if (code == CBN_CLOSEUP) {
+        set_tip(which, row.tip);
     }
 }
 
@@ -145,6 +168,7 @@ void ControlSet::measure() {
         return static_cast<int>(area.right);
     };
     const auto button = [&](std::wstring_view caption) { return width_of(caption) + scaled(20); };
+    metrics_.scale = std::max(metrics_.dpi, MulDiv(96, width_of(kDesignedText), kDesignedTextWidth));
     TEXTMETRICW text = {};
     GetTextMetricsW(dc.get(), &text);
     metrics_.text_height = text.tmHeight;
@@ -183,7 +207,8 @@ int ControlSet::status_height() const {
     return bounds.bottom - bounds.top;
 }
 
-// Nothing of the old picture is copied: what lies under a control changes along with its place.
+// Nothing is painted here, and nothing of the old picture is copied: what lies under a control changes along with its
+// place.
 void ControlSet::arrange(const Surroundings& around, DetailKind detail) {
     const Placement places = Arrange(metrics_, around, detail);
     HDWP moves = BeginDeferWindowPos(static_cast<int>(kControlCount));
@@ -193,7 +218,7 @@ void ControlSet::arrange(const Surroundings& around, DetailKind detail) {
         // The status bar places itself, the strip has been given a width to measure its height.
         if ((stays && row.control != Control::tb) || row.control == Control::st || !at(row.control)) continue;
         moves = DeferWindowPos(moves, at(row.control), nullptr, to.left, to.top, to.width, to.height,
-                               SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
+                               SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW);
     }
     EndDeferWindowPos(moves);
     for (const Control box : {Control::txtSys, Control::txtComment}) {

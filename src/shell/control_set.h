@@ -3,6 +3,7 @@
 
 #include "shell/controls.h"
 #include "shell/layout.h"
+#include "ui/drop_list.h"
 #include "ui/tooltips.h"
 #include "win/handle.h"
 
@@ -14,8 +15,9 @@ namespace shell {
 
 class ControlSet {
 public:
-    // Of the window that is to own the controls. The message font is taken and measured.
-    void begin(HWND window, HINSTANCE instance, int dpi);
+    // Takes and measures the message font. What is asked before the window is there needs that.
+    void begin(int dpi);
+    void set_owner(HWND window, HINSTANCE instance);
 
     // Makes the controls of a phase where `arrange` has put them. Only `view` of the lists is shown.
     void create(CreationPhase phase, Control view);
@@ -32,13 +34,17 @@ public:
     const LayoutMetrics& metrics() const { return metrics_; }
     int scaled(int pixels) const { return MulDiv(pixels, metrics_.dpi, 96); }
 
-    // Places every control, made already or not. The status bar places itself.
+    // Places every control, made already or not. The status bar places itself. Whoever calls this has the window
+    // painted.
     void arrange(const Surroundings& around, DetailKind detail);
     // Height of the status bar for the window's present width.
     int status_height() const;
 
     const ui::Tooltips& tips() const { return tips_; }
     ui::Tooltips& tips() { return tips_; }
+    // What a control says of itself (WM_COMMAND), at any time. A box that is only read shows no caret, which would make
+    // it look like a field to fill in. The list of a combo box opens as wide as its longest line, under no tip.
+    void reported(Control which, int code) const;
 
 private:
     HWND create_control(const ControlRow& row, bool shown) const;
@@ -46,12 +52,15 @@ private:
     void make_fonts();
     void measure();
     void create_tips();
+    // The tip of a control with everything in it; empty for none.
+    void set_tip(Control which, std::wstring_view text) const;
     void put_in_order() const;
 
     HWND window_ = nullptr;
     HINSTANCE instance_ = nullptr;
     std::array<HWND, kControlCount> handles_ = {};
     ui::Tooltips tips_;
+    ui::DropList drop_list_;
     std::wstring face_;          // that the option "Font" names; empty without it
     win::Font font_;             // the system's message font
     win::Font configured_font_;  // the same in that face

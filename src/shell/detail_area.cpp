@@ -5,6 +5,7 @@
 #include "ui/link_label.h"
 
 #include <iterator>
+#include <utility>
 
 namespace shell {
 namespace {
@@ -66,6 +67,28 @@ void DetailArea::show_comment(std::wstring_view text) const {
     if (!comment) return;
     ui::SetText(comment, text);
     ui::FitScrollBar(comment);
+}
+
+bool DetailArea::measure(const ui::Page& page) {
+    const std::vector<std::wstring> texts = page.comments();
+    if (texts.empty()) return false;
+    const HWND box = controls_.at(Control::txtComment);
+    std::vector<Paragraphs> comments;
+    const win::WindowDc dc(box);
+    const win::Selected font(dc.get(), reinterpret_cast<HFONT>(SendMessageW(box, WM_GETFONT, 0, 0)));
+    for (const std::wstring& comment : texts) {
+        Paragraphs& widths = comments.emplace_back();
+        for (std::size_t from = 0, end = 0; end != comment.npos; from = end + 2) {
+            end = comment.find(L"\r\n", from);
+            const std::wstring_view paragraph = std::wstring_view(comment).substr(from, end - from);
+            SIZE size = {};
+            GetTextExtentPoint32W(dc.get(), paragraph.data(), static_cast<int>(paragraph.size()), &size);
+            widths.push_back(size.cx);
+        }
+    }
+    if (comments == comments_) return false;
+    comments_ = std::move(comments);
+    return true;
 }
 
 }  // namespace shell

@@ -3,10 +3,12 @@
 
 #include "shell/control_set.h"
 #include "shell/tabs.h"
+#include "ui/page.h"
 
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace shell {
 
@@ -27,11 +29,16 @@ public:
     // link.
     void show_values(std::span<const std::wstring> values) const;
     void show_comment(std::wstring_view text) const;
+    // Measures what the comment box may show of a page, so that it has room for all of that. False where that has not
+    // changed.
+    bool measure(const ui::Page& page);
+    std::span<const Paragraphs> comments() const { return comments_; }
 
 private:
     void set_value(Control label, std::wstring_view text) const;
 
     const ControlSet& controls_;
+    std::vector<Paragraphs> comments_;
 };
 
 }  // namespace shell

@@ -2,8 +2,6 @@
 
 #include "ui/control.h"
 
-#include <iterator>
-#include <string_view>
 #include <utility>
 
 namespace shell {
@@ -11,10 +9,7 @@ namespace {
 
 // Whoever walks into a one-line text box mostly types over its text.
 void SelectAllOfLine(HWND control) {
-    wchar_t name[8] = {};
-    GetClassNameW(control, name, static_cast<int>(std::size(name)));
-    const bool one_line = (GetWindowLongW(control, GWL_STYLE) & ES_MULTILINE) == 0;
-    if (std::wstring_view(name) == L"Edit" && one_line) SendMessageW(control, EM_SETSEL, 0, -1);
+    if ((GetWindowLongW(control, GWL_STYLE) & ES_MULTILINE) == 0) ui::SelectAllText(control);
 }
 
 }  // namespace

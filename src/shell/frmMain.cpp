@@ -3,6 +3,7 @@
 
 #include "programs/current_user.h"
 #include "resource.h"
+#include "shell/tab_view.h"
 #include "shell/window_place.h"
 #include "ui/control.h"
 #include "ui/input_box.h"
@@ -42,6 +43,7 @@ bool frmMain::open(std::wstring_view argument) {
     application_folder_ = win::ApplicationFolder();
     settings_ = Settings(application_folder_ + kSettingsFile);
     if (settings_.text(kBackupKey) != L"0") backup_ = win::BackupFolder(application_folder_);
+    controls_.begin(dpi_);
     create_menus();
     create_window();
     if (!window_) return false;
@@ -66,7 +68,7 @@ void frmMain::create_window() {
     description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
     description.lpszClassName = kMainClass;
     if (!RegisterClassExW(&description) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) return;
-    const Rectangle bounds = StoredBounds(settings_, dpi_);
+    const Rectangle bounds = StoredBounds(settings_, controls_.metrics());
     CreateWindowExW(0, kMainClass, ui::kProductName, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, bounds.left, bounds.top,
                     bounds.width, bounds.height, nullptr, menu_bar_, instance_, this);
 }
@@ -75,15 +77,15 @@ void frmMain::create_window() {
 
 void frmMain::create_first_controls() {
     const Control view = RowOf(shown_tab_).view;
-    controls_.begin(window_, instance_, dpi_);
+    controls_.set_owner(window_, instance_);
     controls_.create(CreationPhase::Frame, view);
     strip_.attach(control(Control::tb), os_);
     focus_.begin(window_, control(Control::tb));
-    arrange();
+    place();
     controls_.create(CreationPhase::FirstView, view);
     attach_pages(CreationPhase::FirstView);
     focus_.set_view(control(view));
-    hide_views();
+    ShowView(controls_, RowOf(shown_tab_), shown_page());
     detail_.begin(RowOf(shown_tab_));
 }
 
@@ -95,17 +97,17 @@ void frmMain::create_later_controls() {
     controls_.create(CreationPhase::Later, RowOf(shown_tab_).view);
     attach_pages(CreationPhase::Later);
     controls_.finish();
-    pages_.buffer(shown_page()->list());
+    pages_.buffer();
     pages_.restore_column_widths(settings_, CreationPhase::Later);
     panel_.set_release_program(settings_.text(kMemoryReleaseKey));
-    hide_views();
-    arrange();
-    show_views();
+    ShowView(controls_, RowOf(shown_tab_), shown_page());
+    place();
 }
 
 void frmMain::attach_pages(CreationPhase phase) {
     for (const PageRow& row : AllPageRows()) {
-        if (PhaseOf(RowOf(row.list)) == phase) pages_.of(row.list)->attach(control(row.list), *this, dpi_);
+        if (PhaseOf(RowOf(row.list)) == phase)
+            pages_.of(row.list)->attach(control(row.list), *this, controls_.metrics().scale);
     }
 }
 
@@ -129,7 +131,7 @@ void frmMain::Form_Load(std::wstring_view argument) {
     SetTimer(window_, kMonitorTimer, tools::kTickInterval, nullptr);
     loaded_ = true;
     strip_.pointer_rests();
-    arrange();
+    place();
     ShowWindow(window_, StoredShowCommand(settings_));
 }
 

@@ -98,12 +98,11 @@ private:
     void run(Activity::Request request) override;
     void settled() override;
     void tb_Click();
-    void hide_views();
-    void show_views();
     void fill_page(ui::Page& page);
     void fill_shown();
     void refresh_shown();
     void request_fill(const ui::Page& page);
+    void place();
     void arrange();
     void tab_selected() override;
     void strip_pressed() override;

@@ -52,6 +52,8 @@ bool frmMain::translate_key(const MSG& message) {
         case VK_F5:
             mnuFileItem_Click(FileItem::Refresh);
             return true;
+        case L'A':  // which not every Windows takes in a box of several lines
+            return control_key && !IsKeyDown(VK_MENU) && ui::SelectAllText(GetFocus());
         case VK_RETURN:
             return press_enter(GetFocus(), IsHeld(message));
         case VK_PRIOR:

@@ -2,6 +2,8 @@
 #include "shell/frmMain.h"
 
 #include "programs/detail_link.h"
+#include "shell/selection.h"
+#include "shell/window_place.h"
 #include "ui/control.h"
 
 #include <windowsx.h>
@@ -85,7 +87,7 @@ std::optional<LRESULT> frmMain::look_message(UINT message, WPARAM wparam, LPARAM
             return 0;
         case WM_GETMINMAXINFO: {
             POINT& least = reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize;
-            least = {MulDiv(kLeastWidth, dpi_, 96), MulDiv(kLeastHeight, dpi_, 96)};
+            least = LeastSize(controls_.metrics());
             return 0;
         }
         case WM_CTLCOLORSTATIC:
@@ -104,6 +106,7 @@ std::optional<LRESULT> frmMain::look_message(UINT message, WPARAM wparam, LPARAM
         case WM_THEMECHANGED:
             if (!loaded_) return {};
             controls_.renew_fonts();
+            if (const ui::Page* page = shown_page()) detail_.measure(*page);
             strip_.forget_height();
             arrange();
             return {};
@@ -121,6 +124,8 @@ LRESULT frmMain::notify(LPARAM lparam) {
         strip_.selection_changed();
     }
     ui::Page* const page = pages_.of_window(header.hwndFrom);
+    if (page && header.code == static_cast<UINT>(NM_CUSTOMDRAW))
+        return DrawSelection(*reinterpret_cast<NMLVCUSTOMDRAW*>(lparam));
     return page ? list_notify(*page, header.code, lparam) : 0;
 }
 
@@ -159,7 +164,9 @@ void frmMain::command(int id, int code) {
         return;
     }
     const auto which = static_cast<Control>(id - kFirstControlId);
-    if (which >= Control::tb && which < Control::Count && !activity_.running()) control_command(which, code);
+    if (which < Control::tb || which >= Control::Count) return;
+    controls_.reported(which, code);
+    if (!activity_.running()) control_command(which, code);
 }
 
 void frmMain::control_command(Control which, int code) {

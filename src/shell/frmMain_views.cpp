@@ -1,6 +1,7 @@
 // Which view is shown, what fills it, and the texts around it.
 #include "shell/frmMain.h"
 
+#include "shell/tab_view.h"
 #include "ui/control.h"
 #include "win/text.h"
 
@@ -52,14 +53,15 @@ void frmMain::tb_Click() {
     if (GetFocus() == control(RowOf(shown_tab_).view)) focus_.want_view();
     for (ui::Page* page : pages_.all())
         page->leave();
-    shown_tab_ = strip_.selected();
+    const bool another = std::exchange(shown_tab_, strip_.selected()) != strip_.selected();
     focus_.set_view(control(RowOf(shown_tab_).view));
-    hide_views();
+    // A control that is shown would show its new text at once, in its former place.
+    if (another) HideView(controls_);
     detail_.begin(RowOf(shown_tab_));
     detail_.name_buttons(RowOf(shown_tab_));
     enable_buttons();
-    arrange();
-    show_views();
+    ShowView(controls_, RowOf(shown_tab_), shown_page());
+    if (another) arrange();
     fill_shown();
     focus_.give_wanted();
     focus_.leave_hidden();
@@ -84,7 +86,9 @@ void frmMain::fill_page(ui::Page& page) {
     page.fill();
     page.end_fill();
     if (twin) twin->end_fill();
-    if (in_view) show_count(*shown);
+    if (!in_view) return;
+    show_count(*shown);
+    if (detail_.measure(*shown)) arrange();
 }
 
 // What "情報の更新(&U)" of the File menu does.
@@ -103,38 +107,21 @@ void frmMain::refresh_shown() {
 
 // ---- what is visible --------------------------------------------------------------------------------------------
 
-// Everything is placed between hiding and showing, so that nothing is seen in a former place.
-void frmMain::hide_views() {
-    const TabRow& row = RowOf(shown_tab_);
-    const ui::Page* const page = shown_page();
-    for (const ControlRow& each : AllControls()) {
-        const bool stays = each.area == Area::Window ||
-                           (each.area == Area::Detail && DetailArea::has(each.control, row)) ||
-                           (each.area == Area::Information && !page) ||
-                           (each.control == row.view && !(page && page->appears_when_filled()));
-        if (!stays && control(each.control)) ui::Show(control(each.control), false);
-    }
-}
-
-void frmMain::show_views() {
-    const TabRow& row = RowOf(shown_tab_);
-    const ui::Page* const page = shown_page();
-    for (const ControlRow& each : AllControls()) {
-        const bool shown = (each.area == Area::Detail && DetailArea::has(each.control, row)) ||
-                           (each.area == Area::Information && !page) ||
-                           (each.area == Area::List && each.control == row.view && !page->appears_when_filled());
-        if (shown && control(each.control)) ui::Show(control(each.control), true);
-    }
-}
-
-void frmMain::arrange() {
+void frmMain::place() {
     if (IsIconic(window_)) return;
     RECT client = {};
     GetClientRect(window_, &client);
     const Surroundings around = {client.right, client.bottom,
                                  strip_.height(client.right, controls_.metrics().text_height),
-                                 controls_.status_height()};
+                                 controls_.status_height(), detail_.comments()};
     controls_.arrange(around, RowOf(shown_tab_).detail);
+}
+
+// Painted at once: while the border is dragged there is no rest in which it would be done.
+void frmMain::arrange() {
+    place();
+    ui::InvalidateAll(window_);
+    RedrawWindow(window_, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
 }
 
 // ---- PageHost ---------------------------------------------------------------------------------------------------

@@ -7,6 +7,7 @@ namespace {
 
 constexpr int kDetailRows = 3;
 constexpr int kMemoryRows = 5;
+constexpr int kBoxFrame = 8;      // what a text box leaves free on both sides together, pixels at 96 dpi
 constexpr int kDropHeight = 200;  // of the open registry-path box, pixels at 96 dpi
 
 class Arrangement {
@@ -45,9 +46,27 @@ private:
     int height_of_detail(const Rectangle& content, DetailKind detail) const {
         const int buttons = 2 * metrics_.button_height + gap();
         int height = std::max(kDetailRows * row_height(), buttons) + 2 * margin();
-        // A service's description may use a quarter of a tall window.
-        if (detail == DetailKind::Comment) height = std::max(height, content.height / 4);
+        // The longest description is read whole, as far as a quarter of the window goes. That all of them get the same
+        // room keeps the list still while the selection walks through it.
+        if (detail == DetailKind::Comment) {
+            const int box_width = content.width - 2 * margin() - metrics_.caption_width - gap();
+            const int wanted = lines_of_comments(box_width) * metrics_.text_height + scaled(kBoxFrame) + 2 * margin();
+            height = std::max(height, std::min(wanted, content.height / 4));
+        }
         return height;
+    }
+
+    // Of the longest comment in a box of that width. Lines break at the end of a word or letter, so none is quite full.
+    int lines_of_comments(int box_width) const {
+        const int line = std::max(box_width - scaled(kBoxFrame) - 2 * metrics_.text_height, 1);
+        int most = 0;
+        for (const Paragraphs& comment : around_.comments) {
+            int lines = 0;
+            for (const int width : comment)
+                lines += std::max((width + line - 1) / line, 1);
+            most = std::max(most, lines);
+        }
+        return most;
     }
 
     void arrange_detail(const Rectangle& area, DetailKind detail) {
@@ -78,14 +97,19 @@ private:
         return kMemoryRows * row_height() + 2 * field_height() + 3 * heading_height() + 2 * 2 * gap();
     }
 
+    // A quarter of the window, but no narrower than its texts want and no wider than twice that.
+    int width_of_panel(int available) const {
+        const int wanted = std::max(
+            {metrics_.memory_caption_width + gap() + metrics_.memory_value_width, metrics_.heading_width, scaled(200)});
+        return std::min(std::clamp(available / 4, wanted, 2 * wanted), available / 2);
+    }
+
     // The report on the left, on the right memory figures, release program and registry path one under the other. In a
     // low window the two headings that only decorate are left out, and the registry path moves under the report.
     void arrange_information(const Rectangle& content) {
         const Rectangle inner = {content.left + margin(), content.top + margin(), content.width - 2 * margin(),
                                  content.height - 2 * margin()};
-        const int wanted = std::max(
-            {metrics_.memory_caption_width + gap() + metrics_.memory_value_width, metrics_.heading_width, scaled(200)});
-        const int panel_width = std::min(wanted, inner.width / 2);
+        const int panel_width = width_of_panel(inner.width);
         Rectangle report = {inner.left, inner.top, inner.width - panel_width - 2 * margin(), inner.height};
         const Rectangle panel = {inner.right() - panel_width, inner.top, panel_width, inner.height};
         const bool low = height_of_panel() > panel.height;

@@ -4,16 +4,19 @@
 #include "shell/controls.h"
 
 #include <array>
+#include <span>
+#include <vector>
 
 namespace shell {
 
-// The smallest window, pixels at 96 dpi.
+// The smallest window, pixels as designed: at 96 dpi with the font of which an ideograph is 12 pixels wide.
 inline constexpr int kLeastWidth = 480;
 inline constexpr int kLeastHeight = 320;
 
 // What the fonts and the resolution dictate, in pixels, measured once for a font.
 struct LayoutMetrics {
     int dpi = 96;
+    int scale = 96;         // how wide 96 designed pixels are, at this resolution and with this font
     int text_height = 12;   // one line of a label
     int edit_height = 18;   // a one-line text box
     int button_width = 80;  // the widest of the two detail buttons
@@ -37,11 +40,15 @@ struct Rectangle {
     bool operator==(const Rectangle&) const = default;
 };
 
+// The widths of a text's paragraphs in pixels.
+using Paragraphs = std::vector<int>;
+
 struct Surroundings {
     int width = 0;  // of the window's client area
     int height = 0;
     int strip_height = 0;  // of the tab strip with all its rows
     int status_height = 0;
+    std::span<const Paragraphs> comments = {};  // that the comment box may show
 };
 
 // What is under the list.

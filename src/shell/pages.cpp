@@ -1,6 +1,7 @@
 #include "shell/pages.h"
 
 #include "shell/activity.h"
+#include "ui/control.h"
 
 #include <algorithm>
 #include <iterator>
@@ -51,13 +52,12 @@ void Pages::set_list_styles() const {
     }
 }
 
-// Not from the start: the first painting has nothing to flicker with, and is spared a picture of the list's size. A
-// list wants to be painted again with every change of its style.
-void Pages::buffer(const ui::ListView& painted) const {
-    UpdateWindow(painted.window());
+// Not from the start: the first painting has nothing to flicker with, and is spared a picture of the list's size.
+void Pages::buffer() const {
     SendMessageW(programs_.list().window(), LVM_SETEXTENDEDLISTVIEWSTYLE, kDoubleBuffer, kDoubleBuffer);
     set_list_styles();
-    ValidateRect(painted.window(), nullptr);
+    // Not every system draws both to the same pixel.
+    ui::InvalidateAll(programs_.list().window());
 }
 
 void Pages::restore_column_widths(const Settings& settings, CreationPhase phase) const {

@@ -46,8 +46,8 @@ public:
     ui::Page& at(int index) const { return *all_[static_cast<std::size_t>(index)]; }
     // Full rows and grid lines for every list that is made.
     void set_list_styles() const;
-    // Lists are drawn in memory from now on. `painted` is the one in view, which looks the same.
-    void buffer(const ui::ListView& painted) const;
+    // Lists are drawn in memory from now on.
+    void buffer() const;
 
     // The stored widths, of the lists that a phase has made.
     void restore_column_widths(const Settings& settings, CreationPhase phase) const;

@@ -14,7 +14,7 @@ struct ProcessColumn {
 
 inline constexpr ui::Column kProcessColumns[] = {
     {L"名前", 160}, {L"PID", 60},         {L"ユーザー名", 110}, {L"説明", 200},
-    {L"パス", 300}, {L"一時停止可", 100}, {L"停止可", 30},      {L"サービス名", 30},
+    {L"パス", 300}, {L"一時停止可", 100}, {L"停止可", 68},      {L"サービス名", 150},
 };
 
 // Hides `lvProcess`, fills it in WMI's order and shows it again. A value that cannot be read costs its cell. A close

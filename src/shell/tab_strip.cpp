@@ -1,5 +1,7 @@
 #include "shell/tab_strip.h"
 
+#include "win/handle.h"
+
 #include <windowsx.h>
 
 #include <algorithm>
@@ -66,6 +68,11 @@ std::optional<LRESULT> TabStrip::handle(UINT message, WPARAM wparam, LPARAM lpar
             return {};
         case WM_LBUTTONDOWN:
             return press(message, wparam, lparam);
+        case WM_ERASEBKGND:
+            return TRUE;  // done along with the painting
+        case WM_PAINT:
+            paint();
+            return 0;
         default:
             return {};
     }
@@ -103,6 +110,25 @@ int TabStrip::tab_at(POINT client) const {
     return static_cast<int>(SendMessageW(strip_, TCM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
 }
 
+// In memory first: the strip would be seen blank between its background and its tabs.
+void TabStrip::paint() const {
+    PAINTSTRUCT request = {};
+    const HDC screen = BeginPaint(strip_, &request);
+    RECT all = {};
+    GetClientRect(strip_, &all);
+    const win::MemoryDc memory(CreateCompatibleDC(screen));
+    const win::Bitmap bitmap(CreateCompatibleBitmap(screen, all.right, all.bottom));
+    {
+        const win::Selected picture(memory.get(), bitmap.get());
+        const auto dc = reinterpret_cast<WPARAM>(memory.get());
+        FillRect(memory.get(), &all, GetSysColorBrush(COLOR_BTNFACE));
+        subclass_.pass_on(WM_ERASEBKGND, dc, 0);
+        subclass_.pass_on(WM_PRINTCLIENT, dc, PRF_CLIENT);
+        BitBlt(screen, 0, 0, all.right, all.bottom, memory.get(), 0, 0, SRCCOPY);
+    }
+    EndPaint(strip_, &request);
+}
+
 // ---- size -------------------------------------------------------------------------------------------------------
 
 int TabStrip::height(int width, int least) {
@@ -112,7 +138,6 @@ int TabStrip::height(int width, int least) {
     SendMessageW(strip_, TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&page));
     width_ = width;
     height_ = page.top;
-    InvalidateRect(strip_, nullptr, TRUE);
     return height_;
 }
 

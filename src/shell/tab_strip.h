@@ -54,6 +54,7 @@ private:
     std::optional<LRESULT> handle(UINT message, WPARAM wparam, LPARAM lparam) override;
     LRESULT press(UINT message, WPARAM wparam, LPARAM lparam);
     void pointer_moved(POINT client);
+    void paint() const;
     int selected_index() const;
     int tab_at(POINT client) const;
 

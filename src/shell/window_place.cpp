@@ -26,16 +26,23 @@ int StoredShowCommand(const Settings& settings) {
     }
 }
 
-Rectangle StoredBounds(const Settings& settings, int dpi) {
+POINT LeastSize(const LayoutMetrics& metrics) {
+    return {std::min(MulDiv(kLeastWidth, metrics.scale, 96), GetSystemMetrics(SM_CXSCREEN)),
+            std::min(MulDiv(kLeastHeight, metrics.scale, 96), GetSystemMetrics(SM_CYSCREEN))};
+}
+
+Rectangle StoredBounds(const Settings& settings, const LayoutMetrics& metrics) {
+    const POINT smallest = LeastSize(metrics);
     const bool stored = StoredShowCommand(settings) == SW_SHOWNORMAL;
     const auto pixels = [&](const char* key, int missing, int least) {
-        return std::clamp(PixelsFromTwips(stored ? settings.number(key, missing) : missing, dpi), least, kFarthest);
+        return std::clamp(PixelsFromTwips(stored ? settings.number(key, missing) : missing, metrics.dpi), least,
+                          kFarthest);
     };
     Rectangle bounds;
     bounds.left = pixels(kLeftKey, 0, -kFarthest);
     bounds.top = pixels(kTopKey, 0, -kFarthest);
-    bounds.width = pixels(kWidthKey, kDesignedWidth, MulDiv(kLeastWidth, dpi, 96));
-    bounds.height = pixels(kHeightKey, kDesignedHeight, MulDiv(kLeastHeight, dpi, 96));
+    bounds.width = pixels(kWidthKey, kDesignedWidth, smallest.x);
+    bounds.height = pixels(kHeightKey, kDesignedHeight, smallest.y);
     return bounds;
 }
 

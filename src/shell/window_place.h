@@ -10,9 +10,12 @@ namespace shell {
 // The show command for the stored state, as it is: a program closed while minimised starts minimised.
 int StoredShowCommand(const Settings& settings);
 
+// The least size of the window in pixels; never larger than the screen.
+POINT LeastSize(const LayoutMetrics& metrics);
+
 // The bounds of the window in its normal state, in pixels; the designed ones where none are stored. Windows asks for
 // the least size only of a window that exists already.
-Rectangle StoredBounds(const Settings& settings, int dpi);
+Rectangle StoredBounds(const Settings& settings, const LayoutMetrics& metrics);
 
 // A window of which nothing would be seen is moved onto the nearest monitor, judged by what Windows has made of the
 // stored size.

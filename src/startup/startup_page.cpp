@@ -10,8 +10,8 @@ namespace startup {
 
 StartupPage::StartupPage(const win::BackupFolder& backup) : Page(kStartupColumns), backup_(backup) {}
 
-void StartupPage::attach(HWND list, ui::PageHost& host, int dpi) {
-    Page::attach(list, host, dpi);
+void StartupPage::attach(HWND list, ui::PageHost& host, int scale) {
+    Page::attach(list, host, scale);
     ui::AllowDrops(list);
 }
 

@@ -11,7 +11,7 @@ public:
     // The folder for what is deleted is the window's.
     explicit StartupPage(const win::BackupFolder& backup);
 
-    void attach(HWND list, ui::PageHost& host, int dpi) override;
+    void attach(HWND list, ui::PageHost& host, int scale) override;
     void fill() override;
 
     std::span<const ui::MenuItem> menu() const override { return kStartMenu; }

@@ -19,7 +19,7 @@ struct StartupColumn {
 };
 
 // In the order of StartupColumn.
-inline constexpr ui::Column kStartupColumns[] = {{L"名前", 150}, {L"値", 260}, {L"場所", 200}, {L"説明", 160}};
+inline constexpr ui::Column kStartupColumns[] = {{L"名前", 150}, {L"値", 350}, {L"場所", 345}, {L"説明", 200}};
 
 // Stands directly behind the target of a shortcut that leads nowhere.
 inline constexpr std::wstring_view kBrokenLink = L"<リンク切れ>";

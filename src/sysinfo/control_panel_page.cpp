@@ -4,8 +4,8 @@
 
 namespace sysinfo {
 
-void ControlPanelPage::attach(HWND window, ui::PageHost& host, int dpi) {
-    Page::attach(window, host, dpi);
+void ControlPanelPage::attach(HWND window, ui::PageHost& host, int scale) {
+    Page::attach(window, host, scale);
     icons_ = win::CreateSmallIconList();
     list().set_small_images(icons_.get());
 }

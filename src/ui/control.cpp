@@ -1,6 +1,7 @@
 #include "ui/control.h"
 
 #include <cstring>
+#include <iterator>
 
 namespace ui {
 
@@ -48,6 +49,14 @@ win::Font CreateMessageFont() {
     return win::Font(CreateFontIndirectW(&metrics.lfMessageFont));
 }
 
+bool SelectAllText(HWND control) {
+    wchar_t name[8] = {};
+    GetClassNameW(control, name, static_cast<int>(std::size(name)));
+    if (std::wstring_view(name) != L"Edit") return false;
+    SendMessageW(control, EM_SETSEL, 0, -1);
+    return true;
+}
+
 void FitScrollBar(HWND box) {
     RECT inner = {};
     SendMessageW(box, EM_GETRECT, 0, reinterpret_cast<LPARAM>(&inner));
@@ -62,8 +71,28 @@ void FitScrollBar(HWND box) {
     if (needed != shown) ShowScrollBar(box, SB_VERT, needed);
 }
 
+void SetShown(HWND control, bool shown) {
+    constexpr UINT kNothingElse = SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW;
+    if (IsShown(control) == shown) return;
+    SetWindowPos(control, nullptr, 0, 0, 0, 0, kNothingElse | (shown ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
+}
+
 void Show(HWND control, bool shown) {
-    if (IsShown(control) != shown) ShowWindow(control, shown ? SW_SHOWNA : SW_HIDE);
+    if (IsShown(control) == shown) return;
+    SetShown(control, shown);
+    if (shown) {
+        InvalidateAll(control);
+        return;
+    }
+    const HWND parent = GetParent(control);
+    RECT area = {};
+    GetWindowRect(control, &area);
+    MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&area), 2);
+    InvalidateRect(parent, &area, TRUE);
+}
+
+void InvalidateAll(HWND window) {
+    RedrawWindow(window, nullptr, nullptr, RDW_ERASE | RDW_FRAME | RDW_INVALIDATE | RDW_ALLCHILDREN);
 }
 
 std::vector<std::wstring> ComboItems(HWND combo) {

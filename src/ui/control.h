@@ -24,11 +24,20 @@ NMHDR NotificationOf(LPARAM lparam);
 // The font of the system's message boxes, made anew.
 win::Font CreateMessageFont();
 
+// Whether a control is an edit control: then all of its text is selected (EM_SETSEL).
+bool SelectAllText(HWND control);
+
 // Shows the vertical scroll bar of a multi-line text box only when its text needs one.
 void FitScrollBar(HWND box);
 
-// Shows or hides a control without giving it the focus (ShowWindow); nothing is done where it is so already.
+// Shows or hides a control (SetWindowPos) without giving it the focus. What is seen changes with the next painting, so
+// that a control that is hidden for a moment leaves no hole.
 void Show(HWND control, bool shown);
+// The same, but the picture stays until the place is painted for another reason.
+void SetShown(HWND control, bool shown);
+
+// Everything of a window is to be painted with the next painting: frame, background, the windows in it.
+void InvalidateAll(HWND window);
 
 // The lines of a combo box's list.
 std::vector<std::wstring> ComboItems(HWND combo);

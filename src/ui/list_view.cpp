@@ -55,7 +55,7 @@ int CALLBACK CompareData(LPARAM left, LPARAM right, LPARAM) { return left < righ
 
 }  // namespace
 
-void ListView::add_columns(std::span<const Column> columns, int dpi) const {
+void ListView::add_columns(std::span<const Column> columns, int scale) const {
     const RedrawSuspender fill(*this);
     int index = 0;
     for (const Column& column : columns) {
@@ -63,7 +63,7 @@ void ListView::add_columns(std::span<const Column> columns, int dpi) const {
         record.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM | LVCF_FMT;
         record.fmt = column.alignment;
         record.pszText = const_cast<wchar_t*>(column.header);
-        record.cx = MulDiv(column.width, dpi, 96);
+        record.cx = MulDiv(column.width, scale, 96);
         record.iSubItem = index;
         Send(window_, LVM_INSERTCOLUMNW, static_cast<WPARAM>(index++), Pointer(&record));
     }
@@ -98,7 +98,7 @@ void ListView::set_column_width(int column, int pixels) const {
     Send(window_, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(column), MAKELPARAM(std::clamp(pixels, 0, 0x7FFF), 0));
 }
 
-void ListView::show(bool visible) const { ShowWindow(window_, visible ? SW_SHOW : SW_HIDE); }
+void ListView::show(bool visible) const { Show(window_, visible); }
 
 bool ListView::visible() const { return IsShown(window_); }
 
@@ -285,7 +285,7 @@ RedrawSuspender::~RedrawSuspender() {
     Send(window_, WM_SETREDRAW, TRUE);
     // Redraw switched on makes a hidden window visible; it must stay what it was.
     if (!visible_) SetWindowLongW(window_, GWL_STYLE, GetWindowLongW(window_, GWL_STYLE) & ~WS_VISIBLE);
-    if (visible_) RedrawWindow(window_, nullptr, nullptr, RDW_ERASE | RDW_FRAME | RDW_INVALIDATE | RDW_ALLCHILDREN);
+    if (visible_) InvalidateAll(window_);
 }
 
 }  // namespace ui

@@ -12,7 +12,7 @@ namespace ui {
 
 struct Column {
     const wchar_t* header;
-    int width;  // pixels at 96 dpi
+    int width;  // pixels as designed, of which 96 are as wide as the scale of `add_columns`
     int alignment = LVCFMT_LEFT;
 };
 
@@ -25,7 +25,7 @@ public:
 
     HWND window() const { return window_; }
 
-    void add_columns(std::span<const Column> columns, int dpi) const;
+    void add_columns(std::span<const Column> columns, int scale) const;
     int column_count() const;
     int header_height() const;  // pixels
     std::wstring header(int column) const;

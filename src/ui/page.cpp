@@ -10,10 +10,10 @@
 
 namespace ui {
 
-void Page::attach(HWND list, PageHost& host, int dpi) {
+void Page::attach(HWND list, PageHost& host, int scale) {
     list_ = ListView(list);
     host_ = &host;
-    list_.add_columns(columns_, dpi);
+    list_.add_columns(columns_, scale);
     subclass_.install(list, *this);
 }
 

@@ -10,6 +10,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace ui {
 
@@ -59,8 +60,9 @@ public:
     Page& operator=(const Page&) = delete;
     virtual ~Page() = default;
 
-    // Takes the list over: adds the columns and watches the mouse. The control stays the window's and outlives this.
-    virtual void attach(HWND list, PageHost& host, int dpi);
+    // Takes the list over: adds the columns, 96 of whose pixels are as wide as `scale`, and watches the mouse. The
+    // control stays the window's and outlives this.
+    virtual void attach(HWND list, PageHost& host, int scale);
     const ListView& list() const { return list_; }
 
     // ---- filling
@@ -72,6 +74,9 @@ public:
     virtual Page* filled_with() { return nullptr; }
     // The fill itself brings the list into view, when it has filled it.
     virtual bool appears_when_filled() const { return false; }
+
+    // Every text that `show_comment` may get from this page.
+    virtual std::vector<std::wstring> comments() const { return {}; }
 
     // ---- what the user does
     // The row that is selected has changed (LVN_ITEMCHANGED).

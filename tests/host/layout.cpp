@@ -118,4 +118,24 @@ TEST_CASE("captions and buttons get the room they need, the list the rest") {
     CHECK(information[IndexOf(Control::lblMem_1)].width >= metrics.memory_value_width);
     CHECK(information[IndexOf(Control::Label1_50)].width >= metrics.heading_width);
     CHECK(information[IndexOf(Control::txtMemPath)].width >= 60);
+    const auto panel_width = [&metrics](int width) {
+        return Arrange(metrics, {width, 900, 20, 20}, DetailKind::None)[IndexOf(Control::cb)].width;
+    };
+    CHECK(panel_width(780) == 200);
+    CHECK(panel_width(1280) == 317);
+    CHECK(panel_width(3000) == 400);
+}
+
+TEST_CASE("the box of comments has room for the longest one, as far as a quarter of the window goes") {
+    const LayoutMetrics metrics = MetricsFor(96, 12, 10);
+    const auto box_height = [&metrics](std::vector<Paragraphs> comments, int width = 784, int height = 900) {
+        const Surroundings around = {width, height, 20, 20, comments};
+        return Arrange(metrics, around, DetailKind::Comment)[IndexOf(Control::txtComment)].height;
+    };
+    const int usual = box_height({});
+    CHECK(usual == box_height({{100}, {0}, {600, 50}}));
+    CHECK(box_height({{100}, {600, 0, 600, 600, 600, 600}}) == 6 * 12 + 8);
+    CHECK(box_height({{600, 600, 600, 600, 600, 600}}, 464) > 10 * 12);  // each goes on in a second line
+    CHECK(box_height({{60000}}) == (900 - 40) / 4 - 12);
+    CHECK(box_height({{60000}}, 784, 260) == usual);
 }

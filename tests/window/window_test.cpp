@@ -279,6 +279,26 @@ TEST_CASE("stripes colour every other row while they are switched on") {
     CHECK(ask(CDDS_ITEMPREPAINT, 7) == 0);
     CHECK(draw.clrTextBk == RGB(240, 240, 255));
 
+    // The selected row stands out in a list without the keys.
+    window.list(Control::ListView1_0).select(-1);
+    const Program program(L"QvxTwo", L"二つ目", L"C:\\none.exe");
+    window.command(MenuArray::mnuFileItem, FileItem::Refresh);
+    window.list(Control::ListView1_0).select(0);
+    SetFocus(window.at(Control::tb));
+    draw.nmcd.uItemState = CDIS_SELECTED;
+    draw.nmcd.hdr.hwndFrom = window.at(Control::ListView1_0);
+    const auto ask_selected = [&](HWND focus) {
+        SetFocus(focus);
+        draw.nmcd.dwItemSpec = 0;
+        draw.nmcd.dwDrawStage = CDDS_ITEMPREPAINT;
+        draw.nmcd.uItemState = CDIS_SELECTED;
+        SendMessageW(window.form->window(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&draw));
+        return draw.clrTextBk;
+    };
+    CHECK(ask_selected(draw.nmcd.hdr.hwndFrom) == RGB(255, 255, 255));
+    CHECK(ask_selected(window.at(Control::tb)) != RGB(255, 255, 255));
+    CHECK((draw.nmcd.uItemState & CDIS_SELECTED) == 0);
+
     // Where they could not be read the rows keep the system's colours, and the answers are the same.
     const auto keeps_colours = [&] {
         CHECK(ask(CDDS_PREPAINT, 0) == CDRF_NOTIFYITEMDRAW);
@@ -291,6 +311,72 @@ TEST_CASE("stripes colour every other row while they are switched on") {
     }
     const ImportHook contrast("SystemParametersInfoW", HighContrast);
     keeps_colours();
+}
+
+TEST_CASE("the list of typed registry paths opens as wide as its longest line") {
+    const SettingsFile settings;
+    const Driven window;
+    window.click(6);
+    const HWND box = window.at(Control::cb);
+    const auto opened_with = [box](const wchar_t* line) {
+        SendMessageW(box, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line));
+        SendMessageW(box, CB_SHOWDROPDOWN, TRUE, 0);
+        SendMessageW(box, CB_SHOWDROPDOWN, FALSE, 0);
+        return SendMessageW(box, CB_GETDROPPEDWIDTH, 0, 0);
+    };
+    RECT closed = {};
+    GetWindowRect(box, &closed);
+    CHECK(opened_with(L"HKEY_USERS") == closed.right - closed.left);
+    CHECK(opened_with(L"HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall") > 350);
+}
+
+TEST_CASE("the longest description of a service is read whole, and a short one takes no more than its lines") {
+    const SettingsFile settings;
+    const Driven window;
+    window.click(3);
+    const HWND box = window.at(Control::txtComment);
+    const auto height_with = [&](const std::wstring& description) {
+        window.list(Control::lvService).set_cell(0, 3, description);
+        SendMessageW(window.form->window(), WM_SETTINGCHANGE, 0, 0);
+        window.list(Control::lvService).select(-1);
+        window.list(Control::lvService).select(0);
+        RECT bounds = {};
+        GetWindowRect(box, &bounds);
+        return bounds.bottom - bounds.top;
+    };
+    std::wstring sentences;
+    for (int count = 0; count < 5; ++count)
+        sentences += L"プログラムの更新を検出し、ダウンロードしてインストールします。";
+    const LONG usual = height_with(L"短い説明。");
+    const LONG full = height_with(sentences);
+    CHECK(full > usual);
+    CHECK((GetWindowLongW(box, GWL_STYLE) & WS_VSCROLL) == 0);
+    CHECK(SendMessageW(box, EM_GETLINECOUNT, 0, 0) == 5);
+    CHECK(height_with(sentences + sentences + sentences) < 533 / 4);
+    CHECK((GetWindowLongW(box, GWL_STYLE) & WS_VSCROLL) != 0);
+    ShowWindow(window.form->window(), SW_MAXIMIZE);
+    CHECK(height_with(L"短い説明。") <= usual);
+}
+
+TEST_CASE("Ctrl+A selects the whole report") {
+    const SettingsFile settings;
+    const Driven window;
+    window.click(6);
+    const HWND report = window.at(Control::txtSys);
+    SetFocus(report);
+    BYTE keys[256] = {};
+    BYTE before[256] = {};
+    GetKeyboardState(before);
+    keys[VK_CONTROL] = 0x80;
+    SetKeyboardState(keys);
+    PostMessageW(report, WM_KEYDOWN, L'A', 1);
+    window.form->pump();
+    SetKeyboardState(before);
+    DWORD from = 1;
+    DWORD to = 0;
+    SendMessageW(report, EM_GETSEL, reinterpret_cast<WPARAM>(&from), reinterpret_cast<LPARAM>(&to));
+    CHECK(from == 0);
+    CHECK(to == window.text(Control::txtSys).size());
 }
 
 TEST_CASE("a status text and a label that are cut off have their whole text as a tip") {
