@@ -128,11 +128,11 @@ std::optional<LRESULT> frmMain::end_message(UINT message, WPARAM wide) {
 
 void frmMain::replace_window_procedure() {
     designed_procedure_ = reinterpret_cast<WNDPROC>(
-        SetWindowLongW(window_, GWL_WNDPROC, static_cast<LONG>(reinterpret_cast<LONG_PTR>(&WindowProcedure))));
+        SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&WindowProcedure)));
 }
 
 void frmMain::restore_window_procedure() {
-    SetWindowLongW(window_, GWL_WNDPROC, static_cast<LONG>(reinterpret_cast<LONG_PTR>(designed_procedure_)));
+    SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(designed_procedure_));
 }
 
 // ---- Host -----------------------------------------------------------------------------------------------------

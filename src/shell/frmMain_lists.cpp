@@ -24,9 +24,9 @@ bool frmMain::is_program_list(Control which) { return which == Control::ListView
 // A list's own window procedure comes behind ListProcedure.
 void frmMain::watch_list(Control which) {
     const HWND window = control(which);
-    SetWindowLongW(window, GWL_USERDATA, static_cast<LONG>(reinterpret_cast<LONG_PTR>(this)));
-    list_procedure_ = reinterpret_cast<WNDPROC>(
-        SetWindowLongW(window, GWL_WNDPROC, static_cast<LONG>(reinterpret_cast<LONG_PTR>(&ListProcedure))));
+    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    list_procedure_ =
+        reinterpret_cast<WNDPROC>(SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&ListProcedure)));
 }
 
 LRESULT CALLBACK frmMain::ListProcedure(HWND window, UINT message, WPARAM wide, LPARAM parameter) {

@@ -9,15 +9,13 @@ namespace shell {
 
 // ---- procedures -------------------------------------------------------------------------------------------------
 
-frmMain* frmMain::form_of(HWND window) {
-    return reinterpret_cast<frmMain*>(static_cast<LONG_PTR>(GetWindowLongW(window, GWL_USERDATA)));
-}
+frmMain* frmMain::form_of(HWND window) { return reinterpret_cast<frmMain*>(GetWindowLongPtrW(window, GWLP_USERDATA)); }
 
 LRESULT CALLBACK frmMain::DesignedProcedure(HWND window, UINT message, WPARAM wide, LPARAM parameter) {
     if (message == WM_NCCREATE) {
         auto* form = static_cast<frmMain*>(reinterpret_cast<CREATESTRUCTW*>(parameter)->lpCreateParams);
         form->window_ = window;
-        SetWindowLongW(window, GWL_USERDATA, static_cast<LONG>(reinterpret_cast<LONG_PTR>(form)));
+        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(form));
     }
     frmMain* form = form_of(window);
     return form ? form->message(message, wide, parameter) : DefWindowProcW(window, message, wide, parameter);

@@ -30,9 +30,9 @@ void frmMain::create_tabs() {
         tabs_.push_back(row.tab);
     }
     const HWND strip = control(Control::tb);
-    SetWindowLongW(strip, GWL_USERDATA, static_cast<LONG>(reinterpret_cast<LONG_PTR>(this)));
-    strip_procedure_ = reinterpret_cast<WNDPROC>(
-        SetWindowLongW(strip, GWL_WNDPROC, static_cast<LONG>(reinterpret_cast<LONG_PTR>(&StripProcedure))));
+    SetWindowLongPtrW(strip, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    strip_procedure_ =
+        reinterpret_cast<WNDPROC>(SetWindowLongPtrW(strip, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&StripProcedure)));
 }
 
 // The list of processes has no tab, though it could be filled.
