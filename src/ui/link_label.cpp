@@ -9,7 +9,7 @@ namespace {
 // The font of a label, borrowed from whoever sent WM_SETFONT, stands in the window's extra bytes.
 constexpr int kFontSlot = 0;
 
-HFONT FontOf(HWND label) { return reinterpret_cast<HFONT>(static_cast<LONG_PTR>(GetWindowLongW(label, kFontSlot))); }
+HFONT FontOf(HWND label) { return reinterpret_cast<HFONT>(GetWindowLongPtrW(label, kFontSlot)); }
 
 int Brightness(COLORREF colour) { return 3 * GetRValue(colour) + 6 * GetGValue(colour) + GetBValue(colour); }
 
@@ -58,7 +58,7 @@ LRESULT CALLBACK Procedure(HWND label, UINT message, WPARAM wide, LPARAM paramet
         case WM_ERASEBKGND:
             return 1;  // the painting covers every pixel
         case WM_SETFONT:
-            SetWindowLongW(label, kFontSlot, static_cast<LONG>(wide));
+            SetWindowLongPtrW(label, kFontSlot, static_cast<LONG_PTR>(wide));
             InvalidateRect(label, nullptr, FALSE);
             return 0;
         case WM_GETFONT:
@@ -93,7 +93,7 @@ LRESULT CALLBACK Procedure(HWND label, UINT message, WPARAM wide, LPARAM paramet
 void RegisterLinkLabel(HINSTANCE instance) {
     WNDCLASSW description = {};
     description.lpfnWndProc = &Procedure;
-    description.cbWndExtra = sizeof(LONG);
+    description.cbWndExtra = sizeof(LONG_PTR);
     description.hInstance = instance;
     description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     description.lpszClassName = kLinkClass;
