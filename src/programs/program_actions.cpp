@@ -1,7 +1,6 @@
 #include "programs/program_actions.h"
 
 #include "programs/uninstall_command.h"
-#include "programs/uninstall_key.h"
 #include "programs/uninstall_scan.h"
 
 namespace programs {
@@ -19,11 +18,13 @@ std::wstring ForcedUninstallQuestion(const std::wstring& name) {
 std::optional<ProgramRow> SelectedProgram(const ui::ListView& list) {
     const int row = list.selected();
     if (row < 0) return {};
+    const ProgramTag tag = ProgramTag::of(list.tag(row));
     return ProgramRow{
         .name = list.cell(row, ProgramColumn::Name),
         .install_folder = list.cell(row, ProgramColumn::InstallFolder),
-        .empty_install_folder = list.tag(row) == kEmptyInstallFolder,
+        .empty_install_folder = tag.empty_install_folder,
         .uninstall_command = list.cell(row, ProgramColumn::UninstallCommand),
+        .place = tag.place,
         .key_name = list.cell(row, ProgramColumn::RegistryKey),
     };
 }
@@ -39,7 +40,10 @@ bool ForcedUninstall(const ProgramRow& row, std::wstring_view user_sid, ui::Host
     // An empty name would delete the Uninstall key itself.
     if (row.key_name.empty()) return false;
     if (host.confirm(ForcedUninstallQuestion(row.name)) != ui::Answer::Ok) return false;
-    const win::RegKey key = OpenUninstallKey({}, user_sid);
+    // A user's own entry stays, and so does one of the machine's that has the same name.
+    const bool of_user = row.place == UninstallPlace::User;
+    if (of_user && OpenUninstallKey(UninstallPlace::Machine, {}, {})) return true;
+    const win::RegKey key = OpenUninstallKey(row.place, {}, user_sid);
     if (!key) return false;
     RegDeleteKeyW(key.get(), row.key_name.c_str());
     return true;

@@ -32,7 +32,7 @@ void frmMain::show_program(Control which) {
     const auto row = programs::SelectedProgram(list(which));
     if (!row) return;
     status(row->name);
-    const programs::ProgramDetails details = programs::ReadProgramDetails(row->key_name, strSID_);
+    const programs::ProgramDetails details = programs::ReadProgramDetails(row->place, row->key_name, strSID_);
     const std::wstring* values[] = {&details.help_link, &details.url_info_about, &details.help_telephone};
     for (std::size_t i = 0; i < std::size(values); ++i) {
         set_detail_value(kDetailValues[i], *values[i], programs::LooksLikeLink(*values[i]));
