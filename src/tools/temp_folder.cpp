@@ -31,8 +31,9 @@ constexpr int kKeptFolders[] = {
 };
 
 // Folders that have no number: for a 32-bit program on 64-bit Windows the 64-bit programs' folder, and profiles.
-constexpr const wchar_t* kKeptVariables[] = {L"ProgramFiles",    L"ProgramW6432", L"ProgramData", L"PUBLIC",
-                                             L"ALLUSERSPROFILE", L"USERPROFILE",  L"SystemRoot"};
+constexpr const wchar_t* kKeptVariables[] = {L"ProgramFiles", L"ProgramW6432",       L"ProgramData",
+                                             L"PUBLIC",       L"ALLUSERSPROFILE",    L"USERPROFILE",
+                                             L"SystemRoot",   L"CommonProgramW6432", L"CommonProgramFiles(x86)"};
 
 // The variables that GetTempPathW follows, in its order.
 constexpr const wchar_t* kTempVariables[] = {L"TMP", L"TEMP"};

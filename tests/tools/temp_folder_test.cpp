@@ -69,6 +69,12 @@ TEST_CASE("The system's, the programs', the users' and the program's own folders
         refused.push_back(folder + L"\\..");
         refused.push_back(folder + L".");
     }
+    // Of both kinds of programs, whichever this one is; Sysnative is the other system folder to a 32-bit one.
+    for (const wchar_t* both : {L"C:\\Program Files", L"C:\\Program Files (x86)", L"C:\\Program Files\\Common Files",
+                                L"C:\\Program Files (x86)\\Common Files", L"C:\\windows\\system32",
+                                L"C:\\windows\\syswow64", L"C:\\windows\\sysnative"}) {
+        refused.emplace_back(both);
+    }
     const std::wstring profile = SpecialFolder(CSIDL_PROFILE);
     CreateDirectoryW((profile + L"\\..\\another user").c_str(), nullptr);
     refused.push_back(profile + L"\\..\\another user");
