@@ -4,6 +4,7 @@
 #include "programs/size_text.h"
 #include "sysinfo/os_name.h"
 #include "sysinfo/system_report.h"
+#include "win/edition.h"
 #include "win/handle.h"
 #include "win/recycle_bin.h"
 #include "win/system_library.h"
@@ -132,7 +133,7 @@ std::wstring GetOSName() {
         version.suite = extended.wSuiteMask;
         version.product = QueryProduct(extended);
     }
-    version.wow64 = IsWow64();
+    version.is_64_bit = win::kIs64Bit || IsWow64();
     return OSName(version);
 }
 
