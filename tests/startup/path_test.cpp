@@ -3,6 +3,8 @@
 
 #include "support/show.h"
 #include "support/test_folder.h"
+#include "support/throw_away.h"
+#include "win/handle.h"
 
 using namespace startup;
 
@@ -50,7 +52,7 @@ TEST_CASE("a command line is reduced to the program that it starts") {
     }
 }
 
-TEST_CASE("only a leading %programfiles% is expanded, only the Windows folder is searched") {
+TEST_CASE("only a leading folder of programs is expanded, only the Windows folder is searched") {
     wchar_t programs[MAX_PATH] = {};
     SHGetSpecialFolderPathW(nullptr, programs, CSIDL_PROGRAM_FILES, FALSE);
     const std::wstring folder = programs;
@@ -58,6 +60,22 @@ TEST_CASE("only a leading %programfiles% is expanded, only the Windows folder is
     CHECK(ResolveCommandPath(L"\"%PROGRAMFILES%\\gone\\app.exe\" x") == folder + L"\\gone\\app.exe");
     CHECK(ResolveCommandPath(L"%ProgramFiles(x86)%\\app.exe") == L"%ProgramFiles(x86)%\\app.exe");
     CHECK(ResolveCommandPath(L"C:%programfiles%\\app.exe") == L"C:%programfiles%\\app.exe");
+
+    // On 64-bit Windows a program may have meant the folder of either kind.
+    REQUIRE_THROW_AWAY();
+    wchar_t native[MAX_PATH] = {};
+    GetEnvironmentVariableW(L"ProgramW6432", native, MAX_PATH);
+    for (const std::wstring& other : {std::wstring(native), std::wstring(L"C:\\Program Files (x86)")}) {
+        const std::wstring app = other + L"\\of one kind.exe";
+        const win::File file(CreateFileW(app.c_str(), GENERIC_WRITE, FILE_SHARE_DELETE, nullptr, CREATE_ALWAYS,
+                                         FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+        CHECK(ResolveCommandPath(L"%ProgramFiles%\\of one kind.exe -min") == app);
+        CHECK(ResolveCommandPath(L"%ProgramW6432%\\of one kind.exe -min") ==
+              std::wstring(native) + L"\\of one kind.exe");
+    }
+    SetEnvironmentVariableW(L"ProgramW6432", nullptr);
+    CHECK(ResolveCommandPath(L"%ProgramW6432%\\gone.exe") == L"%ProgramW6432%\\gone.exe");
+    SetEnvironmentVariableW(L"ProgramW6432", native);
 
     wchar_t windows[MAX_PATH] = {};
     GetWindowsDirectoryW(windows, MAX_PATH);
