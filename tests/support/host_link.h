@@ -18,6 +18,7 @@ inline std::wstring HostPath(const std::wstring& path) {
 // Runs a shell command of the host, which has to bring `sign` into being, a path on drive C:. False when it is not
 // there after that many seconds: such a program has no process handle to wait for.
 inline bool RunOnHost(const std::wstring& shell_command, const std::wstring& sign, int seconds = 5) {
+    throw_away::RequireWine();
     const std::wstring command = L"sh -c \"" + shell_command + L"\"";
     win::StartProcess(L"\\\\?\\unix\\bin\\sh", command, win::WindowStyle::Normal);
     for (int turn = 0; turn < 50 * seconds; ++turn) {

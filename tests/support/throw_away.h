@@ -1,13 +1,28 @@
-// Tests that delete begin with REQUIRE_THROW_AWAY(): under Wine a deletion through a link reaches what the link leads
-// to, Documents and Desktop are links into the home folder, Z: is the whole disk and the recycle bin is the host's.
+// Tests that delete, or change what is not their own, begin with REQUIRE_THROW_AWAY(). On Windows they run where
+// test.cmd was told that the machine may be thrown away. Under Wine a deletion through a link reaches what the link
+// leads to, Documents and Desktop are links into the home folder, Z: is the whole disk and the recycle bin is the
+// host's.
 #pragma once
 
+#include "support/show.h"
 #include "win/handle.h"
 
 #include <string>
 #include <string_view>
 
 namespace throw_away {
+
+// Thrown by a test that cannot run here: its case counts as skipped.
+struct Skipped {
+    const char* reason;
+};
+
+inline bool OnWine() { return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
+
+// For what leans on links, files or counters of Wine's own.
+inline void RequireWine() {
+    if (!OnWine()) throw Skipped{"it stands on Wine alone"};
+}
 
 inline std::wstring Variable(const wchar_t* name) {
     wchar_t value[1024] = {};
@@ -49,6 +64,12 @@ inline std::wstring Objection() {
     return link.empty() ? link : L"a link leads out: " + link;
 }
 
+inline void Require() {
+    const std::wstring said = Variable(L"QORVENIX_THROW_AWAY");  // by test.cmd: 0 or 1
+    if (said == L"0" || (said.empty() && !OnWine())) throw Skipped{"it changes this machine"};
+    if (OnWine()) REQUIRE(Objection() == std::wstring());
+}
+
 }  // namespace throw_away
 
-#define REQUIRE_THROW_AWAY() REQUIRE(throw_away::Objection() == std::wstring())
+#define REQUIRE_THROW_AWAY() throw_away::Require()

@@ -75,6 +75,7 @@ TEST_CASE("The system's, the programs', the users' and the program's own folders
                                 L"C:\\windows\\syswow64", L"C:\\windows\\sysnative"}) {
         refused.emplace_back(both);
     }
+    REQUIRE_THROW_AWAY();
     const std::wstring profile = SpecialFolder(CSIDL_PROFILE);
     CreateDirectoryW((profile + L"\\..\\another user").c_str(), nullptr);
     refused.push_back(profile + L"\\..\\another user");
