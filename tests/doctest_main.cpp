@@ -20,6 +20,7 @@ public:
     using ConsoleReporter::ConsoleReporter;
 
     static inline int passed = 0, failed = 0, skipped = 0;
+    static inline const char* file = nullptr;
 
     void test_case_exception(const doctest::TestCaseException& exception) override {
         if (!skipped_because) ConsoleReporter::test_case_exception(exception);
@@ -36,7 +37,6 @@ public:
     }
     void test_run_end(const doctest::TestRunStats&) override {
         std::printf("%d passed, %d failed, %d skipped\n", passed, failed, skipped);
-        const char* const file = std::getenv("QORVENIX_RESULTS");
         if (!file) return;
         std::FILE* const results = std::fopen(file, "a");
         if (!results) return;
@@ -51,6 +51,8 @@ REGISTER_REPORTER("counts", 0, Reporter);
 
 int main(int argc, char** argv) {
     std::setvbuf(stdout, nullptr, _IONBF, 0);  // a crash must not swallow what was printed before
+    Reporter::file = std::getenv("QORVENIX_RESULTS");
+    SetEnvironmentVariableW(L"QORVENIX_RESULTS", nullptr);  // a copy that a test starts has nothing to report
     before_foreign_key = &throw_away::Require;
     doctest::Context context(argc, argv);
     context.setOption("reporters", "counts");

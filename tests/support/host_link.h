@@ -28,7 +28,24 @@ inline bool RunOnHost(const std::wstring& shell_command, const std::wstring& sig
     return false;
 }
 
+// The links that are still there at the program's end. The host removes them: Wine would remove what they lead to.
+class HostLinks {
+public:
+    static inline std::wstring left;
+
+    HostLinks() = default;
+    HostLinks(const HostLinks&) = delete;
+    HostLinks& operator=(const HostLinks&) = delete;
+    ~HostLinks() {
+        const std::wstring sign = L"C:\\links are gone";
+        if (!left.empty() && RunOnHost(L"rm -f" + left + L"; touch '" + HostPath(sign) + L"'", sign))
+            DeleteFileW(sign.c_str());
+    }
+};
+
 // Makes a link at `path` ("C:\...") that leads to `target`, a path as the host reads it from there ("../outside").
 inline bool MakeHostLink(const std::wstring& target, const std::wstring& path) {
+    static const HostLinks links;
+    HostLinks::left += L" '" + HostPath(path) + L"'";
     return RunOnHost(L"ln -s '" + target + L"' '" + HostPath(path) + L"'", path);
 }
