@@ -43,8 +43,8 @@ DetailLink FindDetailLink(std::wstring_view caption) {
 }
 
 bool LooksLikeLink(std::wstring_view caption) {
-    const bool quoted = caption.starts_with(L"\"");
-    if (startup::IsOnNetwork(std::wstring(caption.substr(quoted ? 1 : 0)))) return true;
+    const std::size_t start = std::min(caption.find_first_not_of(L" \""), caption.size());
+    if (startup::IsOnNetwork(std::wstring(caption.substr(start)))) return true;
     return FindDetailLink(caption).kind != LinkKind::None;
 }
 

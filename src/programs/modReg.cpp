@@ -7,12 +7,53 @@
 
 #include <algorithm>
 #include <cstring>
+#include <set>
+#include <utility>
 
 namespace programs {
 namespace {
 
 constexpr DWORD kValueBytes = 256;
 constexpr DWORD kSubkeyNameLength = 512;
+constexpr int kMostReadings = 3;
+
+// What tells that subkeys have come or gone.
+struct KeyState {
+    DWORD subkeys = 0;
+    FILETIME written = {};
+
+    explicit KeyState(HKEY key) {
+        RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &subkeys, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                         &written);
+    }
+    bool operator==(const KeyState& other) const {
+        return subkeys == other.subkeys && written.dwLowDateTime == other.written.dwLowDateTime &&
+               written.dwHighDateTime == other.written.dwHighDateTime;
+    }
+};
+
+// Names in the order in which they were told first, each once.
+class Names {
+public:
+    void add(std::wstring_view name) {
+        if (known_.insert(win::LowerCase(name)).second) names_.emplace_back(name);
+    }
+    std::vector<std::wstring> take() { return std::move(names_); }
+
+private:
+    std::set<std::wstring> known_;
+    std::vector<std::wstring> names_;
+};
+
+void AddSubkeyNames(HKEY key, Names& names) {
+    wchar_t name[kSubkeyNameLength] = {};
+    for (DWORD index = 0;; ++index) {
+        DWORD length = kSubkeyNameLength;
+        FILETIME written = {};
+        if (RegEnumKeyExW(key, index, name, &length, nullptr, nullptr, nullptr, &written) != ERROR_SUCCESS) return;
+        names.add(win::CutAtNul({name, length}));
+    }
+}
 
 }  // namespace
 
@@ -30,8 +71,11 @@ std::wstring_view RegistryText(const wchar_t* buffer, DWORD bytes) {
 
 RegistryValue ReadRegistryValue(HKEY root, std::wstring_view key_path, std::wstring_view name,
                                 RegistryValue otherwise) {
+    const std::string ansi_path = win::ToAnsi(key_path);
     win::RegKey key;
-    if (RegOpenKeyExA(root, win::ToAnsi(key_path).c_str(), 0, KEY_ALL_ACCESS, key.put()) != ERROR_SUCCESS) {
+    const auto open = [&](REGSAM access) { return RegOpenKeyExA(root, ansi_path.c_str(), 0, access, key.put()); };
+    if (const LONG result = open(KEY_ALL_ACCESS);
+        result != ERROR_SUCCESS && (result != ERROR_ACCESS_DENIED || open(KEY_READ) != ERROR_SUCCESS)) {
         return std::wstring(kKeyOpenError);
     }
     wchar_t buffer[kValueBytes / sizeof(wchar_t)] = {};
@@ -49,20 +93,22 @@ RegistryValue ReadRegistryValue(HKEY root, std::wstring_view key_path, std::wstr
 }
 
 std::vector<std::wstring> EnumerateSubkeyNames(HKEY root, std::wstring_view key_path) {
-    std::vector<std::wstring> names;
+    constexpr REGSAM kAccess = KEY_ENUMERATE_SUB_KEYS | KEY_QUERY_VALUE;
     win::RegKey key;
-    if (RegOpenKeyExW(root, std::wstring(key_path).c_str(), 0, KEY_ENUMERATE_SUB_KEYS, key.put()) != ERROR_SUCCESS) {
-        return names;
+    if (RegOpenKeyExW(root, std::wstring(key_path).c_str(), 0, kAccess, key.put()) != ERROR_SUCCESS) return {};
+    // Subkeys are told by their number: one that goes shifts another out of sight. What one reading has missed another
+    // one tells.
+    Names all;
+    for (int reading = 0; reading < kMostReadings; ++reading) {
+        const KeyState before(key.get());
+        Names names;
+        AddSubkeyNames(key.get(), names);
+        std::vector<std::wstring> told = names.take();
+        if (KeyState(key.get()) == before) return told;
+        for (const std::wstring& name : told)
+            all.add(name);
     }
-    wchar_t name[kSubkeyNameLength] = {};
-    for (DWORD index = 0;; ++index) {
-        DWORD length = kSubkeyNameLength;
-        FILETIME written = {};
-        if (RegEnumKeyExW(key.get(), index, name, &length, nullptr, nullptr, nullptr, &written) != ERROR_SUCCESS) {
-            return names;
-        }
-        names.emplace_back(win::CutAtNul({name, length}));
-    }
+    return all.take();
 }
 
 std::wstring GetFileVersionText(std::wstring_view path) {

@@ -30,15 +30,16 @@ inline constexpr std::wstring_view kUndefinedDataType = L"未定義データタ�
 // A string, or the number of a REG_DWORD from 0 to 4294967295.
 using RegistryValue = std::variant<std::wstring, std::uint32_t>;
 
-// The value `name` of the key `key_path` (written without the root's name). RegOpenKeyExA with all access, then one
-// RegQueryValueExW into 256 bytes, so that a string has at most 127 characters. A key that cannot be opened gives
-// kKeyOpenError, a type other than REG_SZ and REG_DWORD kUndefinedDataType, a value that is missing or too long
-// `otherwise`.
+// The value `name` of the key `key_path` (written without the root's name). RegOpenKeyExA with all access, or with
+// read access where that is refused, then one RegQueryValueExW into 256 bytes, so that a string has at most 127
+// characters. A key that cannot be opened gives kKeyOpenError, a type other than REG_SZ and REG_DWORD
+// kUndefinedDataType, a value that is missing or too long `otherwise`.
 RegistryValue ReadRegistryValue(HKEY root, std::wstring_view key_path, std::wstring_view name,
                                 RegistryValue otherwise = {});
 
-// The names of all subkeys in the order in which the registry returns them (RegEnumKeyExW); empty when the key cannot
-// be opened. A backslash at the end of `key_path` is allowed.
+// The names of all subkeys in the order in which the registry returns them (RegEnumKeyExW), each once; empty when the
+// key cannot be opened. Subkeys that come or go meanwhile may be told or not, and hide no other: the key is then read
+// again, three times at most. A backslash at the end of `key_path` is allowed.
 std::vector<std::wstring> EnumerateSubkeyNames(HKEY root, std::wstring_view key_path);
 
 // The file version as four numbers, for example "6.0.2600.0"; empty for a file without one. GetFileVersionInfoA.

@@ -2,6 +2,9 @@
 
 #include "programs/uninstall_command.h"
 #include "programs/uninstall_scan.h"
+#include "win/folders.h"
+#include "win/system_text.h"
+#include "win/text.h"
 
 namespace programs {
 namespace {
@@ -11,6 +14,20 @@ std::wstring ForcedUninstallQuestion(const std::wstring& name) {
            L"」を強制アンインストールしますか？\r\n"
            L"※注意：本機能はレジストリの削除のみを行い、\r\n"
            L"　　　　一覧からプログラム名を削除する機能です";
+}
+
+constexpr wchar_t kExplorer[] = L"explorer.exe";
+
+// Some installers store the folder in quotes.
+std::wstring_view WithoutQuotes(std::wstring_view text) {
+    const bool quoted = text.size() >= 2 && text.front() == L'"' && text.back() == L'"';
+    return quoted ? text.substr(1, text.size() - 2) : text;
+}
+
+// Whether the Explorer would open something else than a folder: it starts the file that it is given.
+bool IsNoFolder(std::wstring_view value) {
+    const std::wstring path = win::ExpandVariables(std::wstring(WithoutQuotes(value)));
+    return win::Contains(path, L"\"") || PathIsURLW(path.c_str()) || win::IsFile(path);
 }
 
 }  // namespace
@@ -51,14 +68,15 @@ bool ForcedUninstall(const ProgramRow& row, std::wstring_view user_sid, ui::Host
 
 void OpenInstallFolder(const ProgramRow& row) {
     const std::wstring command = InstallFolderCommand(row);
-    if (!command.empty()) win::StartSystemProgram(L"explorer.exe", command, win::WindowStyle::Normal);
+    if (command.empty() || IsNoFolder(row.install_folder)) return;
+    win::StartSystemProgram(kExplorer, command, win::WindowStyle::Normal);
 }
 
 std::wstring InstallFolderCommand(const ProgramRow& row) {
-    constexpr wchar_t kOpeningQuote[] = L"explorer.exe \"";
-    if (!row.install_folder.empty()) return kOpeningQuote + row.install_folder + L"\"";
+    std::wstring opening_quote = std::wstring(kExplorer) + L" \"";
+    if (!row.install_folder.empty()) return opening_quote.append(WithoutQuotes(row.install_folder)) + L"\"";
     // An empty folder has always cut the line off behind the quote, and the Explorer then shows its own start folder.
-    return row.empty_install_folder ? kOpeningQuote : std::wstring();
+    return row.empty_install_folder ? opening_quote : std::wstring();
 }
 
 }  // namespace programs

@@ -32,7 +32,7 @@ bool Uninstall(const ProgramRow& row, ui::Host& host);
 // too. True when the lists are to be scanned again.
 bool ForcedUninstall(const ProgramRow& row, std::wstring_view user_sid, ui::Host& host);
 
-// Opens the Explorer at the install folder; nothing for a row without one.
+// Opens the Explorer at the install folder; nothing for a row without one, or whose value names a file.
 void OpenInstallFolder(const ProgramRow& row);
 
 // The command line for that; empty for a row without install folder.

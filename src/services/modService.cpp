@@ -21,13 +21,13 @@ struct OpenedService {
     win::ServiceHandle service;
 };
 
-// Sleeps the whole time, in slices between which the window lives.
-void SleepAlive(DWORD milliseconds, ui::Host& host) {
+// Sleeps the whole time, in slices between which the window lives. False as soon as the wait is to be left.
+bool SleepAlive(DWORD milliseconds, ui::Host& host) {
     const DWORD start = GetTickCount();
     for (;;) {
-        host.pump();
+        if (!host.pump()) return false;
         const DWORD elapsed = GetTickCount() - start;
-        if (elapsed >= milliseconds) return;
+        if (elapsed >= milliseconds) return true;
         Sleep(std::min(milliseconds - elapsed, kSliceMilliseconds));
     }
 }
@@ -48,11 +48,12 @@ long ControlServiceAndWait(const std::wstring& machine_name, const std::wstring&
     SERVICE_STATUS status = {};
     const long accepted = ControlService(opened.service.get(), SERVICE_CONTROL_STOP, &status);
     QueryServiceStatus(opened.service.get(), &status);
-    // The service promises to advance its check point within the wait hint; no limit of ours cuts it short.
+    // The service promises to advance its check point within the wait hint; no limit of ours cuts it short, only the
+    // host does.
     DWORD check_point = 0;
     while (status.dwCurrentState != SERVICE_STOPPED) {
         check_point = status.dwCheckPoint;
-        SleepAlive(status.dwWaitHint, host);
+        if (!SleepAlive(status.dwWaitHint, host)) break;
         QueryServiceStatus(opened.service.get(), &status);
         if (status.dwCheckPoint <= check_point) break;
     }

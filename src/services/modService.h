@@ -12,8 +12,8 @@ namespace services {
 long SetServiceStartMode(const std::wstring& service_name, DWORD start_type);
 
 // Stops a service of a computer (empty for this one) and waits for its end: for the whole wait hint, again and again
-// as long as the check point advances. `host` lives on during the wait. Non-zero when the stop request was accepted,
-// even where the wait ended before the service did.
+// as long as the check point advances. `host` lives on during the wait, and ends it when its pump() says false.
+// Non-zero when the stop request was accepted, even where the wait ended before the service did.
 long ControlServiceAndWait(const std::wstring& machine_name, const std::wstring& service_name, ui::Host& host);
 
 }  // namespace services

@@ -5,6 +5,7 @@
 #include "win/system_text.h"
 #include "win/text.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace startup {
@@ -57,10 +58,17 @@ std::wstring ShortWindowsFolder() {
 
 // "\\server\share\" in lower case; empty for a path that is not on a share.
 std::wstring ShareRoot(const std::wstring& path) {
-    if (!path.starts_with(L"\\\\")) return {};
-    const std::size_t server_end = path.find(L'\\', 2);
-    const std::size_t share_end = server_end == path.npos ? path.npos : path.find(L'\\', server_end + 1);
-    return win::LowerCase(path.substr(0, share_end)) + L"\\";
+    if (!IsSharePath(path)) return {};
+    std::wstring lower = win::LowerCase(path);
+    std::ranges::replace(lower, L'/', L'\\');
+    const std::size_t server_end = lower.find(L'\\', 2);
+    const std::size_t share_end = server_end == lower.npos ? lower.npos : lower.find(L'\\', server_end + 1);
+    return lower.substr(0, share_end) + L"\\";
+}
+
+// "\\server\" of a share's root; a drive's root as it is.
+std::wstring ServerRoot(const std::wstring& root) {
+    return IsSharePath(root) ? root.substr(0, root.find(L'\\', 2) + 1) : root;
 }
 
 // "c:\"; empty for a path without a drive.
@@ -69,9 +77,13 @@ std::wstring DriveRoot(const std::wstring& path) {
     return root.size() == 3 && root[1] == L':' && win::IsDriveLetter(root[0]) ? root : std::wstring();
 }
 
-// A share that refuses a look at its root is there all the same.
-bool ShareAnswers(const std::wstring& root) {
-    return GetFileAttributesW(root.c_str()) != INVALID_FILE_ATTRIBUTES || GetLastError() == ERROR_ACCESS_DENIED;
+// What is not to be asked again after a file of the share or drive `root` was not found: the server that gave no
+// answer, or the share that it has not; empty where the root is there. One that refuses a look is there all the same.
+std::wstring FailedRoot(const std::wstring& root) {
+    if (GetFileAttributesW(root.c_str()) != INVALID_FILE_ATTRIBUTES) return {};
+    const DWORD error = GetLastError();
+    if (error == ERROR_ACCESS_DENIED) return {};
+    return error == ERROR_BAD_NET_NAME ? root : ServerRoot(root);
 }
 
 std::wstring QuotedPart(std::wstring_view text) {
@@ -85,6 +97,11 @@ std::wstring CutBefore(const std::wstring& text, std::wstring_view argument) {
 }
 
 }  // namespace
+
+bool IsSharePath(std::wstring_view path) {
+    const auto is_separator = [](wchar_t each) { return each == L'\\' || each == L'/'; };
+    return path.size() >= 2 && is_separator(path[0]) && is_separator(path[1]);
+}
 
 bool IsOnNetwork(const std::wstring& path) {
     return !ShareRoot(path).empty() || GetDriveTypeW(DriveRoot(path).c_str()) == DRIVE_REMOTE;
@@ -100,11 +117,16 @@ std::wstring FileProbe::network_root(const std::wstring& path) {
     return remote ? drive : std::wstring();
 }
 
+bool FileProbe::has_failed(const std::wstring& root) const {
+    return !root.empty() && (failed_roots_.contains(root) || failed_roots_.contains(ServerRoot(root)));
+}
+
 bool FileProbe::exists(const std::wstring& path) {
     const std::wstring root = network_root(path);
     if (has_failed(root)) return false;
     if (PathFileExistsW(path.c_str())) return true;
-    if (!root.empty() && !ShareAnswers(root)) failed_roots_.insert(root);
+    const std::wstring failed = root.empty() ? std::wstring() : FailedRoot(root);
+    if (!failed.empty()) failed_roots_.insert(failed);
     return false;
 }
 

@@ -1,15 +1,18 @@
 #include "startup/modAPI.h"
 
 #include "startup/path.h"
+#include "win/folders.h"
 
 namespace startup {
 
 void ShowFileProperties(const std::wstring& path) {
+    // The shell of some Windows knows no extended paths.
+    const std::wstring plain = win::PlainPath(path);
     SHELLEXECUTEINFOW record = {};
     record.cbSize = sizeof record;
     record.fMask = SEE_MASK_INVOKEIDLIST | SEE_MASK_NOCLOSEPROCESS | SEE_MASK_FLAG_NO_UI;
     record.lpVerb = L"properties";
-    record.lpFile = path.c_str();
+    record.lpFile = plain.c_str();
     record.nShow = SW_SHOW;
     // Never again with another mask: where the shell has no such verb, that would start the file itself.
     ShellExecuteExW(&record);

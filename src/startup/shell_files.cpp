@@ -27,34 +27,39 @@ std::wstring TargetByShellLink(const std::wstring& file) {
     return target;
 }
 
-std::wstring StoredTarget(const std::wstring& file) {
+std::wstring StoredTarget(const std::wstring& file, FileProbe& probe) {
     const win::Object shortcut = win::Object::create(L"WScript.Shell").get_object(L"CreateShortcut", file);
     win::Variant target;
     if (FAILED(shortcut.invoke(L"TargetPath", {}, &target))) return TargetByShellLink(file);
-    // The script host takes paths through the ANSI code page; "?" stands for what that lacks and is in no path.
-    const std::wstring exact = win::Contains(target.text(), L"?") ? TargetByShellLink(file) : std::wstring();
+    if (probe.exists(target.text())) return target.text();
+    const std::wstring exact = TargetByShellLink(file);
     return exact.empty() ? target.text() : exact;
 }
 
 // On 64-bit Windows the shell may tell a 32-bit program "C:\Program Files (x86)\..." where the shortcut says
 // "C:\Program Files\...".
-std::wstring WhereProgramsLie(const std::wstring& target) {
+std::wstring WhereProgramsLie(const std::wstring& target, FileProbe& probe) {
     wchar_t native[MAX_PATH] = {};
     if (!GetEnvironmentVariableW(L"ProgramW6432", native, MAX_PATH)) return target;
     for (const int csidl : {CSIDL_PROGRAM_FILES, CSIDL_PROGRAM_FILESX86}) {
         const std::wstring folder = win::GetSpecialFolderPath(csidl);
         if (folder.empty() || !win::LowerCase(target).starts_with(win::LowerCase(folder) + L"\\")) continue;
         std::wstring native_target = native + target.substr(folder.size());
-        if (!PathFileExistsW(target.c_str()) && PathFileExistsW(native_target.c_str())) return native_target;
+        if (!probe.exists(target) && probe.exists(native_target)) return native_target;
     }
     return target;
 }
 
 }  // namespace
 
-std::wstring GetShortcutTarget(const std::wstring& file) {
+std::wstring GetShortcutTarget(const std::wstring& file, FileProbe& probe) {
     if (!win::LowerCase(file).ends_with(L".lnk")) return {};
-    return WhereProgramsLie(StoredTarget(file));
+    return WhereProgramsLie(StoredTarget(file, probe), probe);
+}
+
+std::wstring GetShortcutTarget(const std::wstring& file) {
+    FileProbe probe;
+    return GetShortcutTarget(file, probe);
 }
 
 int GetSystemIconIndex(const std::wstring& path) {

@@ -1,6 +1,7 @@
 // What the shell knows about files: shortcut targets, icons, descriptions.
 #pragma once
 
+#include "startup/command_path.h"
 #include "win/automation.h"
 
 #include <map>
@@ -10,8 +11,10 @@
 namespace startup {
 
 // The target of a ".lnk" file; empty for any other file and for a shortcut without one. WScript.Shell is asked first,
-// IShellLinkW where that cannot tell: a target must not seem gone because scripts are switched off. A missing target
-// in the Program Files folder of 32-bit programs is the file in that of 64-bit programs where there is one.
+// then IShellLinkW where that cannot tell or tells a file that is not there: a target must not seem gone because
+// scripts are switched off, or because the script host takes paths through the ANSI code page. A missing target in the
+// Program Files folder of 32-bit programs is the file in that of 64-bit programs where there is one.
+std::wstring GetShortcutTarget(const std::wstring& file, FileProbe& probe);
 std::wstring GetShortcutTarget(const std::wstring& file);
 
 // The index of the file's icon in the system's image list; 0, the icon of an unknown file, when the shell has none.

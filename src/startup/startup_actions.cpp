@@ -5,6 +5,7 @@
 #include "startup/modAPI.h"
 #include "startup/path.h"
 #include "startup/startup_scan.h"
+#include "win/folders.h"
 #include "win/handle.h"
 #include "win/text.h"
 
@@ -30,18 +31,25 @@ std::wstring DeletionQuestion(const std::wstring& name) {
 std::optional<StartupEntry> SelectedStartupEntry(const ui::ListView& list) {
     const int row = list.selected();
     if (row < 0) return {};
+    const LPARAM tag = list.tag(row);
+    const std::wstring name = list.cell(row, StartupColumn::Name);
     return StartupEntry{
-        .name = list.cell(row, StartupColumn::Name),
+        .name = name,
         .value = list.cell(row, StartupColumn::Value),
         .location = list.cell(row, StartupColumn::Location),
         .description = list.cell(row, StartupColumn::Description),
-        .name_goes_on = list.tag(row) == kNameGoesOn,
+        .name_goes_on = (tag & kNameGoesOn) != 0,
+        .file_name = TrimmedName::of(name, tag).whole(),
     };
 }
 
 bool IsRegistryEntry(std::wstring_view location) { return FindScope(location) != nullptr; }
 
-std::wstring EntryFile(const StartupEntry& entry) { return JoinPath(entry.location, entry.name); }
+std::wstring EntryFile(const StartupEntry& entry) {
+    const std::wstring folder = win::ExtendedPath(entry.location);
+    const bool ends = folder.ends_with(L"\\");
+    return folder + (ends ? L"" : L"\\") + (entry.file_name.empty() ? entry.name : entry.file_name);
+}
 
 bool DeleteStartupEntry(const StartupEntry& entry, ui::Host& host) {
     if (host.confirm(DeletionQuestion(entry.name)) != ui::Answer::Ok) return false;

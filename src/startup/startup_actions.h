@@ -16,7 +16,8 @@ struct StartupEntry {
     std::wstring value;
     std::wstring location;  // a folder, or a scope tag and a registry key
     std::wstring description;
-    bool name_goes_on = false;  // kNameGoesOn
+    bool name_goes_on = false;    // kNameGoesOn
+    std::wstring file_name = {};  // with the blanks at its ends; empty where it is the name that is shown
 };
 
 // The selected row; nothing without one.
@@ -25,7 +26,8 @@ std::optional<StartupEntry> SelectedStartupEntry(const ui::ListView& list);
 // A registry value rather than a file in a folder.
 bool IsRegistryEntry(std::wstring_view location);
 
-// The path of a folder entry's file; meaningless for a registry entry.
+// The path of a folder entry's file, for calls that take it as it stands (extended), so that dots and blanks at the end
+// of its name count; meaningless for a registry entry.
 std::wstring EntryFile(const StartupEntry& entry);
 
 // After a question, deletes the registry value or the file in the startup folder. True when the list is to be

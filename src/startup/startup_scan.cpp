@@ -31,6 +31,21 @@ constexpr RunKey kRunKeys[] = {
 
 constexpr DWORD kNotListed = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN;
 
+// In a row's tag the blanks before a name stand from this bit on, those behind it from the next one on. Names have at
+// most 255 characters.
+constexpr int kBlanksBeforeBit = 8;
+constexpr int kBlanksBehindBit = 16;
+constexpr LPARAM kBlanksMask = 0xFF;
+
+// The file that shows what is at `target`, for which a shortcut may stand that is no 32-bit program's: what only the
+// 64-bit system folder has, 64-bit Windows shows to a 32-bit program under another name.
+std::wstring WhereItIs(const std::wstring& target, FileProbe& probe) {
+    const std::wstring system = win::SystemDirectory() + L"\\";
+    if (probe.exists(target) || !win::LowerCase(target).starts_with(win::LowerCase(system))) return target;
+    std::wstring native = win::WindowsDirectory() + L"\\Sysnative\\" + target.substr(system.size());
+    return probe.exists(native) ? native : target;
+}
+
 // One fill of the list, with what is remembered for its length.
 class Fill {
 public:
@@ -40,7 +55,7 @@ public:
     void scan_run_key(const programs::Scope& scope, const wchar_t* key_path);
 
 private:
-    void add_file(const std::wstring& folder, const std::wstring& name);
+    void add_file(const std::wstring& folder, const std::wstring& whole_name);
     void add_value(std::wstring_view whole_name, const std::wstring& command_line, const std::wstring& location);
     void add_row(const std::wstring& name, const std::wstring& value, const std::wstring& location,
                  const std::wstring& description, const std::wstring& icon_path, LPARAM tag = 0);
@@ -58,18 +73,23 @@ void Fill::scan_startup_folder(const std::wstring& folder) {
     if (!search) return;
     do {
         if ((entry.dwFileAttributes & kNotListed) == 0) {
-            add_file(folder, std::wstring(win::TrimBlanks(entry.cFileName)));
+            add_file(folder, entry.cFileName);
         }
     } while (FindNextFileW(search.get(), &entry));
 }
 
-void Fill::add_file(const std::wstring& folder, const std::wstring& name) {
-    const std::wstring path = folder + L"\\" + name;
-    if (win::LowerCase(ExtensionPart(name)) != L"lnk") return add_row(name, path, folder, {}, path);
-    const std::wstring target = GetShortcutTarget(path);
-    if (probe_.exists(target)) return add_row(name, target, folder, descriptions_.describe(target), target);
+void Fill::add_file(const std::wstring& folder, const std::wstring& whole_name) {
+    const TrimmedName trimmed = TrimmedName::of(whole_name);
+    const std::wstring name(trimmed.shown);
+    const std::wstring path = folder + L"\\" + whole_name;
+    if (win::LowerCase(ExtensionPart(whole_name)) != L"lnk") {
+        return add_row(name, folder + L"\\" + name, folder, {}, path, trimmed.tag());
+    }
+    const std::wstring target = GetShortcutTarget(path, probe_);
+    const std::wstring file = WhereItIs(target, probe_);
+    if (probe_.exists(file)) return add_row(name, target, folder, descriptions_.describe(file), file, trimmed.tag());
     const std::wstring broken = target + std::wstring(kBrokenLink);
-    add_row(name, broken, folder, {}, broken);
+    add_row(name, broken, folder, {}, broken, trimmed.tag());
 }
 
 void Fill::scan_run_key(const programs::Scope& scope, const wchar_t* key_path) {
@@ -107,6 +127,25 @@ void Fill::add_row(const std::wstring& name, const std::wstring& value, const st
 }
 
 }  // namespace
+
+TrimmedName TrimmedName::of(std::wstring_view name) {
+    const std::wstring_view without_leading = win::TrimLeadingBlanks(name);
+    const std::wstring_view shown = win::TrimBlanks(name);
+    return {shown, name.size() - without_leading.size(), without_leading.size() - shown.size()};
+}
+
+TrimmedName TrimmedName::of(std::wstring_view shown, LPARAM tag) {
+    return {shown, static_cast<std::size_t>(tag >> kBlanksBeforeBit & kBlanksMask),
+            static_cast<std::size_t>(tag >> kBlanksBehindBit & kBlanksMask)};
+}
+
+LPARAM TrimmedName::tag() const {
+    return static_cast<LPARAM>(blanks_before << kBlanksBeforeBit | blanks_behind << kBlanksBehindBit);
+}
+
+std::wstring TrimmedName::whole() const {
+    return std::wstring(blanks_before, L' ').append(shown).append(blanks_behind, L' ');
+}
 
 void ScanStartup(const ui::ListView& list, ui::Host& host) {
     const ui::ListFill painted_once(list);

@@ -4,6 +4,7 @@
 #include "ui/host.h"
 #include "ui/list_view.h"
 
+#include <string>
 #include <string_view>
 
 namespace startup {
@@ -33,6 +34,18 @@ inline constexpr wchar_t kRunOnceKey32[] = L"SOFTWARE\\Wow6432Node\\Microsoft\\W
 // The row's tag where the value's real name goes on behind a NUL. Windows' functions take the shown part for the name
 // of another value, or of none.
 inline constexpr LPARAM kNameGoesOn = 1;
+
+// A file's row shows its name without the blanks at both ends; how many those are stands in the row's tag too.
+struct TrimmedName {
+    std::wstring_view shown;
+    std::size_t blanks_before;
+    std::size_t blanks_behind;
+
+    static TrimmedName of(std::wstring_view name);
+    static TrimmedName of(std::wstring_view shown, LPARAM tag);
+    LPARAM tag() const;
+    std::wstring whole() const;
+};
 
 // Empties the list and fills it: the user's startup folder, that of all users, Run and RunOnce of the machine (in the
 // 64-bit edition the 32-bit ones behind them), Run and RunOnce of the user. Messages are processed between all of

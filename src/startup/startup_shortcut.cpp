@@ -2,7 +2,9 @@
 
 #include "startup/path.h"
 #include "win/automation.h"
+#include "win/file_identity.h"
 #include "win/folders.h"
+#include "win/system_text.h"
 
 namespace startup {
 namespace {
@@ -17,17 +19,9 @@ std::wstring Question(const std::wstring& target_path) {
 }
 
 std::wstring StartupFolder(const win::Object& script_host) {
-    std::wstring folder = script_host.get(L"SpecialFolders", L"Startup").text();
-    return folder.empty() ? win::GetSpecialFolderPath(CSIDL_STARTUP) : folder;
-}
-
-std::wstring ExpandVariables(const win::Object& script_host, const std::wstring& text) {
-    std::wstring expanded = script_host.get(L"ExpandEnvironmentStrings", text).text();
-    if (!expanded.empty()) return expanded;
-    const DWORD size = ExpandEnvironmentStringsW(text.c_str(), nullptr, 0);
-    expanded.resize(size);
-    expanded.resize(ExpandEnvironmentStringsW(text.c_str(), expanded.data(), size) == size ? size - 1 : 0);
-    return expanded.empty() ? text : expanded;
+    const std::wstring own = win::GetSpecialFolderPath(CSIDL_STARTUP);
+    const std::wstring folder = script_host.get(L"SpecialFolders", L"Startup").text();
+    return folder.empty() || !win::FitsAnsi(own) ? own : folder;
 }
 
 struct Shortcut {
@@ -35,6 +29,11 @@ struct Shortcut {
     std::wstring target;
     std::wstring working_folder;
 };
+
+// The script host takes all of it through the ANSI code page.
+bool FitsScriptHost(const Shortcut& shortcut) {
+    return win::FitsAnsi(shortcut.link) && win::FitsAnsi(shortcut.target) && win::FitsAnsi(shortcut.working_folder);
+}
 
 bool SaveByScriptHost(const win::Object& script_host, const Shortcut& shortcut) {
     const win::Object link = script_host.get_object(L"CreateShortcut", shortcut.link);
@@ -56,19 +55,26 @@ void SaveByShell(const Shortcut& shortcut) {
     file->Save(shortcut.link.c_str(), TRUE);
 }
 
+// Whether `path` is a shortcut in `folder`, whatever the folder is called in it.
+bool IsShortcutIn(const std::wstring& folder, const std::wstring& path) {
+    if (win::LowerCase(ExtensionPart(path)) != L"lnk") return false;
+    const auto place = win::IdentityOf(ParentFolder(win::FullPath(path)));
+    return place && place == win::IdentityOf(folder);
+}
+
 }  // namespace
 
 void CreateStartupShortcut(const std::wstring& target_path, ui::Host& host) {
-    if (host.confirm(Question(target_path), kTitle) == ui::Answer::Cancel) return;
     const win::Object script_host = win::Object::create(L"WScript.Shell");
     const std::wstring folder = StartupFolder(script_host);
-    if (folder.empty()) return;
+    if (IsShortcutIn(folder, target_path)) return;
+    if (host.confirm(Question(target_path), kTitle) == ui::Answer::Cancel || folder.empty()) return;
     const Shortcut shortcut = {
         .link = folder + L"\\" + BaseNamePart(target_path) + L".lnk",
-        .target = ExpandVariables(script_host, target_path),
+        .target = win::ExpandVariables(target_path),
         .working_folder = ParentFolder(target_path),
     };
-    if (!SaveByScriptHost(script_host, shortcut)) SaveByShell(shortcut);
+    if (!FitsScriptHost(shortcut) || !SaveByScriptHost(script_host, shortcut)) SaveByShell(shortcut);
 }
 
 }  // namespace startup

@@ -10,9 +10,14 @@ namespace {
 constexpr wchar_t kBinIsEmpty[] = L"ごみ箱を空にする(空)";
 constexpr wchar_t kDeleting[] = L"削除処理中です...";
 constexpr wchar_t kDeleted[] = L"削除完了";
+constexpr wchar_t kTempFolderKept[] = L"安全のため、この一時フォルダの中身は削除しませんでした";
 
-void DeleteTemporaryFiles(ui::Host& host) {
-    if (const auto folder = TempFolderToEmpty()) DeleteFolderContents(*folder, L"*.*", host);
+// The text that tells what came of it.
+const wchar_t* DeleteTemporaryFiles(ui::Host& host) {
+    const auto folder = TempFolderToEmpty();
+    if (!folder) return kTempFolderKept;
+    DeleteFolderContents(*folder, L"*.*", host);
+    return kDeleted;
 }
 
 // Windows clears its list of recent documents when it is given none.
@@ -23,9 +28,6 @@ bool Run(int index, ui::Host& host) {
     switch (index) {
         case CleanupItem::RecycleBin:
             return EmptyRecycleBin(true, {}, 0, host);
-        case CleanupItem::TemporaryFiles:
-            DeleteTemporaryFiles(host);
-            break;
         case CleanupItem::RecentDocuments:
             ClearRecentDocuments();
             break;
@@ -55,8 +57,9 @@ ItemState mnuDelete_Click() { return RecycleBinItem(GetRecycleBinCount()); }
 
 bool mnuDeleteItem_Click(int index, ui::Host& host) {
     host.status(kDeleting);
-    const bool bin_emptied = Run(index, host);
-    host.status(kDeleted);
+    const bool temporary_files = index == CleanupItem::TemporaryFiles;
+    const bool bin_emptied = !temporary_files && Run(index, host);
+    host.status(temporary_files ? DeleteTemporaryFiles(host) : kDeleted);
     return bin_emptied;
 }
 

@@ -35,9 +35,9 @@ ItemState RecycleBinItem(std::uint64_t items);
 // What the menu shows when it opens: item RecycleBin for the recycle bins as they are.
 ItemState mnuDelete_Click();
 
-// Runs an item of mnuDeleteItem between its two status texts; the second one follows whatever came of it. Counts as
-// something running until it returns. True when the recycle bin was emptied: a report that shows it is then out of
-// date.
+// Runs an item of mnuDeleteItem between its two status texts; the second one follows whatever came of it, but that a
+// temporary folder which may not be emptied is told as such. Counts as something running until it returns. True when
+// the recycle bin was emptied: a report that shows it is then out of date.
 bool mnuDeleteItem_Click(int index, ui::Host& host);
 
 }  // namespace tools

@@ -6,6 +6,7 @@
 #include "win/text.h"
 
 #include <optional>
+#include <utility>
 
 namespace tools {
 namespace {
@@ -16,6 +17,8 @@ constexpr wchar_t kTitleGap[] = L"     ";
 
 constexpr wchar_t kReleaseTitle[] = L"メモリ開放プログラム選択";
 constexpr ui::FileFilter kReleaseFilter = {L"実行ファイル(*.exe)", L"*.exe"};
+
+constexpr DWORD kLongestPause = 4 * kTickInterval;
 
 constexpr unsigned kMegabyteBits = 20;
 
@@ -40,6 +43,11 @@ const MemoryTexts& MemoryMonitor::read() {
     MEMORYSTATUSEX status = {};
     status.dwLength = sizeof status;
     if (GlobalMemoryStatusEx(&status)) WriteMemoryTexts(status, texts_);
+    const DWORD now = GetTickCount();
+    if (now - std::exchange(last_read_, now) > kLongestPause) {
+        processor_.restart();
+        texts_[kProcessorLoad] = kNoPercent;
+    }
     if (const std::optional<unsigned> load = processor_.read()) {
         texts_[kProcessorLoad] = win::ToText(*load) + kPercent;
     }

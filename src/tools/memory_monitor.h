@@ -26,7 +26,8 @@ class MemoryMonitor {
 public:
     MemoryMonitor();
 
-    // The figures of this moment, for a tick with the panel in view. A figure that cannot be read keeps its text.
+    // The figures of this moment, for a tick with the panel in view. A figure that cannot be read keeps its text, but
+    // the processors' load is unknown again after some ticks without the panel.
     const MemoryTexts& read();
 
     // Ends the counting of the processors' load, for good.
@@ -34,6 +35,7 @@ public:
 
 private:
     MemoryTexts texts_;
+    DWORD last_read_ = GetTickCount();
     ProcessorLoad processor_;
 };
 

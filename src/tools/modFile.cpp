@@ -20,8 +20,7 @@ bool IsDots(std::wstring_view name) { return name == L"." || name == L".."; }
 // One deletion. Folders are entered without recursion, because paths can be deeper than the stack.
 class FolderCleaner {
 public:
-    FolderCleaner(const std::wstring& folder, ui::Host& host)
-        : host_(host), pump_(host), links_show_(VolumeMarksLinks(folder)), path_(folder) {}
+    FolderCleaner(const std::wstring& folder, ui::Host& host) : host_(host), pump_(host), path_(folder) {}
 
     void run(std::wstring_view pattern) {
         enter(pattern);
@@ -60,56 +59,29 @@ private:
         levels_.pop_back();
         host_.hourglass(false);
         if (levels_.empty()) return;
-        remove_folder(Extended(path_));
+        DeleteRealEntry(Extended(path_));
         path_.resize(levels_.back().path_length);
         found_ = !stopping_ && FindNextFileW(levels_.back().find.get(), &entry_) != FALSE;
-    }
-
-    // Read-only folders too, which Windows does not remove.
-    void remove_folder(const std::wstring& folder) const {
-        if (!lies_here(folder) || RemoveDirectoryW(folder.c_str()) || GetLastError() != ERROR_ACCESS_DENIED) return;
-        const DWORD attributes = GetFileAttributesW(folder.c_str());
-        if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_READONLY) == 0) return;
-        SetFileAttributesW(folder.c_str(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY});
-        if (!RemoveDirectoryW(folder.c_str())) SetFileAttributesW(folder.c_str(), attributes);
     }
 
     // True when the entry was a folder that is now the innermost one.
     bool handle_entry() {
         if (IsLink(entry_)) return false;
         if ((entry_.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
-            if ((entry_.dwFileAttributes & FILE_ATTRIBUTE_SYSTEM) == 0) delete_file();
+            const std::wstring file = startup::JoinPath(path_, entry_.cFileName);
+            if ((entry_.dwFileAttributes & FILE_ATTRIBUTE_SYSTEM) == 0) DeleteRealEntry(Extended(file));
             return false;
         }
         if (IsDots(entry_.cFileName)) return false;
         path_ = startup::JoinPath(path_, entry_.cFileName);
         if (enter(kAllFiles)) return true;
+        DeleteRealEntry(Extended(path_));  // it may be empty though it cannot be listed
         path_.resize(levels_.back().path_length);
         return false;
     }
 
-    void delete_file() const {
-        const std::wstring file = Extended(startup::JoinPath(path_, entry_.cFileName));
-        if (remove_file(file)) return;
-        const DWORD attributes = entry_.dwFileAttributes;
-        if (GetLastError() != ERROR_ACCESS_DENIED || (attributes & FILE_ATTRIBUTE_READONLY) == 0) return;
-        // Read-only files go too, but Windows deletes none. A file with more names stays: its attributes are one, and
-        // the other names may lie outside.
-        if (!lies_here(file) || !HasOneName(file)) return;
-        SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
-        if (!remove_file(file)) SetFileAttributesW(file.c_str(), attributes);
-    }
-
-    bool remove_file(const std::wstring& file) const {
-        return links_show_ ? DeleteFileW(file.c_str()) != FALSE : DeleteRealFile(file);
-    }
-
-    // False for a link that looks like what it leads to.
-    bool lies_here(const std::wstring& path) const { return links_show_ || LiesAt(RealPath(path), path); }
-
     ui::Host& host_;
     ui::PumpNowAndThen pump_;
-    const bool links_show_;
     std::wstring path_;  // of the innermost folder
     std::vector<Level> levels_;
     WIN32_FIND_DATAW entry_ = {};

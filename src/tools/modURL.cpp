@@ -26,12 +26,13 @@ constexpr DWORD kMostBytes = 16U << 20;
 constexpr CLSID kUrlHistoryClass = {0x3C374A40, 0xBAE4, 0x11CF, {0xBF, 0x7D, 0x00, 0xAA, 0x00, 0x69, 0x46, 0xEE}};
 constexpr IID kUrlHistoryInterface = {0xAFA0DC11, 0xC313, 0x11D0, {0x83, 0x1A, 0x00, 0xC0, 0x4F, 0xD5, 0xAE, 0x38}};
 
-// The browser's cache and one walk through it. Its library is loaded for the deletion alone: it brings a dozen others
-// along, and today's Windows would take it from the program's own folder, had the program imported it.
+// The browser's cache and one walk through it. Its library is loaded by the first deletion: it brings a dozen others
+// along, and today's Windows would take it from the program's own folder, had the program imported it. It stays,
+// because a thread of it may still run.
 class UrlCache {
 public:
     UrlCache()
-        : library_(win::LoadSystemLibrary(L"wininet.dll")),
+        : library_(win::LoadSystemLibrary(L"wininet.dll").release()),
           find_first_(find<decltype(&FindFirstUrlCacheEntryA)>("FindFirstUrlCacheEntryA")),
           find_next_(find<decltype(&FindNextUrlCacheEntryA)>("FindNextUrlCacheEntryA")),
           find_close_(find<decltype(&FindCloseUrlCache)>("FindCloseUrlCache")),
@@ -57,14 +58,14 @@ public:
 private:
     template <class Function>
     Function find(const char* name) const {
-        return win::FindFunction<Function>(library_.get(), name);
+        return win::FindFunction<Function>(library_, name);
     }
 
     void close() {
         if (entries_) find_close_(std::exchange(entries_, nullptr));
     }
 
-    win::Module library_;
+    HMODULE library_;
     decltype(&FindFirstUrlCacheEntryA) find_first_;
     decltype(&FindNextUrlCacheEntryA) find_next_;
     decltype(&FindCloseUrlCache) find_close_;

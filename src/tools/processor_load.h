@@ -22,6 +22,11 @@ public:
     // read, because the load is a difference of two, and when the counter has no valid value at the moment.
     std::optional<unsigned> read();
 
+    // Makes the next read a first one: after a time without reads the difference would span all of it.
+    void restart() {
+        if (state_ == State::Running) state_ = State::Opened;
+    }
+
     // PdhCloseQuery. Every later read is empty.
     void close();
 

@@ -3,12 +3,13 @@
 #include "startup/command_path.h"
 #include "startup/path.h"
 #include "tools/real_path.h"
+#include "win/file_identity.h"
 #include "win/folders.h"
 #include "win/sized_text.h"
 #include "win/system_text.h"
 #include "win/text.h"
 
-#include <algorithm>
+#include <set>
 #include <vector>
 
 namespace tools {
@@ -30,10 +31,44 @@ constexpr int kKeptFolders[] = {
     CSIDL_COMMON_MUSIC,   CSIDL_COMMON_VIDEO,     CSIDL_FONTS,
 };
 
-// Folders that have no number: for a 32-bit program on 64-bit Windows the 64-bit programs' folder, and profiles.
-constexpr const wchar_t* kKeptVariables[] = {L"ProgramFiles", L"ProgramW6432",       L"ProgramData",
-                                             L"PUBLIC",       L"ALLUSERSPROFILE",    L"USERPROFILE",
-                                             L"SystemRoot",   L"CommonProgramW6432", L"CommonProgramFiles(x86)"};
+// Folders that have no number: those of 64-bit programs for a 32-bit one, profiles, and what users are told to keep
+// their files in.
+constexpr const wchar_t* kKeptVariables[] = {
+    L"ProgramFiles",       L"ProgramFiles(x86)",
+    L"ProgramW6432",       L"CommonProgramFiles",
+    L"CommonProgramW6432", L"CommonProgramFiles(x86)",
+    L"ProgramData",        L"PUBLIC",
+    L"ALLUSERSPROFILE",    L"USERPROFILE",
+    L"SystemRoot",         L"OneDrive",
+    L"OneDriveConsumer",   L"OneDriveCommercial",
+};
+
+// What lies in a profile under one of the names that Windows gives it, the Japanese Windows XP too.
+constexpr const wchar_t* kProfileFolders[] = {
+    L"",
+    L"Desktop",
+    L"デスクトップ",
+    L"Documents",
+    L"My Documents",
+    L"Downloads",
+    L"Pictures",
+    L"Music",
+    L"Videos",
+    L"Favorites",
+    L"Contacts",
+    L"Links",
+    L"Searches",
+    L"Saved Games",
+    L"3D Objects",
+    L"OneDrive",
+    L"Start Menu",
+    L"スタート メニュー",
+    L"AppData\\Roaming",
+    L"AppData\\Local",
+    L"AppData\\LocalLow",
+    L"Application Data",
+    L"Local Settings\\Application Data",
+};
 
 // The variables that GetTempPathW follows, in its order.
 constexpr const wchar_t* kTempVariables[] = {L"TMP", L"TEMP"};
@@ -51,38 +86,69 @@ std::wstring_view WithoutEndingBackslashes(std::wstring_view path) {
     return path.substr(0, path.find_last_not_of(L'\\') + 1);
 }
 
+// The profiles beside the user's own, and that one; where profiles lie in a drive's root only that.
+std::vector<std::wstring> Profiles() {
+    const std::wstring own = win::GetSpecialFolderPath(CSIDL_PROFILE);
+    std::vector<std::wstring> profiles = {own};
+    const std::wstring folder = startup::ParentFolder(RealPath(own));
+    if (folder.size() < kPrefixLength + kDriveRootLength) return profiles;
+    WIN32_FIND_DATAW entry = {};
+    const win::FindHandle find(FindFirstFileW((folder + L"\\*").c_str(), &entry));
+    for (bool more = static_cast<bool>(find); more; more = FindNextFileW(find.get(), &entry) != FALSE) {
+        const std::wstring name = entry.cFileName;
+        if (name != L"." && name != L"..") profiles.push_back(folder.substr(kPrefixLength) + L"\\" + name);
+    }
+    return profiles;
+}
+
 std::vector<std::wstring> KeptFolders() {
     std::vector<std::wstring> folders = {win::WindowsDirectory(), win::SystemDirectory(), win::ApplicationFolder()};
     for (const int number : kKeptFolders)
         folders.push_back(win::GetSpecialFolderPath(number));
     for (const wchar_t* name : kKeptVariables)
         folders.push_back(Variable(name));
-    folders.push_back(startup::JoinPath(win::GetSpecialFolderPath(CSIDL_PROFILE), L"Downloads"));  // has no number
-    std::erase_if(folders, [](const std::wstring& folder) { return !HasDrive(folder); });
+    for (const std::wstring& profile : Profiles()) {
+        for (const wchar_t* name : kProfileFolders)
+            folders.push_back(startup::JoinPath(profile, name));
+    }
+    // What is on the network is nowhere below a folder of this computer.
+    std::erase_if(folders,
+                  [](const std::wstring& folder) { return !HasDrive(folder) || startup::IsOnNetwork(folder); });
     return folders;
 }
 
-// The folders both as they are named and as they really lie: one of the two may be out of reach.
-std::vector<std::wstring> WithRealPaths(const std::vector<std::wstring>& folders) {
-    std::vector<std::wstring> all;
-    for (const std::wstring& folder : folders) {
-        all.push_back(Extended(WithoutEndingBackslashes(folder)));
-        all.emplace_back(WithoutEndingBackslashes(RealPath(folder)));
+// The kept folders and everything above them.
+class KeptPlaces {
+public:
+    KeptPlaces() {
+        for (const std::wstring& folder : KeptFolders()) {
+            const std::wstring named = Extended(win::FullPath(folder));
+            add(named);
+            add(RealPath(named));
+        }
     }
-    std::erase_if(all, [](const std::wstring& folder) { return folder.size() <= kPrefixLength; });
-    return all;
-}
 
-bool IsPlainFolder(const std::wstring& path) {
-    WIN32_FIND_DATAW entry = {};
-    const win::FindHandle find(FindFirstFileW(path.c_str(), &entry));
-    return find && (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 && !IsLink(entry);
-}
+    bool has(const win::FileIdentity& folder) const { return places_.contains(folder); }
 
-// The folder of all profiles, as it really lies; empty where profiles lie in a drive's root.
-std::wstring ProfilesFolder() {
-    const std::wstring folder = startup::ParentFolder(RealPath(win::GetSpecialFolderPath(CSIDL_PROFILE)));
-    return folder.size() < kPrefixLength + kDriveRootLength ? std::wstring() : folder;
+private:
+    // An extended path. What lies above it is added too, each once.
+    void add(std::wstring_view path) {
+        path = WithoutEndingBackslashes(path);
+        while (path.size() > kPrefixLength && paths_.insert(win::LowerCase(path)).second) {
+            const bool drive = path.size() < kPrefixLength + kDriveRootLength;
+            const auto identity = win::IdentityOf(std::wstring(path) + (drive ? L"\\" : L""));
+            if (identity) places_.insert(*identity);
+            path = path.substr(0, path.find_last_of(L'\\'));
+        }
+    }
+
+    std::set<std::wstring> paths_;
+    std::set<win::FileIdentity> places_;
+};
+
+bool IsFolder(const std::wstring& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
 }  // namespace
@@ -93,24 +159,16 @@ std::wstring GetTempFolder() {
     return length < kTempPathLength ? std::wstring(win::CutAtNul({path, length})) : std::wstring();
 }
 
-bool MustBeKept(std::wstring_view folder, std::span<const std::wstring> kept) {
-    if (folder.size() < kPrefixLength + kDriveRootLength) return true;
-    const std::wstring root = win::LowerCase(folder) + L"\\";
-    return std::any_of(kept.begin(), kept.end(),
-                       [&root](const std::wstring& path) { return (win::LowerCase(path) + L"\\").starts_with(root); });
-}
-
 std::optional<std::wstring> FolderToEmpty(std::wstring_view folder) {
-    const std::wstring named(WithoutEndingBackslashes(folder));
-    if (!HasDrive(named) || !IsPlainFolder(named)) return {};
+    if (!HasDrive(folder)) return {};
+    const std::wstring named = win::FullPath(std::wstring(folder));
+    if (!HasDrive(named) || startup::IsOnNetwork(named)) return {};
     const std::wstring real(WithoutEndingBackslashes(RealPath(named)));
-    if (real.size() <= kPrefixLength) return {};
+    if (real.size() < kPrefixLength + kDriveRootLength || !IsFolder(real)) return {};
     const std::wstring path = real.substr(kPrefixLength);
-    // Before Windows Vista a mapped drive keeps its letter.
     if (!HasDrive(path) || startup::IsOnNetwork(path)) return {};
-    if (MustBeKept(real, WithRealPaths(KeptFolders()))) return {};
-    const std::wstring profiles = ProfilesFolder();
-    if (!profiles.empty() && win::LowerCase(startup::ParentFolder(real)) == win::LowerCase(profiles)) return {};
+    const auto identity = win::IdentityOf(real);
+    if (!identity || identity != win::IdentityOf(named) || KeptPlaces().has(*identity)) return {};
     return path;
 }
 

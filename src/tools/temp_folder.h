@@ -2,7 +2,6 @@
 #pragma once
 
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -11,15 +10,11 @@ namespace tools {
 // GetTempPathW into 256 characters: ends with a backslash, empty when it does not fit.
 std::wstring GetTempFolder();
 
-// Whether `folder`, or anything above the place where a program runs or a user keeps things, would be emptied with
-// it: a drive root, or a path that equals or contains one of `kept`. Compared as text without regard to case;
-// all of them are extended paths ("\\?\C:\...") without a backslash at the end.
-bool MustBeKept(std::wstring_view folder, std::span<const std::wstring> kept);
-
-// The real path, without "\\?\", of a folder whose contents may be deleted. Nothing for a folder that is missing, no
-// absolute path with a drive letter, on the network, a link, a drive root, or that equals or contains the Windows,
-// system, Program Files or a profile folder, Desktop, Documents and the like, application data or this program's own
-// folder.
+// The real path, without "\\?\", of a folder whose contents may be deleted. Nothing for a folder that is missing, that
+// is no absolute path with a drive letter, that lies on the network, is a drive root, or that is or contains the
+// Windows, system, Program Files or Common Files folder, any user's profile, Desktop, Documents, application data and
+// the like, or this program's own folder. Folders are compared by what they are and not by their names, so that no
+// link, short name or substituted drive hides one.
 std::optional<std::wstring> FolderToEmpty(std::wstring_view folder);
 
 // The same for the temporary folder. Windows makes a relative TEMP absolute with the current folder: nothing for that.

@@ -12,7 +12,8 @@ constexpr std::size_t kPathLength = 32768;
 
 using FileDialog = BOOL(WINAPI*)(OPENFILENAMEW*);
 
-// The library is loaded for the dialog alone: it brings the printers' along, and the window would open later.
+// The library is loaded with the first dialog: it brings the printers' along, and the window would open later. It
+// stays, because a thread of it may still run.
 std::wstring ChooseFile(const char* function, HWND owner, const wchar_t* title, const FileFilter& filter,
                         const wchar_t* extension, DWORD flags) {
     std::wstring filters = filter.description;
@@ -27,8 +28,8 @@ std::wstring ChooseFile(const char* function, HWND owner, const wchar_t* title, 
     record.lpstrTitle = title;
     record.lpstrDefExt = extension;
     record.Flags = OFN_EXPLORER | OFN_NOCHANGEDIR | OFN_HIDEREADONLY | flags;
-    const win::Module library = win::LoadSystemLibrary(L"comdlg32.dll");
-    const auto dialog = win::FindFunction<FileDialog>(library.get(), function);
+    const HMODULE library = win::LoadSystemLibrary(L"comdlg32.dll").release();
+    const auto dialog = win::FindFunction<FileDialog>(library, function);
     if (!dialog || !dialog(&record)) return {};
     return path.data();
 }

@@ -11,7 +11,15 @@ std::wstring FolderFrom(UINT(WINAPI* query)(LPWSTR, UINT)) {
     return folder.substr(0, folder.find_last_not_of(L'\\') + 1);
 }
 
+constexpr wchar_t kExtendedPrefix[] = L"\\\\?\\";
+constexpr wchar_t kExtendedShare[] = L"\\\\?\\UNC";
+constexpr wchar_t kDevicePrefix[] = L"\\\\.\\";
+
 }  // namespace
+
+std::wstring FullPath(const std::wstring& path) {
+    return SizedText([&](LPWSTR text, DWORD size) { return GetFullPathNameW(path.c_str(), size, text, nullptr); });
+}
 
 const std::wstring& SystemDirectory() {
     static const std::wstring folder = FolderFrom(&GetSystemDirectoryW);
@@ -40,6 +48,23 @@ std::wstring ApplicationFolder() {
         }
         path.resize(path.size() * 2);
     }
+}
+
+std::wstring ExtendedPath(const std::wstring& path) {
+    const std::wstring full = FullPath(path);
+    if (full.starts_with(kExtendedPrefix) || full.starts_with(kDevicePrefix)) return path;
+    if (full.starts_with(L"\\\\")) return kExtendedShare + full.substr(1);
+    return full.size() > 2 && full[1] == L':' ? kExtendedPrefix + full : path;
+}
+
+std::wstring PlainPath(const std::wstring& extended) {
+    std::wstring plain = extended;
+    if (extended.starts_with(kExtendedShare)) {
+        plain = extended.substr(std::size(kExtendedShare) - 1).insert(0, 1, L'\\');
+    } else if (extended.starts_with(kExtendedPrefix)) {
+        plain = extended.substr(std::size(kExtendedPrefix) - 1);
+    }
+    return FullPath(plain) == plain ? plain : extended;
 }
 
 bool IsFile(const std::wstring& path) {

@@ -19,6 +19,16 @@ std::wstring GetSpecialFolderPath(int csidl);
 // The folder of the running executable, without a backslash at the end.
 std::wstring ApplicationFolder();
 
+// Absolute, with backslashes, without "..": GetFullPathNameW, which looks at no file.
+std::wstring FullPath(const std::wstring& path);
+
+// An absolute path for calls that take it as it stands ("\\?\C:\...", "\\?\UNC\server\share\..."): beyond 260
+// characters, with dots and blanks at the end of names. What is no absolute path stays.
+std::wstring ExtendedPath(const std::wstring& path);
+
+// The path without that prefix, where it then still means the same file.
+std::wstring PlainPath(const std::wstring& extended);
+
 // A file, not a folder, stands at `path`.
 bool IsFile(const std::wstring& path);
 

@@ -24,7 +24,9 @@ constexpr Reading kReadings[] = {
     {ERROR_SUCCESS, PDH_CSTATUS_VALID_DATA, 99},  // of one reading only, so that nobody may show it
     {ERROR_SUCCESS, PDH_CSTATUS_VALID_DATA, 37}, {kFailure, PDH_CSTATUS_VALID_DATA, 11},
     {ERROR_SUCCESS, PDH_CSTATUS_NEW_DATA, 250},  {ERROR_SUCCESS, static_cast<DWORD>(PDH_CSTATUS_INVALID_DATA), 12},
-    {ERROR_SUCCESS, PDH_CSTATUS_NEW_DATA, 0},
+    {ERROR_SUCCESS, PDH_CSTATUS_NEW_DATA, 0},    {kFailure, PDH_CSTATUS_VALID_DATA, 11},
+    {ERROR_SUCCESS, PDH_CSTATUS_VALID_DATA, 99},  // of the time without readings
+    {ERROR_SUCCESS, PDH_CSTATUS_VALID_DATA, 45},
 };
 std::size_t readings = 0;
 

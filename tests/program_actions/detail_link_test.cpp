@@ -1,5 +1,6 @@
 #include "programs/detail_link.h"
 
+#include "support/import_hook.h"
 #include "support/recorder.h"
 #include "support/show.h"
 #include "support/test_folder.h"
@@ -42,10 +43,29 @@ TEST_CASE("A caption leads to a URL of a harmless scheme, to a file that is ther
         CHECK(link.target == each.target);
         CHECK(LooksLikeLink(each.caption) == (each.kind != LinkKind::None));
     }
+    // Nobody looks at a server because a row is shown.
+    static int looks = 0;
+    static decltype(GetFileAttributesW)* attributes = nullptr;
+    const ImportHook hook(
+        "GetFileAttributesW", +[](LPCWSTR path) WINAPI -> DWORD {
+            ++looks;
+            return attributes(path);
+        });
+    const ImportHook exists(
+        "PathFileExistsW", +[](LPCWSTR) WINAPI -> BOOL {
+            ++looks;
+            return FALSE;
+        });
+    REQUIRE((hook && exists));
+    attributes = hook.original<decltype(GetFileAttributesW)>();
     for (const wchar_t* on_network :
-         {L"\\\\no.such.server\\share\\help.html", L"\"\\\\no.such.server\\share\\x.exe\" -x"}) {
+         {L"\\\\no.such.server\\share\\help.html", L"\"\\\\no.such.server\\share\\x.exe\" -x",
+          L"//no.such.server/share/a", L"/\\no.such.server\\share\\a", L"\"\\/no.such.server/share/a\" /S",
+          L" \\\\no.such.server\\share\\x.exe /S"}) {
+        CAPTURE(std::wstring(on_network));
         CHECK(LooksLikeLink(on_network));
     }
+    CHECK(looks == 0);
 }
 
 TEST_CASE("A click opens what the caption leads to and says so; nothing else happens") {

@@ -11,6 +11,7 @@
 #include "support/test_key.h"
 #include "support/test_list.h"
 #include "win/edition.h"
+#include "win/folders.h"
 #include "win/text.h"
 
 #include <doctest/doctest.h>
@@ -172,7 +173,7 @@ TEST_CASE("A row stands for its own key where the same name stands in several pl
     }
 }
 
-TEST_CASE("The install folder opens in the Explorer; an empty one ends the line at the opening quote") {
+TEST_CASE("The install folder opens in the Explorer, a file does not; an empty one ends the line at the quote") {
     Recorder recorder;
     REQUIRE(recorder.install_in_system(L"explorer.exe"));
     const Entry with_empty(HKEY_LOCAL_MACHINE, kUninstall + L"Folder Test", L"空のフォルダ", L"gone.exe", L"");
@@ -184,12 +185,27 @@ TEST_CASE("The install folder opens in the Explorer; an empty one ends the line 
     REQUIRE(none);
     CHECK(InstallFolderCommand(*none) == std::wstring());
     OpenInstallFolder(*none);
+    const auto open = [](const std::wstring& value) {
+        ProgramRow row;
+        row.install_folder = value;
+        OpenInstallFolder(row);
+    };
+    // The Explorer would start it.
+    const std::wstring file = win::SystemDirectory() + L"\\cmd.exe";
+    for (const std::wstring& value : {file, L"\"" + file + L"\"", file + L" .", win::ReplaceAll(file, L"\\", L"/"),
+                                      std::wstring(L"%SystemRoot%\\regedit.exe"), L"C:\\x\" \"" + file,
+                                      std::wstring(L"file:///C:/windows/regedit.exe")}) {
+        open(value);
+    }
     OpenInstallFolder(*empty);
-    const auto starts = recorder.starts(1);
-    REQUIRE(starts.size() == 1);
+    CHECK(recorder.starts(1).size() == 1);
+    open(L"\"C:\\Program Files\"");
+    const auto starts = recorder.starts(2);
+    REQUIRE(starts.size() == 2);
     CHECK(Recorder::is_in_system(starts[0].program, L"explorer.exe"));
     CHECK(starts[0].show == L"1");
     CHECK(starts[0].command_line == L"explorer.exe \"");
+    CHECK(starts[1].command_line == L"explorer.exe \"C:\\Program Files\"");
 }
 
 TEST_CASE("The menu and the keys of the program lists") {

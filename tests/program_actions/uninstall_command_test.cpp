@@ -8,23 +8,28 @@
 #include "win/com_ptr.h"
 #include "win/folders.h"
 #include "win/system_text.h"
+#include "win/text.h"
 
 #include <doctest/doctest.h>
 
 using namespace programs;
 
-TEST_CASE("A command names its quoted part or its longest leading part that is a file") {
+TEST_CASE("A stored command means one file, and nothing starts where that file is gone") {
     TestFolder folder(L"commands");
     const std::wstring& base = folder.path();
     folder.make_folder(L"My App");
+    folder.make_folder(L"My - Old");
+    folder.make_folder(L"My - Old\\App 1.0 x");
     const std::wstring program = folder.make_file(L"My App\\un.exe");
-    const std::wstring document = folder.make_file(L"My App\\read me.txt");
+    const std::wstring batch = folder.make_file(L"My App\\un it.bat");
+    const std::wstring dotted = folder.make_file(L"My - Old\\App 1.0 x\\un.exe");
     const std::wstring planted = folder.make_file(L"My.exe");
+    folder.make_file(L"My App\\read me.txt");
     SetCurrentDirectoryW(base.c_str());
-    folder.make_folder(L"setup");
-    folder.make_file(L"setup.exe");
+    SetEnvironmentVariableW(L"TEST_BASE", base.c_str());
     const std::wstring run_dll = win::SystemDirectory() + L"\\rundll32.exe";
     const std::wstring installer = win::SystemDirectory() + L"\\msiexec.exe";
+    const std::wstring slashes = win::ReplaceAll(base, L"\\", L"/");
 
     const struct {
         std::wstring command;
@@ -35,29 +40,48 @@ TEST_CASE("A command names its quoted part or its longest leading part that is a
         {L"\"" + program + L"\"/S _?=C:\\x", program, L"/S _?=C:\\x"},
         {L"\"" + base + L"\\My App\\un\" /S", program, L"/S"},
         {program + L" /S -x", program, L"/S -x"},
-        {base + L"\\My App\\un /S", program, L"/S"},
+        {program + L"\t/S", program, L"/S"},
+        {slashes + L"/My App/un.exe /S", program, L"/S"},
+        {base + L"\\My App/un.exe C:\\My.exe", program, L"C:\\My.exe"},
+        {base + L"\\My App\\un /S sub\\gone.exe", program, L"/S sub\\gone.exe"},
         {L"  " + program + L"  ", program, L""},
-        {document + L" 1", document, L"1"},
-        {base + L"\\My C:\\some list.txt", planted, L"C:\\some list.txt"},
+        {batch + L" \"a b\"", batch, L"\"a b\""},
+        {dotted + L" -x", dotted, L"-x"},
         {base + L"\\My.exe App\\gone.exe", planted, L"App\\gone.exe"},
+        {L"%TEST_BASE%\\My App\\un.exe /S", program, L"/S"},
+        {L"\"%TEST_BASE%\\My App\\un.exe\" %TEST_BASE%", program, base},
+        {program + L" %TEST_BASE%", program, L"%TEST_BASE%"},
         {L"msiexec.exe /X{A-B}", installer, L"/X{A-B}"},
         {L"\"msiexec\" /X{A-B}", installer, L"/X{A-B}"},
+        {L"MsiExec /x C:\\gone.msi", installer, L"/x C:\\gone.msi"},
         {L"rundll32 a.dll,Install %SystemRoot%\\x.inf", run_dll, L"a.dll,Install %SystemRoot%\\x.inf"},
-        {base + L"\\setup files\\gone", L"", L""},
-        // A path that leads on behind the blank, or to a folder, is no command for the file before the blank.
-        {base + L"\\My App\\gone.exe /S", L"", L""},
+        {L"rundll32 shell32.dll,Control_RunDLL appwiz.cpl", run_dll, L"shell32.dll,Control_RunDLL appwiz.cpl"},
+        // The file "My.exe" is not meant by a path that leads on behind the blank, or by a folder.
+        {slashes + L"/My Files/Gone App/un.exe /S", L"", L""},
+        {base + L"\\My Files/Gone App/un.exe /S", L"", L""},
+        {base + L"\\My - Old\\Gone App\\un.exe /S", L"", L""},
+        {base + L"\\My Remover.exe /S", L"", L""},
+        {base + L"\\My Remover.v2.MSI", L"", L""},
+        {base + L"\\My Files\\gone", L"", L""},
+        {slashes + L"/My Files/gone -x", L"", L""},
+        {base + L"\\My - Old\\gone /S", L"", L""},
         {base + L"\\My App\\more words\\gone -x", L"", L""},
-        {base + L"\\My App", L"", L""},
+        {base + L"\\My App\\read me.txt 1", L"", L""},
         {base + L"\\My App /S", L"", L""},
+        {L"%TEST_BASE%\\My Files\\gone.exe /S", L"", L""},
+        {L"%TEST_GONE%\\My App\\un.exe", L"", L""},
+        {L"//no.such.server/share/My App/un.exe /S", L"", L""},
         // Neither the current folder nor that of this program is searched.
         {L"My.exe", L"", L""},
         {L".\\My.exe", L"", L""},
         {L"My App\\un.exe", L"", L""},
+        {L"regedit files\\un.exe", L"", L""},
+        {base.substr(2) + L"\\My.exe", L"", L""},
         {L"test_program_actions.exe", L"", L""},
         // Quotes in the wrong places, and nothing at all.
         {base + L"\\\"My App\"\\un.exe", L"", L""},
         {L"\"" + program + L" /S\"", L"", L""},
-        {L"\"\" /S", L"", L"/S"},
+        {L"\"\" /S", L"", L""},
         {L"\"", L"", L""},
         {std::wstring(8000, L'x'), L"", L""},
     };
@@ -74,30 +98,38 @@ TEST_CASE("A command names its quoted part or its longest leading part that is a
     SetCurrentDirectoryW(L"C:\\");
 }
 
-TEST_CASE("A command runs as stored, minimised, and no planted program runs in its place") {
+TEST_CASE("A command runs as stored, a batch file by the system's cmd, and no planted program in its place") {
     Recorder recorder;
     TestFolder folder(L"C Program Files");
     const std::wstring program = folder.own(L"uninst.exe");
     const std::wstring command = program + L" /a  \"b c\" /D=" + folder.path();
+    const std::wstring batch = folder.make_file(L"un it.bat", "@\"%~dp0uninst.exe\" batch %*\r\n");
     std::wstring planted = folder.path();
     planted.resize(planted.find(L" Program"));
-    planted += L".exe";
-    REQUIRE(recorder.install(planted));
+    const std::wstring planted_batch = planted + L".bat";
+    REQUIRE(CopyFileW(batch.c_str(), planted_batch.c_str(), TRUE));
+    REQUIRE(recorder.install(planted + L".exe"));
     {
         Recorder program_only;
         REQUIRE(program_only.install(program));
-        const win::StartedProcess started = StartUninstallCommand(command, nullptr);
-        REQUIRE(started.process);
-        const auto starts = recorder.starts(1);
-        REQUIRE(starts.size() == 1);
+        for (const std::wstring& each : {command, batch + L" /S \"x y\"", L"\"" + batch + L"\" /S \"x y\""}) {
+            const win::StartedProcess started = StartUninstallCommand(each, nullptr);
+            REQUIRE(started.process);
+            CHECK(WaitForSingleObject(started.process.get(), 10000) == WAIT_OBJECT_0);
+        }
+        const auto starts = recorder.starts(3);
+        REQUIRE(starts.size() == 3);
         CHECK(starts[0].program.ends_with(L"uninst.exe"));
         CHECK(starts[0].command_line == command);
         CHECK(starts[0].show == L"2");
+        CHECK(starts[1].command_line.ends_with(L"uninst.exe\" batch /S \"x y\""));
+        CHECK(starts[2].command_line == starts[1].command_line);
     }
     CHECK_FALSE(StartUninstallCommand(command, nullptr).process);
     CHECK_FALSE(StartUninstallCommand(folder.path(), nullptr).process);
     CHECK_FALSE(StartUninstallCommand(folder.make_file(L"text.txt", "text"), nullptr).process);
-    CHECK(recorder.starts_after_a_while().size() == 1);
+    CHECK(recorder.starts_after_a_while().size() == 3);
+    DeleteFileW(planted_batch.c_str());
 }
 
 TEST_CASE("The wait ends with the first process, whatever it leaves behind and whatever its exit code") {

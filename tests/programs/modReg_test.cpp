@@ -1,10 +1,14 @@
 #include "programs/modReg.h"
 
+#include "support/import_hook.h"
 #include "support/show.h"
 #include "support/test_key.h"
 #include "win/folders.h"
+#include "win/system_text.h"
 
+#include <algorithm>
 #include <array>
+#include <set>
 
 using namespace programs;
 
@@ -63,6 +67,55 @@ TEST_CASE("subkey names come whole, in the registry's order, as many as there ar
         key.make(L"c" + std::to_wstring(number));
     CHECK(EnumerateSubkeyNames(HKEY_CURRENT_USER, kPath).size() == expected.size() + 1200);
     CHECK(EnumerateSubkeyNames(HKEY_CURRENT_USER, L"Software\\QorvenixTest\\none").empty());
+}
+
+TEST_CASE("subkeys that come and go meanwhile are told once or not at all, all others once") {
+    const TestKey key(HKEY_CURRENT_USER, kPath);
+    static const TestKey* changed = nullptr;
+    static decltype(RegEnumKeyExW)* enumerate = nullptr;
+    static int calls_with_changes = 0;
+    static int calls = 0;
+    changed = &key;
+    std::set<std::wstring> lasting;
+    for (int number = 0; number < 40; ++number) {
+        key.make(L"m" + std::to_wstring(number));
+        lasting.insert(L"m" + std::to_wstring(number));
+    }
+    const ImportHook hook(
+        "RegEnumKeyExW",
+        +[](HKEY opened, DWORD index, LPWSTR name, LPDWORD length, LPDWORD reserved, LPWSTR type, LPDWORD size,
+            PFILETIME time) WINAPI -> LONG {
+            // What lies before shifts all that follows, to and fro.
+            if (++calls <= calls_with_changes && calls % 3 == 0) changed->make(L"a" + std::to_wstring(calls));
+            if (calls <= calls_with_changes && calls % 7 == 0) SHDeleteKeyW(changed->get(), L"a3");
+            return enumerate(opened, index, name, length, reserved, type, size, time);
+        });
+    REQUIRE(hook);
+    enumerate = hook.original<decltype(RegEnumKeyExW)>();
+    for (const int changes : {20, 60, 1000}) {
+        CAPTURE(changes);
+        calls = 0;
+        calls_with_changes = changes;
+        const std::vector<std::wstring> names = EnumerateSubkeyNames(HKEY_CURRENT_USER, kPath);
+        const std::set<std::wstring> once(names.begin(), names.end());
+        CHECK(once.size() == names.size());
+        CHECK(std::ranges::includes(once, lasting));
+        for (int call = 0; call <= 1000; ++call)
+            SHDeleteKeyW(key.get(), (L"a" + std::to_wstring(call)).c_str());
+    }
+}
+
+TEST_CASE("a key that may be read but not written is read") {
+    const TestKey key(HKEY_CURRENT_USER, kPath);
+    key.set_text(L"", L"Version", L"9.0");
+    const ImportHook hook(
+        "RegOpenKeyExA", +[](HKEY root, LPCSTR path, DWORD options, REGSAM access, PHKEY opened) WINAPI -> LONG {
+            if ((access & KEY_SET_VALUE) != 0) return ERROR_ACCESS_DENIED;
+            return RegOpenKeyExW(root, win::FromAnsi(path).c_str(), options, access, opened);
+        });
+    REQUIRE(hook);
+    CHECK(TextOf(ReadRegistryValue(HKEY_CURRENT_USER, kPath, L"Version")) == L"9.0");
+    CHECK(TextOf(ReadRegistryValue(HKEY_CURRENT_USER, kPath, L"missing")) == L"");
 }
 
 TEST_CASE("words and versions") {

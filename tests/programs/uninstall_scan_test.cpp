@@ -144,7 +144,8 @@ TEST_CASE("a key that vanishes during the scan is left out, and so is one whose 
         scan.machine.set_text(key, L"UninstallString", kCommand);
     const native::Key unreachable(scan.machine.get(), std::wstring(L"b\0x", 3));
     REQUIRE(native::SetText(unreachable.get(), L"UninstallString", kCommand));
-    REQUIRE(programs::EnumerateSubkeyNames(HKEY_LOCAL_MACHINE, SeededScan::kUninstall).size() == 4);
+    // It would open the key that has the part before the NUL for its name, once more.
+    REQUIRE(programs::EnumerateSubkeyNames(HKEY_LOCAL_MACHINE, SeededScan::kUninstall).size() == 3);
     scan.host.on_pump = [&] { RegDeleteKeyW(scan.machine.get(), L"b"); };
     scan.run();
     REQUIRE(scan.programs.list.count() == 2);

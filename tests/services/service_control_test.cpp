@@ -198,6 +198,17 @@ TEST_CASE_FIXTURE(Desk, "the wait ends after one wait hint when the check point 
     }
 }
 
+TEST_CASE_FIXTURE(Desk, "the wait ends when the host says so, however long the service takes") {
+    const InstalledService service(L"steps=1 step=20000 hint=20000");
+    service.start();
+    show(service);
+    host.on_pump = [this] { host.closing = host.pumps > 10; };
+    const DWORD start = GetTickCount();
+    choose(ServiceItem::Restart);
+    CHECK(GetTickCount() - start < 10000);
+    CHECK(service.state() == SERVICE_STOP_PENDING);
+}
+
 TEST_CASE_FIXTURE(Desk, "a refused stop starts nothing") {
     const InstalledService service(L"nostop");
     service.start();

@@ -4,6 +4,8 @@
 #include "startup/shell_files.h"
 
 #include "support/automation_double.h"
+#include "support/import_hook.h"
+#include "support/throw_away.h"
 #include "win/folders.h"
 
 using startup::StartupColumn;
@@ -178,8 +180,9 @@ TEST_CASE("the script host tells a shortcut's target; where it cannot, the shell
         const wchar_t* told;
         const wchar_t* target;
     } answers[] = {
-        {S_OK, L"C:\\told.exe", L"C:\\told.exe"},
-        {S_OK, L"", L""},
+        {S_OK, L"C:\\windows\\regedit.exe", L"C:\\windows\\regedit.exe"},
+        {S_OK, L"C:\\told.exe", L"C:\\stored.exe"},
+        {S_OK, L"", L"C:\\stored.exe"},
         {S_OK, L"C:\\st?red.exe", L"C:\\stored.exe"},  // with characters lost
         {E_NOTIMPL, L"", L"C:\\stored.exe"},
     };
@@ -190,6 +193,7 @@ TEST_CASE("the script host tells a shortcut's target; where it cannot, the shell
     }
     SUBCASE("told to lie among the 32-bit programs") {
         const std::wstring told = win::GetSpecialFolderPath(CSIDL_PROGRAM_FILES) + L"\\only 64-bit.exe";
+        MakeLink(link, told);
         const auto host = ScriptHost(S_OK, told);
         wchar_t native[MAX_PATH] = {};
         GetEnvironmentVariableW(L"ProgramW6432", native, MAX_PATH);
@@ -199,17 +203,45 @@ TEST_CASE("the script host tells a shortcut's target; where it cannot, the shell
         CHECK(startup::GetShortcutTarget(link) == program);
         SetEnvironmentVariableW(L"ProgramW6432", native);
     }
+    SUBCASE("only the 64-bit system folder has it") {
+        REQUIRE_THROW_AWAY();
+        const std::wstring native =
+            std::wstring(L"C:\\windows\\") + (win::kIs64Bit ? L"system32" : L"Sysnative") + L"\\only 64-bit.exe";
+        win::File(CreateFileW(native.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr)).reset();
+        const std::wstring target = L"C:\\windows\\system32\\only 64-bit.exe";
+        REQUIRE(win::IsFile(native));
+        REQUIRE(win::IsFile(target) == win::kIs64Bit);
+        const auto host = ScriptHost(S_OK, target);
+        MakeLink(link, target);
+        startup.run();
+        CHECK(startup.list.column(StartupColumn::Value) == std::vector<std::wstring>{target});
+        DeleteFileW(native.c_str());
+        startup.run();
+        CHECK(startup.list.column(StartupColumn::Value) == std::vector<std::wstring>{target + L"<リンク切れ>"});
+    }
     SUBCASE("there is none") {
         const doubles::RegisteredClass none(L"WScript.Shell", [] { return win::ComPtr<doubles::Object>(); });
         CHECK(startup::GetShortcutTarget(link) == L"C:\\stored.exe");
     }
 }
 
-TEST_CASE("a drive or share that is not there cannot be reached, and a share that failed stays so") {
+TEST_CASE("a drive or share that is not there cannot be reached, and a server that failed is not asked again") {
+    static std::vector<std::wstring> asked;
+    static decltype(PathFileExistsW)* original = nullptr;
+    const ImportHook hook(
+        "PathFileExistsW", +[](LPCWSTR path) WINAPI -> BOOL {
+            asked.emplace_back(path);
+            return original(path);
+        });
+    REQUIRE(hook);
+    original = hook.original<decltype(PathFileExistsW)>();
     startup::FileProbe probe;
     CHECK(probe.reachable(L"C:\\gone\\b.exe"));
     CHECK(probe.reachable(L"::{20D04FE0-3AEA-1069-A2D8-08002B30309D}"));
     CHECK_FALSE(probe.reachable(L"X:\\no drive"));
-    CHECK_FALSE(probe.exists(L"\\\\server\\late\\a.exe"));
+    asked.clear();
+    CHECK_FALSE(probe.exists(L"//server/late/a.exe"));
     CHECK_FALSE(probe.reachable(L"\\\\Server\\Late\\b\\..\\a.exe"));
+    CHECK_FALSE(probe.reachable(L"/\\SERVER/another/a.exe"));
+    CHECK(asked == std::vector<std::wstring>{L"//server/late/a.exe"});
 }

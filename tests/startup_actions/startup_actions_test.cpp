@@ -2,6 +2,7 @@
 
 #include "startup/modAPI.h"
 #include "startup/shell_files.h"
+#include "startup/startup_menu.h"
 #include "startup/startup_scan.h"
 #include "support/native_names.h"
 #include "support/recorder.h"
@@ -13,6 +14,7 @@
 #include "win/com_ptr.h"
 #include "win/folders.h"
 #include "win/system_text.h"
+#include "win/text.h"
 
 #include <doctest/doctest.h>
 
@@ -137,6 +139,45 @@ TEST_CASE("Deleting a value whose name goes on behind a NUL spares the value of 
         CHECK(entry->name == L"Foo");
         CHECK(DeleteStartupEntry(*entry, list.host));
         CHECK(ValueExists(key.get(), L"Foo") == entry->name_goes_on);
+    }
+}
+
+TEST_CASE("A row of the startup folder means its own file, whatever blanks and dots its name begins or ends with") {
+    REQUIRE_THROW_AWAY();
+    const std::wstring folder = win::GetSpecialFolderPath(CSIDL_STARTUP);
+    const std::wstring plain = folder + L"\\dup.txt";
+    const auto exists = [](const std::wstring& path) { return win::IsFile(L"\\\\?\\" + path); };
+    for (const wchar_t* name : {L" dup.txt", L"dup.txt ", L" dup.txt. ", L"dup.txt."}) {
+        CAPTURE(std::wstring(name));
+        const std::wstring strange = folder + L"\\" + name;
+        for (const std::wstring& path : {plain, strange}) {
+            REQUIRE(win::File(CreateFileW((L"\\\\?\\" + path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, {})));
+        }
+        List list;
+        REQUIRE(list.rows.list.count() == 2);
+        // In the order of the folder.
+        WIN32_FIND_DATAW entry = {};
+        int row = 0;
+        const win::FindHandle find(FindFirstFileW((folder + L"\\*dup*").c_str(), &entry));
+        for (; std::wstring_view(entry.cFileName) != name && FindNextFileW(find.get(), &entry); ++row) {
+        }
+        list.rows.list.select(row);
+        const auto selected = SelectedStartupEntry(list.rows.list);
+        REQUIRE(selected);
+        CHECK(selected->name == win::TrimBlanks(name));
+        CHECK(selected->value == folder + L"\\" + selected->name);
+        CHECK(DeleteStartupEntry(*selected, list.host));
+        CHECK_FALSE(exists(strange));
+        CHECK(exists(plain));
+        StartMenuState menu;
+        menu.open(selected);
+        CHECK_FALSE(menu.is_enabled(StartItem::Properties));
+        list.scan();
+        list.rows.list.select(0);
+        CHECK(DeleteStartupEntry(*SelectedStartupEntry(list.rows.list), list.host));
+        CHECK_FALSE(exists(plain));
+        DeleteFileW((L"\\\\?\\" + strange).c_str());
+        DeleteFileW(plain.c_str());
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "startup/shell_files.h"
 #include "support/automation_double.h"
+#include "support/import_hook.h"
 #include "support/show.h"
 #include "support/test_folder.h"
 #include "support/test_host.h"
@@ -106,6 +107,57 @@ TEST_CASE("A shortcut in the startup folder, made by the script host, or by the 
     CheckShortcuts();
     const doubles::RegisteredClass no_scripts(L"WScript.Shell", [] { return win::ComPtr<doubles::Object>(); });
     CheckShortcuts();
+}
+
+TEST_CASE("Where the script host would lose a character the shell writes the shortcut") {
+    REQUIRE_THROW_AWAY();
+    const win::ComApartment apartment;
+    // A host that saves nothing tells who was asked.
+    const doubles::RegisteredClass host_double(L"WScript.Shell", [] {
+        win::ComPtr<doubles::Object> made = doubles::MakeObject();
+        made->method(L"CreateShortcut", [](const doubles::Arguments&, win::Variant& result) {
+            const auto shortcut = doubles::MakeObject();
+            for (const wchar_t* name : {L"TargetPath", L"WorkingDirectory", L"WindowStyle"})
+                shortcut->property(name, win::Variant(L""));
+            shortcut->method(L"Save", [](const doubles::Arguments&, win::Variant&) { return S_OK; });
+            result = win::Variant(shortcut.get());
+            return S_OK;
+        });
+        return made;
+    });
+    TestFolder folder(L"caf\u00e9");
+    TestHost host;
+    CreateStartupShortcut(L"C:\\plain.exe", host);
+    CHECK_FALSE(TakeLink(L"plain.lnk"));
+    const std::wstring target = folder.make_file(L"plain.exe");
+    CreateStartupShortcut(target, host);
+    // Wine's own reading of it loses the character, the file has it.
+    const std::string content = ContentOf(win::GetSpecialFolderPath(CSIDL_STARTUP) + L"\\plain.lnk");
+    CHECK(content.find(std::string("f\0\xE9\0", 4)) != content.npos);
+    CHECK(TakeLink(L"plain.lnk"));
+    // Variables that cannot be expanded stay, and do no harm.
+    const ImportHook fails(
+        "ExpandEnvironmentStringsW", +[](LPCWSTR, LPWSTR, DWORD) WINAPI -> DWORD { return 0; });
+    REQUIRE(fails);
+    CreateStartupShortcut(target, host);
+    CHECK(TakeLink(L"plain.lnk"));
+}
+
+TEST_CASE("A shortcut of the startup folder that is dropped stays as it is, without a question") {
+    REQUIRE_THROW_AWAY();
+    const win::ComApartment apartment;
+    TestHost host;
+    CreateStartupShortcut(L"C:\\windows\\regedit.exe", host);
+    host.questions.clear();
+    const std::wstring folder = win::GetSpecialFolderPath(CSIDL_STARTUP);
+    wchar_t short_folder[MAX_PATH] = {};
+    GetShortPathNameW(folder.c_str(), short_folder, MAX_PATH);
+    for (const std::wstring& each : {folder, win::LowerCase(folder), std::wstring(short_folder), folder + L"\\."})
+        CreateStartupShortcut(each + L"\\regedit.LNK", host);
+    CHECK(host.questions.empty());
+    const auto link = TakeLink(L"regedit.lnk");
+    REQUIRE(link);
+    CHECK(win::LowerCase(link->target) == L"c:\\windows\\regedit.exe");
 }
 
 TEST_CASE("Of three dropped files the first counts") {

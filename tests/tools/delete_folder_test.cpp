@@ -1,9 +1,6 @@
 #include "support/deletion_place.h"
 #include "support/host_link.h"
-#include "support/import_hook.h"
 #include "support/show.h"
-
-#include <set>
 
 using namespace deletion;
 using tools::DeleteFolderContents;
@@ -31,102 +28,165 @@ TEST_CASE("Everything goes but system files and the folders that hold them") {
 }
 
 TEST_CASE("No link leads out, and none is removed but hard links that may be written") {
-    Place place;
-    const std::wstring inner = place.temp + L"\\inner";
-    MakeFolder(inner);
-    MakeFile(inner + L"\\file");
-    REQUIRE(MakeHostLink(L"../outside/folder", place.temp + L"\\folder link"));
-    REQUIRE(MakeHostLink(L"../outside/empty", place.temp + L"\\empty link"));
-    REQUIRE(MakeHostLink(L"../outside/canary", place.temp + L"\\file link"));
-    REQUIRE(MakeHostLink(L"../../outside", inner + L"\\nested link"));
-    REQUIRE(MakeHostLink(L"../../outside/folder/canary", inner + L"\\nested file link"));
-    const std::wstring read_only = place.outside + L"\\folder\\another";
-    SetFileAttributesW(read_only.c_str(), FILE_ATTRIBUTE_READONLY);
-    REQUIRE(MakeHostLink(L"../../outside/folder/another", inner + L"\\read-only file link"));
-    // Its attribute is the outside file's too.
-    REQUIRE(CreateHardLinkW((inner + L"\\hard link").c_str(), read_only.c_str(), nullptr));
-    REQUIRE(CreateHardLinkW((inner + L"\\writable").c_str(), (place.outside + L"\\canary").c_str(), nullptr));
-    REQUIRE(MakeHostLink(L"..", inner + L"\\parent"));
-    REQUIRE(MakeHostLink(L".", place.temp + L"\\itself"));
-    REQUIRE(MakeHostLink(L"folder link", place.temp + L"\\link to a link"));
-    MakeFile(place.temp + L"\\file");
-    place.clean();
-    CHECK(place.canaries_live());
-    CHECK(Names(place.temp) == std::vector<std::wstring>{L"empty link", L"file link", L"folder link", L"inner",
-                                                         L"itself", L"link to a link"});
-    CHECK((GetFileAttributesW(read_only.c_str()) & FILE_ATTRIBUTE_READONLY) != 0);
-    CHECK(Names(inner) == std::vector<std::wstring>{L"hard link", L"nested file link", L"nested link", L"parent",
-                                                    L"read-only file link"});
-}
-
-TEST_CASE("Read-only folders go as well, and stay read-only where they are not empty") {
-    // Wine's folders have no such attribute.
-    static std::set<std::wstring> read_only;
-    static decltype(RemoveDirectoryW)* remove = nullptr;
-    const ImportHook get(
-        "GetFileAttributesW", +[](LPCWSTR path) WINAPI -> DWORD {
-            return FILE_ATTRIBUTE_DIRECTORY | (read_only.contains(path) ? FILE_ATTRIBUTE_READONLY : 0U);
-        });
-    const ImportHook set(
-        "SetFileAttributesW", +[](LPCWSTR path, DWORD attributes) WINAPI -> BOOL {
-            if ((attributes & FILE_ATTRIBUTE_READONLY) == 0) return read_only.erase(path) != 0;
-            return read_only.insert(path).second;
-        });
-    const ImportHook hook(
-        "RemoveDirectoryW", +[](LPCWSTR path) WINAPI -> BOOL {
-            if (!read_only.contains(path)) return remove(path);
-            SetLastError(ERROR_ACCESS_DENIED);
-            return FALSE;
-        });
-    REQUIRE((get && set && hook));
-    remove = hook.original<decltype(RemoveDirectoryW)>();
-    Place place;
-    const std::wstring keeps = place.temp + L"\\keeps";
-    MakeFolder(place.temp + L"\\empty");
-    MakeFolder(keeps);
-    MakeFile(keeps + L"\\system", FILE_ATTRIBUTE_SYSTEM);
-    read_only = {Raw(place.temp + L"\\empty"), Raw(keeps)};
-    place.clean();
-    CHECK(Names(place.temp) == std::vector<std::wstring>{L"keeps"});
-    CHECK(read_only == std::set<std::wstring>{Raw(keeps)});
-}
-
-TEST_CASE("A folder that is not where its path says is left alone") {
-    Place place;
-    REQUIRE(MakeHostLink(L"outside", place.temp + L"\\..\\link"));
-    const std::wstring link = place.temp.substr(0, place.temp.rfind(L'\\')) + L"\\link";
-    DeleteFolderContents(link, L"*.*", place.host);
-    DeleteFolderContents(link + L"\\folder", L"*.*", place.host);
-    DeleteFolderContents(place.temp + L"\\..\\outside", L"*.*", place.host);
-    DeleteFolderContents(place.temp + L"\\missing", L"*.*", place.host);
-    CHECK(place.canaries_live());
-}
-
-TEST_CASE("Links put in the places of folders while the window breathes do not lead out") {
-    Place place;
-    for (unsigned number = 0; number < 200; ++number) {
-        const std::wstring folder = place.temp + L"\\folder" + win::PadZeros(number, 3);
-        MakeFolder(folder);
-        MakeFile(folder + L"\\another");
-        MakeFile(folder + L"\\canary");
+    for (const Ways::Way way : Ways::kAll) {
+        CAPTURE(way.vista);
+        CAPTURE(way.links_show);
+        const Ways ways(way);
+        Place place;
+        const std::wstring inner = place.temp + L"\\inner";
+        MakeFolder(inner);
+        MakeFile(inner + L"\\file");
+        REQUIRE(MakeHostLink(L"../outside/folder", place.temp + L"\\folder link"));
+        REQUIRE(MakeHostLink(L"../outside/empty", place.temp + L"\\empty link"));
+        REQUIRE(MakeHostLink(L"../outside/canary", place.temp + L"\\file link"));
+        REQUIRE(MakeHostLink(L"../../outside", inner + L"\\nested link"));
+        REQUIRE(MakeHostLink(L"../../outside/folder/canary", inner + L"\\nested file link"));
+        const std::wstring read_only = place.outside + L"\\folder\\another";
+        SetFileAttributesW(read_only.c_str(), FILE_ATTRIBUTE_READONLY);
+        REQUIRE(MakeHostLink(L"../../outside/folder/another", inner + L"\\read-only file link"));
+        // Its attribute is the outside file's too.
+        REQUIRE(CreateHardLinkW((inner + L"\\hard").c_str(), read_only.c_str(), nullptr));
+        REQUIRE(CreateHardLinkW((inner + L"\\writable").c_str(), (place.outside + L"\\canary").c_str(), nullptr));
+        REQUIRE(MakeHostLink(L"..", inner + L"\\parent link"));
+        REQUIRE(MakeHostLink(L".", place.temp + L"\\itself link"));
+        REQUIRE(MakeHostLink(L"folder link", place.temp + L"\\link to a link"));
+        MakeFile(place.temp + L"\\file");
+        place.clean();
+        CHECK(place.canaries_live());
+        CHECK(Names(place.temp) == std::vector<std::wstring>{L"empty link", L"file link", L"folder link", L"inner",
+                                                             L"itself link", L"link to a link"});
+        CHECK((GetFileAttributesW(read_only.c_str()) & FILE_ATTRIBUTE_READONLY) != 0);
+        CHECK(Names(inner) == std::vector<std::wstring>{L"hard", L"nested file link", L"nested link", L"parent link",
+                                                        L"read-only file link"});
+        // A folder that is not where its path says is left alone.
+        DeleteFolderContents(place.temp + L"\\folder link", L"*.*", place.host);
+        DeleteFolderContents(place.temp + L"\\folder link\\..\\folder", L"*.*", place.host);
+        DeleteFolderContents(place.temp + L"\\missing", L"*.*", place.host);
+        CHECK(place.canaries_live());
     }
-    bool swapped = false;
-    place.host.on_pump = [&] {
-        const std::size_t left = Names(place.temp).size();
-        if (swapped || left < 100 || left > 190) return;
-        // The next folder is already found, or being emptied, when it becomes a link.
-        swapped =
-            RunOnHost(L"cd '" + HostPath(place.temp) +
-                          L"' && mkdir ../moved && mv folder* ../moved && cd ../moved && for each in *[02468]; do "
-                          L"ln -s ../outside/folder ../temp/$each; done && for each in *[13579]; do "
-                          L"ln -s ../outside/empty ../temp/$each; done && touch ../swapped",
-                      place.temp + L"\\..\\swapped");
-        CHECK(swapped);
-    };
-    place.clean();
-    CHECK(swapped);
-    CHECK(Names(place.temp).size() >= 100);
-    CHECK(place.canaries_live());
+}
+
+// Exchanges a folder for a link out of the temporary folder at a moment between two steps of the deletion, as a
+// hostile program of the same user can on Windows by making the emptied folder a junction.
+class Race {
+public:
+    explicit Race(const Place& place) : place_(place) {
+        race_ = this;
+        open_ = create_.original<decltype(CreateFileW)>();
+        delete_ = delete_hook_.original<decltype(DeleteFileW)>();
+        remove_ = remove_hook_.original<decltype(RemoveDirectoryW)>();
+        Ways::before_change = [] { race_->step(); };
+    }
+    ~Race() { Ways::before_change = nullptr; }
+
+    // Whether the exchange came to pass before the folder was empty.
+    bool round(int number) {
+        steps_left_ = 1 + number % 8;
+        after_open_ = number % 3 == 0;
+        folder_ = place_.temp + L"\\folder" + win::ToText(number % 2);
+        for (int each = 0; each < 2; ++each) {
+            const std::wstring folder = place_.temp + L"\\folder" + win::ToText(each);
+            MakeFolder(folder);
+            MakeFolder(folder + L"\\inner");
+            for (const wchar_t* name : {L"\\canary", L"\\another"})
+                MakeFile(folder + name, number % 5 == 0 ? FILE_ATTRIBUTE_READONLY : FILE_ATTRIBUTE_NORMAL);
+        }
+        tools::DeleteFolderContents(place_.temp, L"*.*", host_);
+        const bool done = steps_left_ == 0;
+        steps_left_ = 0;
+        if (done) exchange();
+        tools::DeleteFolderContents(place_.temp, L"*.*", host_);
+        return done;
+    }
+
+private:
+    void exchange() const {
+        const std::wstring aside = HostPath(place_.temp) + L"/../aside";
+        const std::wstring link = HostPath(place_.temp) + L"/../link";
+        CallHost(HostCall::Rename, HostPath(folder_), aside);
+        CallHost(HostCall::Rename, link, HostPath(folder_));
+        CallHost(HostCall::Rename, aside, link);
+    }
+    void step() {
+        if (steps_left_ > 0 && --steps_left_ == 0) exchange();
+    }
+    bool concerns(LPCWSTR path) const { return std::wstring_view(path).starts_with(Raw(folder_)); }
+
+    static HANDLE WINAPI Open(LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security, DWORD creation,
+                              DWORD flags, HANDLE like) {
+        const bool step = race_->concerns(path) && creation == OPEN_EXISTING;
+        if (step && !race_->after_open_) race_->step();
+        const HANDLE file = open_(path, access, share, security, creation, flags, like);
+        if (step && race_->after_open_) race_->step();
+        return file;
+    }
+    static BOOL WINAPI Delete(LPCWSTR path) {
+        if (race_->concerns(path)) race_->step();
+        return delete_(path);
+    }
+    static BOOL WINAPI Remove(LPCWSTR path) {
+        if (race_->concerns(path)) race_->step();
+        return remove_(path);
+    }
+
+    static inline Race* race_;
+    static inline decltype(CreateFileW)* open_;
+    static inline decltype(DeleteFileW)* delete_;
+    static inline decltype(RemoveDirectoryW)* remove_;
+    const Place& place_;
+    TestHost host_;
+    std::wstring folder_;
+    int steps_left_ = 0;
+    bool after_open_ = false;
+    const ImportHook create_{"CreateFileW", &Open};
+    const ImportHook delete_hook_{"DeleteFileW", &Delete};
+    const ImportHook remove_hook_{"RemoveDirectoryW", &Remove};
+};
+
+TEST_CASE("A folder that becomes a link between look and deletion costs nothing outside, in 200 rounds") {
+    for (const Ways::Way way : Ways::kAll) {
+        CAPTURE(way.vista);
+        CAPTURE(way.links_show);
+        const Ways ways(way);
+        Place place;
+        MakeFolder(place.outside + L"\\folder\\inner");
+        REQUIRE(MakeHostLink(L"../outside/folder", place.temp + L"\\..\\link"));
+        Race race(place);
+        int exchanges = 0;
+        for (int round = 0; round < 100; ++round)
+            exchanges += race.round(round) ? 1 : 0;
+        CHECK(exchanges > 50);
+        CHECK(Names(place.outside + L"\\folder") == std::vector<std::wstring>{L"another", L"canary", L"inner"});
+        CHECK(Names(place.temp).empty());
+    }
+}
+
+TEST_CASE("An empty folder that cannot be listed goes as well, and a link that looks like one stays") {
+    static decltype(CreateFileW)* open = nullptr;
+    const ImportHook hook(
+        "CreateFileW",
+        +[](LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security, DWORD creation, DWORD flags,
+            HANDLE like) WINAPI -> HANDLE {
+            if (!std::wstring_view(path).ends_with(L"closed") || (access & FILE_LIST_DIRECTORY) == 0) {
+                return open(path, access, share, security, creation, flags, like);
+            }
+            SetLastError(ERROR_ACCESS_DENIED);
+            return INVALID_HANDLE_VALUE;
+        });
+    REQUIRE(hook);
+    open = hook.original<decltype(CreateFileW)>();
+    for (const Ways::Way way : Ways::kAll) {
+        CAPTURE(way.vista);
+        CAPTURE(way.links_show);
+        const Ways ways(way);
+        Place place;
+        for (const wchar_t* name : {L"\\closed", L"\\full", L"\\full\\closed", L"\\full\\closed\\inner"})
+            MakeFolder(place.temp + name);
+        REQUIRE(MakeHostLink(L"../outside/empty", place.temp + L"\\link closed"));
+        place.clean();
+        CHECK(Names(place.temp) == std::vector<std::wstring>{L"full", L"link closed"});
+        CHECK(place.canaries_live());
+    }
 }
 
 TEST_CASE("Open files stay, vanishing ones do no harm") {

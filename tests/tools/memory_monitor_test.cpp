@@ -1,9 +1,12 @@
 #include "tools/memory_monitor.h"
 
+#include "support/import_hook.h"
 #include "support/recorder.h"
 #include "support/show.h"
 #include "support/stand_in.h"
 #include "support/test_folder.h"
+#include "support/test_host.h"
+#include "tools/modURL.h"
 #include "win/system_text.h"
 
 #include <doctest/doctest.h>
@@ -70,12 +73,41 @@ TEST_CASE("The processors' load comes from a localised counter, opened once and 
         for (const wchar_t* const load : {L"－ ％", L"37 ％", L"37 ％", L"100 ％", L"100 ％", L"0 ％", L"0 ％"}) {
             CHECK(monitor.read()[kProcessorLoad] == load);
         }
+        // After a time without readings the first one would be an average over all of it.
+        {
+            static decltype(GetTickCount)* ticks = nullptr;
+            const ImportHook later(
+                "GetTickCount", +[]() WINAPI -> DWORD { return ticks() + 60000; });
+            REQUIRE(later);
+            ticks = later.original<decltype(GetTickCount)>();
+            for (const wchar_t* const load : {L"－ ％", L"45 ％"})
+                CHECK(monitor.read()[kProcessorLoad] == load);
+        }
         CHECK(Calls() == L"open\n\\プロセッサ(_Total)\\% 処理時間\n");
         monitor.close();
         CHECK(Calls() == L"open\n\\プロセッサ(_Total)\\% 処理時間\nclose\n");
         monitor.read();
     }
     CHECK(Calls() == L"open\n\\プロセッサ(_Total)\\% 処理時間\nclose\n");
+}
+
+TEST_CASE("The dialogs' library stays loaded: a thread of it may still run") {
+    static decltype(GetProcAddress)* find = nullptr;
+    static int freed = 0;
+    const ImportHook cancelled(
+        "GetProcAddress", +[](HMODULE library, LPCSTR name) WINAPI -> FARPROC {
+            if (std::string_view(name) != "GetOpenFileNameW") return find(library, name);
+            return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(+[](void*) WINAPI -> BOOL { return FALSE; }));
+        });
+    const ImportHook frees(
+        "FreeLibrary", +[](HMODULE) WINAPI -> BOOL { return ++freed; });
+    REQUIRE((cancelled && frees));
+    find = cancelled.original<decltype(GetProcAddress)>();
+    CHECK(ChooseMemoryRelease(nullptr) == L"");
+    CHECK(GetModuleHandleW(L"comdlg32.dll") != nullptr);
+    TestHost host;
+    DeleteUrlCacheEntries(false, host);
+    CHECK(freed == 0);
 }
 
 TEST_CASE("The memory-release program is started quoted and minimised, or nothing happens") {

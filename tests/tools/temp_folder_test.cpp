@@ -1,11 +1,14 @@
 #include "tools/temp_folder.h"
 
+#include "support/deletion_place.h"
 #include "support/host_link.h"
 #include "support/show.h"
 #include "support/test_folder.h"
+#include "win/folders.h"
 
 #include <vector>
 
+using namespace deletion;
 using namespace tools;
 
 namespace {
@@ -38,85 +41,106 @@ std::wstring Upper(std::wstring text) {
 
 }  // namespace
 
-TEST_CASE("A folder must be kept that is a drive or that equals or contains a kept one") {
-    const std::wstring kept[] = {L"\\\\?\\C:\\Windows\\System32", L"\\\\?\\D:\\ユーザー\\太郎"};
-    for (const wchar_t* folder :
-         {L"", L"\\\\?\\", L"\\\\?\\C:", L"\\\\?\\C:\\Windows", L"\\\\?\\c:\\WINDOWS", L"\\\\?\\C:\\Windows\\System32",
-          L"\\\\?\\d:\\ユーザー", L"\\\\?\\D:\\ユーザー\\太郎"}) {
-        CAPTURE(std::wstring(folder));
-        CHECK(MustBeKept(folder, kept));
-    }
-    for (const wchar_t* folder : {L"\\\\?\\C:\\Windows\\Temp", L"\\\\?\\C:\\Win", L"\\\\?\\C:\\Windows\\System32\\a",
-                                  L"\\\\?\\C:\\Windows\\System", L"\\\\?\\D:\\Windows", L"\\\\?\\D:\\ユーザー\\太"}) {
-        CAPTURE(std::wstring(folder));
-        CHECK_FALSE(MustBeKept(folder, kept));
-    }
-}
-
 TEST_CASE("The system's, the programs', the users' and the program's own folders are never emptied") {
+    REQUIRE_THROW_AWAY();
     std::vector<std::wstring> refused;
-    for (const wchar_t* none : {L"", L".", L"Temp", L"C:", L"C:Temp", L"C:\\", L"c:/", L"\\", L"\\Temp", L"Q:\\",
-                                L"\\\\server\\share\\temp", L"C:\\no such folder", L"\\\\?\\C:\\users",
-                                L"\\\\.\\C:\\users", L"\\\\?\\unix\\tmp", L"C:\\windows\\win.ini"}) {
+    for (const wchar_t* none :
+         {L"", L".", L"Temp", L"C:", L"C:Temp", L"C:\\", L"c:/", L"\\", L"\\Temp", L"Q:\\", L"\\\\server\\share\\temp",
+          L"C:\\no such folder", L"\\\\?\\C:\\users", L"\\\\.\\C:\\users", L"\\\\?\\unix\\tmp", L"C:\\windows\\win.ini",
+          L"C:\\jn", L"C:\\windows\\sysnative"}) {
         refused.emplace_back(none);
     }
+    const std::wstring profile = SpecialFolder(CSIDL_PROFILE);
+    const std::wstring profiles = profile.substr(0, profile.rfind(L'\\'));
+    const std::wstring name = profile.substr(profile.rfind(L'\\'));
+    const std::wstring another = profiles + L"\\another user";
+    std::vector<std::wstring> made = {another, profile + L"\\Saved Games", profile + L"\\OneDrive",
+                                      profile + L"\\AppData\\LocalLow"};
+    for (const wchar_t* kept : {L"\\Documents", L"\\Desktop", L"\\デスクトップ", L"\\My Documents"})
+        made.push_back(another + kept);
+    for (const std::wstring& folder : made)
+        CreateDirectoryW(folder.c_str(), nullptr);
+    std::vector<std::wstring> kept = made;
+    kept.insert(kept.end(),
+                {another, throw_away::Variable(L"CommonProgramFiles"), throw_away::Variable(L"CommonProgramW6432"),
+                 throw_away::Variable(L"ProgramW6432"), throw_away::Variable(L"CommonProgramFiles(x86)"),
+                 SpecialFolder(CSIDL_PROGRAM_FILESX86), SpecialFolder(CSIDL_SYSTEMX86)});
     for (const int number : {CSIDL_WINDOWS, CSIDL_SYSTEM, CSIDL_PROGRAM_FILES, CSIDL_PROFILE, CSIDL_DESKTOPDIRECTORY,
                              CSIDL_PERSONAL, CSIDL_APPDATA, CSIDL_LOCAL_APPDATA, CSIDL_COMMON_APPDATA}) {
-        const std::wstring folder = SpecialFolder(number);
-        REQUIRE_FALSE(folder.empty());
+        kept.push_back(SpecialFolder(number));
+    }
+    for (const std::wstring& folder : kept) {
+        REQUIRE(GetFileAttributesW(folder.c_str()) != INVALID_FILE_ATTRIBUTES);
         refused.push_back(folder);
-        refused.push_back(Upper(folder) + L"\\");
-        refused.push_back(folder + L"\\..");
-        refused.push_back(folder + L".");
     }
-    // Of both kinds of programs, whichever this one is; Sysnative is the other system folder to a 32-bit one.
-    for (const wchar_t* both : {L"C:\\Program Files", L"C:\\Program Files (x86)", L"C:\\Program Files\\Common Files",
-                                L"C:\\Program Files (x86)\\Common Files", L"C:\\windows\\system32",
-                                L"C:\\windows\\syswow64", L"C:\\windows\\sysnative"}) {
-        refused.emplace_back(both);
+    // By other names.
+    for (const std::wstring& folder : {profile, another + L"\\Documents"}) {
+        wchar_t short_name[MAX_PATH] = {};
+        GetShortPathNameW(folder.c_str(), short_name, MAX_PATH);
+        refused.insert(refused.end(), {Upper(folder) + L"\\", folder + L"\\..", folder + L".", short_name,
+                                       L"C:\\windows\\..\\" + folder.substr(3), win::ReplaceAll(folder, L"\\", L"/")});
     }
-    REQUIRE_THROW_AWAY();
-    const std::wstring profile = SpecialFolder(CSIDL_PROFILE);
-    CreateDirectoryW((profile + L"\\..\\another user").c_str(), nullptr);
-    refused.push_back(profile + L"\\..\\another user");
     wchar_t own[MAX_PATH] = {};
     GetModuleFileNameW(nullptr, own, MAX_PATH);
     for (std::wstring folder = own; folder.find(L'\\') != folder.npos;) {
         folder.resize(folder.rfind(L'\\'));
         refused.push_back(folder);
     }
-    for (const std::wstring& folder : refused) {
-        CAPTURE(folder);
-        CHECK(FolderToEmpty(folder) == std::nullopt);
+    // Through a link in the middle of the path, and on a substituted drive.
+    REQUIRE(MakeHostLink(L"users", L"C:\\jn"));
+    const std::wstring drive = throw_away::Variable(L"WINEPREFIX") + L"/dosdevices/e:";
+    for (const wchar_t* below : {L"", L"\\Documents", L"\\AppData", L"\\Saved Games"})
+        refused.push_back(L"C:\\jn" + name + below);
+    refused.emplace_back(L"C:\\jn\\another user\\Desktop");
+    for (const Ways::Way way : {Ways::kAll[0], Ways::kAll[2]}) {
+        CAPTURE(way.vista);
+        const Ways ways(way);
+        for (const std::wstring& folder : refused) {
+            CAPTURE(folder);
+            CHECK(FolderToEmpty(folder) == std::nullopt);
+        }
+        // Wine looks for new drives once a second.
+        REQUIRE(CallHost(HostCall::Symlink, L"../drive_c/users", drive));
+        Sleep(1100);
+        for (const wchar_t* below : {L"", L"\\Documents", L"\\..\\users"})
+            CHECK(FolderToEmpty(L"E:" + name + below) == std::nullopt);
+        CallHost(HostCall::Unlink, drive);
+        Sleep(1100);
     }
-    RemoveDirectoryW((profile + L"\\..\\another user").c_str());
+    CallHost(HostCall::Unlink, HostPath(L"C:\\jn"));
+    for (auto folder = made.rbegin(); folder != made.rend(); ++folder)
+        RemoveDirectoryW(folder->c_str());
 }
 
-TEST_CASE("A folder to empty is given by its real path") {
-    TestFolder folder(L"to empty");
-    const std::wstring inner = folder.make_folder(L"Inner 日本");
-    CHECK(FolderToEmpty(inner) == inner);
-    CHECK(FolderToEmpty(inner + L"\\") == inner);
-    CHECK(FolderToEmpty(Upper(inner) + L"\\.\\") == inner);
-    wchar_t windows[MAX_PATH] = {};
-    GetWindowsDirectoryW(windows, MAX_PATH);
-    const std::wstring below_windows = std::wstring(windows) + L"\\Temp";
-    CreateDirectoryW(below_windows.c_str(), nullptr);
-    CHECK(FolderToEmpty(below_windows).has_value());
-}
-
-TEST_CASE("A link is no folder to empty, wherever it leads") {
+TEST_CASE("A folder to empty is given by its real path, on every system and through any link") {
     REQUIRE_THROW_AWAY();
-    TestFolder folder(L"linked");
-    const std::wstring target = folder.make_folder(L"target");
+    TestFolder folder(L"to empty");
+    const std::wstring inner = folder.make_folder(L"Inner 日本 folder");
+    const std::wstring below_windows = win::WindowsDirectory() + L"\\Temp";
     const std::wstring link = folder.path() + L"\\link";
-    REQUIRE(MakeHostLink(L"target", link));
-    CHECK(FolderToEmpty(link) == std::nullopt);
-    CHECK(FolderToEmpty(target) == target);
-    // A link on the way is resolved.
-    CreateDirectoryW((target + L"\\below").c_str(), nullptr);
-    CHECK(FolderToEmpty(link + L"\\below") == target + L"\\below");
-    RemoveDirectoryW((target + L"\\below").c_str());
+    CreateDirectoryW(below_windows.c_str(), nullptr);
+    CreateDirectoryW((inner + L"\\below").c_str(), nullptr);
+    REQUIRE(MakeHostLink(L"Inner 日本 folder", link));
+    wchar_t short_name[MAX_PATH] = {};
+    GetShortPathNameW(inner.c_str(), short_name, MAX_PATH);
+    for (const Ways::Way way : {Ways::kAll[0], Ways::kAll[2]}) {
+        CAPTURE(way.vista);
+        const Ways ways(way);
+        for (const std::wstring& name : {inner, inner + L"\\", inner + L"\\.\\", inner + L"\\below\\..",
+                                         std::wstring(short_name), link, win::ReplaceAll(inner, L"\\", L"/")}) {
+            CAPTURE(name);
+            CHECK(FolderToEmpty(name) == inner);
+        }
+        CHECK(FolderToEmpty(link + L"\\below") == inner + L"\\below");
+        CHECK(FolderToEmpty(below_windows).has_value());
+        const ImportHook mapped(
+            "GetDriveTypeW", +[](LPCWSTR) WINAPI -> UINT { return DRIVE_REMOTE; });
+        REQUIRE(mapped);
+        CHECK(FolderToEmpty(inner) == std::nullopt);
+    }
+    CHECK(FolderToEmpty(Upper(inner)) == inner);
+    RemoveDirectoryW((inner + L"\\below").c_str());
+    CallHost(HostCall::Unlink, HostPath(link));
 }
 
 TEST_CASE("The temporary folder is the variables' one, and nothing when they are relative, too long or lead nowhere") {
