@@ -3,6 +3,7 @@
 #define DOCTEST_CONFIG_NO_MULTITHREADING  // the win32 thread model has no std::mutex
 #include <doctest/doctest.h>
 
+#include "support/show.h"
 #include "support/test_key.h"
 #include "support/throw_away.h"
 
@@ -13,7 +14,14 @@ namespace {
 
 const char* skipped_because = nullptr;
 
-REGISTER_EXCEPTION_TRANSLATOR(const throw_away::Skipped& skipped) { return skipped_because = skipped.reason; }
+struct Skipped {};
+
+REGISTER_EXCEPTION_TRANSLATOR(const Skipped&) { return skipped_because; }
+
+void Skip(const char* reason) {
+    skipped_because = reason;
+    throw Skipped();
+}
 
 class Reporter final : public doctest::ConsoleReporter {
 public:
@@ -24,6 +32,10 @@ public:
 
     void test_case_exception(const doctest::TestCaseException& exception) override {
         if (!skipped_because) ConsoleReporter::test_case_exception(exception);
+    }
+    // A skip within an assertion fails it, too.
+    void log_assert(const doctest::AssertData& assertion) override {
+        if (!skipped_because) ConsoleReporter::log_assert(assertion);
     }
     void test_case_end(const doctest::CurrentTestCaseStats& stats) override {
         if (skipped_because) {
@@ -53,7 +65,8 @@ int main(int argc, char** argv) {
     std::setvbuf(stdout, nullptr, _IONBF, 0);  // a crash must not swallow what was printed before
     Reporter::file = std::getenv("QORVENIX_RESULTS");
     SetEnvironmentVariableW(L"QORVENIX_RESULTS", nullptr);  // a copy that a test starts has nothing to report
-    before_foreign_key = &throw_away::Require;
+    throw_away::skip = &Skip;
+    before_foreign_key = [] { REQUIRE_THROW_AWAY(); };
     doctest::Context context(argc, argv);
     context.setOption("reporters", "counts");
     const int result = context.run();

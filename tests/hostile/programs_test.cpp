@@ -123,7 +123,7 @@ void LookAtOne(const ui::ListView& list, hostile::Source& source) {
     // Never a name that Windows would search for, or a path from the current folder.
     REQUIRE((program.path.empty() || program.path.find(L':') == 1 || program.path.starts_with(L"\\\\")));
     REQUIRE((program.path.empty() || win::IsFile(program.path)));
-    REQUIRE(row->uninstall_command.find(program.arguments) != std::wstring::npos);
+    REQUIRE(program.command_line.ends_with(program.arguments));
     REQUIRE(InstallFolderCommand(*row).empty() == (row->install_folder.empty() && !row->empty_install_folder));
     StoreLastKey(row->key_name);
 }

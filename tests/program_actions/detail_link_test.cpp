@@ -79,17 +79,17 @@ TEST_CASE("A click opens what the caption leads to and says so; nothing else hap
     const std::wstring help = folder.make_file(L"the help.html");
     TestHost host;
 
-    OpenDetailLink(L"03-1234", host);
-    OpenDetailLink(L"javascript:alert(1)", host);
-    OpenDetailLink(L"", host);
+    for (const wchar_t* nowhere : {L"03-1234", L"javascript:alert(1)", L""})
+        OpenDetailLink(nowhere, host);
     CHECK(host.statuses.empty());
     CHECK(recorder.starts_after_a_while().empty());
 
-    OpenDetailLink(help, host);
-    CHECK(recorder.starts(1).size() == 1);
-    OpenDetailLink(L"(個別ユーザー)Software", host);
-    CHECK(recorder.starts(2).size() == 2);
-    OpenDetailLink(L"https://example.com/", host);
+    std::size_t opened = 0;
+    for (const std::wstring& each :
+         {help, std::wstring(L"(個別ユーザー)Software"), std::wstring(L"https://example.com/")}) {
+        OpenDetailLink(each, host);
+        CHECK(recorder.starts(++opened).size() == opened);
+    }
     CHECK(host.statuses == std::vector<std::wstring>{L"ファイル位置をエクスプローラで開きます...",
                                                      L"指定パスをレジストリエディタで開きます...",
                                                      L"指定URLを開きます..."});

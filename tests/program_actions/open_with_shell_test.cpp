@@ -24,8 +24,7 @@ TEST_CASE("Programs are opened by path and, without a folder, from the system's 
     CHECK(OpenWithShell(nullptr, L"only in system.exe", std::wstring_view(L"\0", 1), std::wstring_view(L"\0", 1)));
     const auto starts = recorder.starts(2);
     REQUIRE(starts.size() == 2);
-    CHECK(starts[0].program.ends_with(L"some program.exe"));
-    CHECK(starts[0].command_line.ends_with(L" first second"));
+    CHECK((starts[0].program.ends_with(L"some program.exe") && starts[0].command_line.ends_with(L" first second")));
     CHECK(starts[0].show == L"5");
     CHECK(Recorder::is_in_system(starts[1].program, L"only in system.exe"));
 

@@ -109,92 +109,71 @@ TEST_CASE("An entry is deleted from each of the six places, after a question, an
     CHECK(list.host.questions.back().text == L"「Foo\x2122」を削除します。\r\nよろしいですか？");
     CHECK(list.host.questions.back().title == L"Qorvenix");
 
-    const auto own_entry = list.select(L"delete me.lnk", own.folder);
-    const auto common_entry = list.select(L"delete me.lnk", common.folder);
-    REQUIRE(own_entry);
-    REQUIRE(common_entry);
-    CHECK(DeleteStartupEntry(*own_entry, list.host));
-    CHECK_FALSE(win::IsFile(own.path));
-    CHECK(win::IsFile(common.path));
-    CHECK(DeleteStartupEntry(*common_entry, list.host));
-    CHECK_FALSE(win::IsFile(common.path));
+    for (const StartupFile* file : {&own, &common}) {
+        const auto entry = list.select(L"delete me.lnk", file->folder);
+        REQUIRE(entry);
+        CHECK((win::IsFile(common.path) && DeleteStartupEntry(*entry, list.host) && !win::IsFile(file->path)));
+    }
     CHECK(win::IsFile(kept.path));
-
     list.scan();
     CHECK(list.rows.list.count() == 5);
     CHECK(list.has(L"keep me.lnk", kept.folder));
     CHECK(list.has(L"Foo", keys[3].second));
 }
 
-TEST_CASE("Deleting a value whose name goes on behind a NUL spares the value of the shown name") {
-    REQUIRE_THROW_AWAY();
-    const TestKey key(HKEY_CURRENT_USER, kRun);
-    key.set_text(L"", L"Foo", L"foo.exe");
-    REQUIRE(native::SetText(key.get(), std::wstring(L"Foo\0x", 5), L"hidden.exe"));
-    List list;
-    for (const wchar_t* value : {L"hidden.exe", L"foo.exe"}) {
-        list.rows.list.select(list.rows.list.find(StartupColumn::Value, value));
-        const auto entry = SelectedStartupEntry(list.rows.list);
-        REQUIRE(entry);
-        CHECK(entry->name == L"Foo");
-        CHECK(DeleteStartupEntry(*entry, list.host));
-        CHECK(ValueExists(key.get(), L"Foo") == entry->name_goes_on);
-    }
-}
-
 TEST_CASE("A row of the startup folder means its own file, whatever blanks and dots its name begins or ends with") {
     REQUIRE_THROW_AWAY();
     const std::wstring folder = win::GetSpecialFolderPath(CSIDL_STARTUP);
-    const std::wstring plain = folder + L"\\dup.txt";
-    const auto exists = [](const std::wstring& path) { return win::IsFile(L"\\\\?\\" + path); };
-    for (const wchar_t* name : {L" dup.txt", L"dup.txt ", L" dup.txt. ", L"dup.txt."}) {
-        CAPTURE(std::wstring(name));
-        const std::wstring strange = folder + L"\\" + name;
-        for (const std::wstring& path : {plain, strange}) {
-            REQUIRE(win::File(CreateFileW((L"\\\\?\\" + path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, {})));
-        }
-        List list;
-        REQUIRE(list.rows.list.count() == 2);
-        // In the order of the folder.
-        WIN32_FIND_DATAW entry = {};
-        int row = 0;
-        const win::FindHandle find(FindFirstFileW((folder + L"\\*dup*").c_str(), &entry));
-        for (; std::wstring_view(entry.cFileName) != name && FindNextFileW(find.get(), &entry); ++row) {
-        }
+    const std::vector<std::wstring> names = {L"dup.txt", L" dup.txt", L"dup.txt ", L" dup.txt. ", L"dup.txt."};
+    const auto path = [&](const std::wstring& name) { return L"\\\\?\\" + folder + L"\\" + name; };
+    for (const std::wstring& name : names)
+        REQUIRE(win::File(CreateFileW(path(name).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr)));
+    List list;
+    REQUIRE(list.rows.list.count() == std::ssize(names));
+    std::vector<std::wstring> left = names;
+    for (int row = 0; row < std::ssize(names); ++row) {
         list.rows.list.select(row);
         const auto selected = SelectedStartupEntry(list.rows.list);
         REQUIRE(selected);
-        CHECK(selected->name == win::TrimBlanks(name));
+        CHECK(selected->name == win::TrimBlanks(selected->file_name));
         CHECK(selected->value == folder + L"\\" + selected->name);
-        CHECK(DeleteStartupEntry(*selected, list.host));
-        CHECK_FALSE(exists(strange));
-        CHECK(exists(plain));
         StartMenuState menu;
         menu.open(selected);
+        CHECK(menu.is_enabled(StartItem::Properties));
+        CHECK(DeleteStartupEntry(*selected, list.host));
+        menu.open(selected);
         CHECK_FALSE(menu.is_enabled(StartItem::Properties));
-        list.scan();
-        list.rows.list.select(0);
-        CHECK(DeleteStartupEntry(*SelectedStartupEntry(list.rows.list), list.host));
-        CHECK_FALSE(exists(plain));
-        DeleteFileW((L"\\\\?\\" + strange).c_str());
-        DeleteFileW(plain.c_str());
+        CHECK(std::erase(left, selected->file_name) == 1);
+        for (const std::wstring& name : names)
+            CHECK(win::IsFile(path(name)) == (std::ranges::find(left, name) != left.end()));
     }
 }
 
-TEST_CASE("What vanishes while the question is open is no error; a key that cannot be opened asks for no refresh") {
-    TestHost host;
+TEST_CASE(
+    "A value whose name goes on behind a NUL, one that vanishes behind the question, and a key that is not there") {
+    REQUIRE_THROW_AWAY();
     const std::wstring location = std::wstring(L"(個別ユーザー)") + kRun;
     {
         const TestKey key(HKEY_CURRENT_USER, kRun);
         key.set_text(L"", L"Foo", L"foo.exe");
-        host.on_question = [&] { RegDeleteValueW(key.get(), L"Foo"); };
-        CHECK(DeleteStartupEntry({L"Foo", {}, location, {}}, host));
+        REQUIRE(native::SetText(key.get(), std::wstring(L"Foo\0x", 5), L"hidden.exe"));
+        List list;
+        for (const wchar_t* value : {L"hidden.exe", L"foo.exe"}) {
+            list.rows.list.select(list.rows.list.find(StartupColumn::Value, value));
+            const auto entry = SelectedStartupEntry(list.rows.list);
+            REQUIRE((entry && entry->name == L"Foo"));
+            CHECK(DeleteStartupEntry(*entry, list.host));
+            // That of the shown name is spared.
+            CHECK(ValueExists(key.get(), L"Foo") == entry->name_goes_on);
+        }
+        CHECK(DeleteStartupEntry({L"Foo", {}, location, {}}, list.host));
     }
+    TestHost host;
     CHECK_FALSE(DeleteStartupEntry({L"Foo", {}, location, {}}, host));
     CHECK(DeleteStartupEntry({L"gone.lnk", {}, L"C:\\no such folder", {}}, host));
 }
 
-TEST_CASE("The location opens in the Explorer or in the registry editor") {
+TEST_CASE("The location opens in the Explorer or in the registry editor, programs by their quoted names") {
     Recorder recorder;
     REQUIRE(recorder.install_in_system(L"explorer.exe"));
     REQUIRE(recorder.install_in_system(L"regedit.exe"));
@@ -217,28 +196,17 @@ TEST_CASE("The location opens in the Explorer or in the registry editor") {
         CHECK(win::FromAnsi(LastKey()).ends_with(L"\\HKEY_CURRENT_USER\\SOFTWARE\\Run"));
     }
     OpenStartupLocation(L"(個別ユーザー)SOFTWARE\\Run");
-    const auto starts = recorder.starts(5);
-    REQUIRE(starts.size() == 5);
-    CHECK(starts[4].command_line == L"regedit");
-    CHECK(LastKey() == "");
-}
-
-TEST_CASE("A program is started by its quoted name with its arguments behind a blank") {
-    Recorder recorder;
-    TestFolder folder(L"run program");
+    CHECK(recorder.starts(5).size() == 5);
     const std::wstring program = folder.own(L"a program.exe");
     REQUIRE(recorder.install(program));
-    REQUIRE(recorder.install(folder.own(L"planted.exe")));
     SetCurrentDirectoryW(folder.path().c_str());
-    CHECK(RunProgram(program, L"", win::WindowStyle::Normal) != 0);
-    CHECK(recorder.starts(1).size() == 1);
+    CHECK(RunProgram(L"a program.exe", L"", win::WindowStyle::Normal) == 0);
     CHECK(RunProgram(program, L"first \"second\"", win::WindowStyle::MinimisedWithFocus) != 0);
-    CHECK(RunProgram(L"planted.exe", L"", win::WindowStyle::Normal) == 0);
     SetCurrentDirectoryW(L"C:\\");
-    const auto starts = recorder.starts(2);
-    REQUIRE(starts.size() == 2);
-    CHECK(starts[0].command_line == L"\"" + program + L"\"");
-    CHECK(starts[1].command_line == L"\"" + program + L"\" first \"second\"");
-    CHECK(starts[1].show == L"2");
-    CHECK(recorder.starts_after_a_while().size() == 2);
+    const auto starts = recorder.starts(6);
+    REQUIRE(starts.size() == 6);
+    CHECK(starts[4].command_line == L"regedit");
+    CHECK(LastKey() == "");
+    CHECK(starts[5].command_line == L"\"" + program + L"\" first \"second\"");
+    CHECK(starts[5].show == L"2");
 }

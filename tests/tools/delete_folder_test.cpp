@@ -5,63 +5,91 @@
 using namespace deletion;
 using tools::DeleteFolderContents;
 
-TEST_CASE("Everything goes but system files and the folders that hold them") {
-    Place place;
-    for (const wchar_t* name : {L"dot folder.", L"empty", L"full", L"full\\inner", L"keeps", L"keeps\\inner"})
-        MakeFolder(place.temp + L"\\" + name);
-    for (const wchar_t* name :
-         {L"plain.txt", L"no extension", L"一時ファイル①髙～.tmp", L"...name", L"dot at the end.", L"blank at the end ",
-          L"dot folder.\\file", L"full\\inner\\file", L"full\\file", L"keeps\\file", L"keeps\\inner\\file"}) {
-        MakeFile(place.temp + L"\\" + name);
+namespace {
+
+decltype(CreateFileW)* open_file = nullptr;
+
+// Folders named "closed" may not be listed.
+HANDLE WINAPI OpenUnlessClosed(LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security, DWORD creation,
+                               DWORD flags, HANDLE like) {
+    if (!std::wstring_view(path).ends_with(L"closed") || (access & FILE_LIST_DIRECTORY) == 0) {
+        return open_file(path, access, share, security, creation, flags, like);
     }
-    constexpr DWORD kHidden = FILE_ATTRIBUTE_HIDDEN;
-    MakeFile(place.temp + L"\\hidden", kHidden);
-    MakeFile(place.temp + L"\\read-only", FILE_ATTRIBUTE_READONLY);
-    MakeFile(place.temp + L"\\hidden and read-only", FILE_ATTRIBUTE_READONLY | kHidden);
-    MakeFile(place.temp + L"\\system", FILE_ATTRIBUTE_SYSTEM);
-    MakeFile(place.temp + L"\\keeps\\inner\\system", FILE_ATTRIBUTE_SYSTEM | kHidden);
-    place.clean();
-    CHECK(Lines(Tree(place.temp)) == Lines({place.temp + L"\\keeps 0", place.temp + L"\\keeps\\inner 0",
-                                            place.temp + L"\\keeps\\inner\\system 6", place.temp + L"\\system 6"}));
-    CHECK(place.canaries_live());
-    CHECK_FALSE(place.host.pointer_shows_hourglass);
+    SetLastError(ERROR_ACCESS_DENIED);
+    return INVALID_HANDLE_VALUE;
 }
 
-TEST_CASE("No link leads out, and none is removed but hard links that may be written") {
+constexpr const wchar_t* kFolders[] = {
+    L"dot folder.",  L"empty", L"full",          L"full\\inner",           L"keeps",
+    L"keeps\\inner", L"inner", L"keeps\\closed", L"keeps\\closed\\folder", L"closed"};
+constexpr const wchar_t* kFiles[] = {L"plain.txt",
+                                     L"no extension",
+                                     L"一時ファイル①髙～.tmp",
+                                     L"...name",
+                                     L"dot at the end.",
+                                     L"blank at the end ",
+                                     L"dot folder.\\file",
+                                     L"full\\inner\\file",
+                                     L"full\\file",
+                                     L"keeps\\file",
+                                     L"inner\\file",
+                                     L"keeps\\inner\\file",
+                                     L"open"};
+// What the links lead to, as the host reads it from there, and where they stand.
+constexpr std::pair<const wchar_t*, const wchar_t*> kLinks[] = {
+    {L"../outside/folder", L"folder link"},
+    {L"../outside/empty", L"empty link"},
+    {L"../outside/empty", L"link closed"},
+    {L"../outside/canary", L"file link"},
+    {L"../../outside", L"inner\\nested link"},
+    {L"../../outside/folder/canary", L"inner\\nested file link"},
+    {L"../../outside/folder/another", L"inner\\read-only file link"},
+    {L"..", L"inner\\parent link"},
+    {L".", L"itself link"},
+    {L"folder link", L"link to a link"}};
+
+}  // namespace
+
+TEST_CASE("Everything goes but system files, open ones, links and what holds them; no link leads out, in four ways") {
+    using Lines = std::vector<std::wstring>;
+    const ImportHook hook("CreateFileW", &OpenUnlessClosed);
+    open_file = hook.original<decltype(CreateFileW)>();
     for (const Ways::Way way : Ways::kAll) {
         CAPTURE(way.vista);
         CAPTURE(way.links_show);
         const Ways ways(way);
         Place place;
-        const std::wstring inner = place.temp + L"\\inner";
-        MakeFolder(inner);
-        MakeFile(inner + L"\\file");
-        REQUIRE(MakeHostLink(L"../outside/folder", place.temp + L"\\folder link"));
-        REQUIRE(MakeHostLink(L"../outside/empty", place.temp + L"\\empty link"));
-        REQUIRE(MakeHostLink(L"../outside/canary", place.temp + L"\\file link"));
-        REQUIRE(MakeHostLink(L"../../outside", inner + L"\\nested link"));
-        REQUIRE(MakeHostLink(L"../../outside/folder/canary", inner + L"\\nested file link"));
+        const std::wstring temp = place.temp + L"\\";
+        for (const wchar_t* name : kFolders)
+            MakeFolder(temp + name);
+        for (const wchar_t* name : kFiles)
+            MakeFile(temp + name);
+        for (const auto& [target, name] : kLinks)
+            REQUIRE(MakeHostLink(target, temp + name));
+        constexpr DWORD kHidden = FILE_ATTRIBUTE_HIDDEN;
+        MakeFile(temp + L"hidden", kHidden);
+        MakeFile(temp + L"read-only", FILE_ATTRIBUTE_READONLY | kHidden);
+        MakeFile(temp + L"system", FILE_ATTRIBUTE_SYSTEM);
+        MakeFile(temp + L"keeps\\inner\\system", FILE_ATTRIBUTE_SYSTEM | kHidden);
+        // A read-only file's attribute is that of its other name outside, too.
         const std::wstring read_only = place.outside + L"\\folder\\another";
         SetFileAttributesW(read_only.c_str(), FILE_ATTRIBUTE_READONLY);
-        REQUIRE(MakeHostLink(L"../../outside/folder/another", inner + L"\\read-only file link"));
-        // Its attribute is the outside file's too.
-        REQUIRE(CreateHardLinkW((inner + L"\\hard").c_str(), read_only.c_str(), nullptr));
-        REQUIRE(CreateHardLinkW((inner + L"\\writable").c_str(), (place.outside + L"\\canary").c_str(), nullptr));
-        REQUIRE(MakeHostLink(L"..", inner + L"\\parent link"));
-        REQUIRE(MakeHostLink(L".", place.temp + L"\\itself link"));
-        REQUIRE(MakeHostLink(L"folder link", place.temp + L"\\link to a link"));
-        MakeFile(place.temp + L"\\file");
+        REQUIRE(CreateHardLinkW((temp + L"inner\\hard").c_str(), read_only.c_str(), nullptr));
+        REQUIRE(CreateHardLinkW((temp + L"inner\\writable").c_str(), (place.outside + L"\\canary").c_str(), nullptr));
+        const win::File open(
+            CreateFileW((temp + L"open").c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
         place.clean();
-        CHECK(place.canaries_live());
-        CHECK(Names(place.temp) == std::vector<std::wstring>{L"empty link", L"file link", L"folder link", L"inner",
-                                                             L"itself link", L"link to a link"});
+        CHECK(Names(place.temp) == Lines{L"empty link", L"file link", L"folder link", L"inner", L"itself link",
+                                         L"keeps", L"link closed", L"link to a link", L"open", L"system"});
+        CHECK(Names(temp + L"inner") ==
+              Lines{L"hard", L"nested file link", L"nested link", L"parent link", L"read-only file link"});
+        CHECK(Names(temp + L"keeps") == Lines{L"closed", L"inner"});
+        CHECK(Names(temp + L"keeps\\inner") == Lines{L"system"});
         CHECK((GetFileAttributesW(read_only.c_str()) & FILE_ATTRIBUTE_READONLY) != 0);
-        CHECK(Names(inner) == std::vector<std::wstring>{L"hard", L"nested file link", L"nested link", L"parent link",
-                                                        L"read-only file link"});
+        CHECK_FALSE(place.host.pointer_shows_hourglass);
         // A folder that is not where its path says is left alone.
-        DeleteFolderContents(place.temp + L"\\folder link", L"*.*", place.host);
-        DeleteFolderContents(place.temp + L"\\folder link\\..\\folder", L"*.*", place.host);
-        DeleteFolderContents(place.temp + L"\\missing", L"*.*", place.host);
+        for (const wchar_t* elsewhere : {L"folder link", L"folder link\\..\\folder", L"missing"})
+            DeleteFolderContents(temp + elsewhere, L"*.*", place.host);
         CHECK(place.canaries_live());
     }
 }
@@ -73,8 +101,6 @@ public:
     explicit Race(const Place& place) : place_(place) {
         race_ = this;
         open_ = create_.original<decltype(CreateFileW)>();
-        delete_ = delete_hook_.original<decltype(DeleteFileW)>();
-        remove_ = remove_hook_.original<decltype(RemoveDirectoryW)>();
         Ways::before_change = [] { race_->step(); };
     }
     ~Race() { Ways::before_change = nullptr; }
@@ -120,27 +146,14 @@ private:
         if (step && race_->after_open_) race_->step();
         return file;
     }
-    static BOOL WINAPI Delete(LPCWSTR path) {
-        if (race_->concerns(path)) race_->step();
-        return delete_(path);
-    }
-    static BOOL WINAPI Remove(LPCWSTR path) {
-        if (race_->concerns(path)) race_->step();
-        return remove_(path);
-    }
-
     static inline Race* race_;
     static inline decltype(CreateFileW)* open_;
-    static inline decltype(DeleteFileW)* delete_;
-    static inline decltype(RemoveDirectoryW)* remove_;
     const Place& place_;
     TestHost host_;
     std::wstring folder_;
     int steps_left_ = 0;
     bool after_open_ = false;
     const ImportHook create_{"CreateFileW", &Open};
-    const ImportHook delete_hook_{"DeleteFileW", &Delete};
-    const ImportHook remove_hook_{"RemoveDirectoryW", &Remove};
 };
 
 TEST_CASE("A folder that becomes a link between look and deletion costs nothing outside, in 200 rounds") {
@@ -161,61 +174,11 @@ TEST_CASE("A folder that becomes a link between look and deletion costs nothing 
     }
 }
 
-TEST_CASE("An empty folder that cannot be listed goes as well, and a link that looks like one stays") {
-    static decltype(CreateFileW)* open = nullptr;
-    const ImportHook hook(
-        "CreateFileW",
-        +[](LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security, DWORD creation, DWORD flags,
-            HANDLE like) WINAPI -> HANDLE {
-            if (!std::wstring_view(path).ends_with(L"closed") || (access & FILE_LIST_DIRECTORY) == 0) {
-                return open(path, access, share, security, creation, flags, like);
-            }
-            SetLastError(ERROR_ACCESS_DENIED);
-            return INVALID_HANDLE_VALUE;
-        });
-    REQUIRE(hook);
-    open = hook.original<decltype(CreateFileW)>();
-    for (const Ways::Way way : Ways::kAll) {
-        CAPTURE(way.vista);
-        CAPTURE(way.links_show);
-        const Ways ways(way);
-        Place place;
-        for (const wchar_t* name : {L"\\closed", L"\\full", L"\\full\\closed", L"\\full\\closed\\inner"})
-            MakeFolder(place.temp + name);
-        REQUIRE(MakeHostLink(L"../outside/empty", place.temp + L"\\link closed"));
-        place.clean();
-        CHECK(Names(place.temp) == std::vector<std::wstring>{L"full", L"link closed"});
-        CHECK(place.canaries_live());
-    }
-}
-
-TEST_CASE("Open files stay, vanishing ones do no harm") {
-    Place place;
-    MakeFile(place.temp + L"\\open");
-    for (int number = 0; number < 600; ++number)
-        MakeFile(place.temp + L"\\file" + win::PadZeros(static_cast<unsigned>(number), 4));
-    MakeFolder(place.temp + L"\\vanishing");
-    const win::File open(CreateFileW((place.temp + L"\\open").c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                     OPEN_EXISTING, 0, nullptr));
-    place.host.on_pump = [&] {
-        for (int number = 300; number < 600; ++number) {
-            DeleteFileW((place.temp + L"\\file" + win::PadZeros(static_cast<unsigned>(number), 4)).c_str());
-        }
-        RemoveDirectoryW((place.temp + L"\\vanishing").c_str());
-    };
-    place.clean();
-    CHECK(place.host.pumps > 0);
-    CHECK(Names(place.temp) == std::vector<std::wstring>{L"open"});
-    CHECK(place.canaries_live());
-}
-
 TEST_CASE("A close stops the deletion at the next entry, however deep") {
     Place place;
     std::wstring folder = place.temp;
-    for (int depth = 0; depth < 5; ++depth) {
-        folder += L"\\folder";
-        MakeFolder(folder);
-    }
+    for (int depth = 0; depth < 5; ++depth)
+        MakeFolder(folder += L"\\folder");
     for (int number = 0; number < 1000; ++number)
         MakeFile(folder + L"\\file" + win::ToText(number));
     std::size_t left_at_close = 0;
@@ -225,8 +188,7 @@ TEST_CASE("A close stops the deletion at the next entry, however deep") {
         place.host.closing = left_at_close < 1000;
     };
     place.clean();
-    CHECK(place.host.closing);
-    CHECK(left_at_close > 0);
+    CHECK((place.host.closing && left_at_close > 0));
     CHECK(Names(folder).size() == left_at_close);
     CHECK_FALSE(place.host.pointer_shows_hourglass);
     place.host = TestHost();
@@ -234,20 +196,30 @@ TEST_CASE("A close stops the deletion at the next entry, however deep") {
     CHECK(Names(place.temp).empty());
 }
 
-TEST_CASE("Folders go however deep they lie and however long their paths are") {
-    Place place;
-    std::wstring path = place.temp;
-    int depth = 0;
-    for (; CreateDirectoryW(Raw(path + L"\\ten of ten").c_str(), nullptr); ++depth) {
-        path += L"\\ten of ten";
-        if (depth % 50 == 0) MakeFile(path + L"\\file");
+TEST_CASE("Folders go however deep they lie and however long their paths are, and vanishing files do no harm") {
+    for (const Ways::Way way : {Ways::kAll[0], Ways::kAll[2]}) {
+        const Ways ways(way);
+        Place place;
+        std::wstring path = place.temp;
+        int depth = 0;
+        for (; CreateDirectoryW(Raw(path + L"\\ten of ten").c_str(), nullptr); ++depth) {
+            path += L"\\ten of ten";
+            if (depth % 50 == 0) MakeFile(path + L"\\file");
+        }
+        CHECK(depth > 300);
+        std::wstring wide = place.temp;
+        for (int level = 0; level < 10; ++level)
+            MakeFolder(wide += L"\\" + std::wstring(200, L'w'));
+        MakeFile(wide + L"\\" + std::wstring(200, L'f'));
+        for (unsigned number = 0; number < 300; ++number)
+            MakeFile(place.temp + L"\\file" + win::PadZeros(number, 3));
+        place.host.on_pump = [&] {
+            for (unsigned number = 200; number < 300; ++number)
+                DeleteFileW((place.temp + L"\\file" + win::PadZeros(number, 3)).c_str());
+        };
+        place.clean();
+        CHECK(place.host.pumps > 0);
+        CHECK(Names(place.temp).empty());
+        CHECK(place.canaries_live());
     }
-    CHECK(depth > 300);
-    std::wstring wide = place.temp;
-    for (int level = 0; level < 10; ++level)
-        MakeFolder(wide += L"\\" + std::wstring(200, L'w'));
-    MakeFile(wide + L"\\" + std::wstring(200, L'f'));
-    place.clean();
-    CHECK(Names(place.temp).empty());
-    CHECK(place.canaries_live());
 }

@@ -5,8 +5,6 @@
 #include "support/show.h"
 #include "support/stand_in.h"
 #include "support/test_folder.h"
-#include "support/test_host.h"
-#include "tools/modURL.h"
 #include "win/system_text.h"
 
 #include <doctest/doctest.h>
@@ -45,17 +43,12 @@ TEST_CASE("Memory figures are whole megabytes, cut and never rounded, up to 16 E
 
 TEST_CASE("The monitor shows this machine's memory, and its load from the second reading on") {
     MemoryMonitor monitor;
-    MemoryTexts expected;
     MEMORYSTATUSEX status = {};
     status.dwLength = sizeof status;
     REQUIRE(GlobalMemoryStatusEx(&status));
-    WriteMemoryTexts(status, expected);
     const MemoryTexts first = monitor.read();
-    const auto total = [](const std::wstring& text) { return text.substr(text.find(L'/')); };
-    for (const MemoryFigure figure : {kPhysicalMemory, kVirtualMemory, kPageFile}) {
-        CHECK(total(first[figure]) == total(expected[figure]));
-    }
-    CHECK(std::stoul(first[kMemoryLoad]) <= 100);
+    CHECK(first[kPhysicalMemory].ends_with(L"/" + std::to_wstring(status.ullTotalPhys / kMegabyte) + L" MB"));
+    CHECK(first[kVirtualMemory].ends_with(L"/" + std::to_wstring(status.ullTotalVirtual / kMegabyte) + L" MB"));
     CHECK(first[kProcessorLoad] == L"－ ％");
     const std::wstring load = monitor.read()[kProcessorLoad];
     CHECK(load == std::to_wstring(std::stoul(load)) + L" ％");
@@ -89,25 +82,6 @@ TEST_CASE("The processors' load comes from a localised counter, opened once and 
         monitor.read();
     }
     CHECK(Calls() == L"open\n\\プロセッサ(_Total)\\% 処理時間\nclose\n");
-}
-
-TEST_CASE("The dialogs' library stays loaded: a thread of it may still run") {
-    static decltype(GetProcAddress)* find = nullptr;
-    static int freed = 0;
-    const ImportHook cancelled(
-        "GetProcAddress", +[](HMODULE library, LPCSTR name) WINAPI -> FARPROC {
-            if (std::string_view(name) != "GetOpenFileNameW") return find(library, name);
-            return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(+[](void*) WINAPI -> BOOL { return FALSE; }));
-        });
-    const ImportHook frees(
-        "FreeLibrary", +[](HMODULE) WINAPI -> BOOL { return ++freed; });
-    REQUIRE((cancelled && frees));
-    find = cancelled.original<decltype(GetProcAddress)>();
-    CHECK(ChooseMemoryRelease(nullptr) == L"");
-    CHECK(GetModuleHandleW(L"comdlg32.dll") != nullptr);
-    TestHost host;
-    DeleteUrlCacheEntries(false, host);
-    CHECK(freed == 0);
 }
 
 TEST_CASE("The memory-release program is started quoted and minimised, or nothing happens") {

@@ -4,6 +4,7 @@
 #include "support/show.h"
 #include "support/test_host.h"
 #include "support/throw_away.h"
+#include "tools/memory_monitor.h"
 #include "win/com_ptr.h"
 #include "win/handle.h"
 
@@ -55,8 +56,11 @@ using FindFunction = decltype(GetProcAddress);
 FindFunction* find_function = nullptr;
 
 FARPROC WINAPI FindInterfering(HMODULE library, const char* name) {
-    const FARPROC found = find_function(library, name);
-    if (std::string_view(name) != "FindNextUrlCacheEntryA") return found;
+    const std::string_view wanted = name;
+    if (wanted == "GetOpenFileNameW") {
+        return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(+[](void*) WINAPI -> BOOL { return FALSE; }));
+    }
+    if (wanted != "FindNextUrlCacheEntryA") return find_function(library, name);
     return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&InterferingFindNext));
 }
 
@@ -117,8 +121,15 @@ TEST_CASE("An entry that vanishes between the two calls or is locked costs no ot
     std::vector<char> record(size);
     REQUIRE(RetrieveUrlCacheEntryFileA(locked.c_str(), reinterpret_cast<INTERNET_CACHE_ENTRY_INFOA*>(record.data()),
                                        &size, 0));
+    // The library stays as the dialogs' does: a thread of it may still run.
+    static int freed = 0;
+    const ImportHook frees(
+        "FreeLibrary", +[](HMODULE) WINAPI -> BOOL { return ++freed; });
+    REQUIRE(frees);
     TestHost host;
     DeleteUrlCacheEntries(false, host);
+    CHECK(tools::ChooseMemoryRelease(nullptr) == L"");
+    CHECK(freed == 0);
     CHECK(vanishing.empty());
     CHECK(host.pumps > 1);  // the window lives while the cache takes its time
     for (int number = 0; number < 40; ++number)

@@ -5,41 +5,12 @@
 #include "support/show.h"
 #include "support/test_folder.h"
 #include "win/folders.h"
+#include "win/system_text.h"
 
 #include <vector>
 
 using namespace deletion;
 using namespace tools;
-
-namespace {
-
-// Sets the variables that name the temporary folder, and puts them back.
-class TempVariables {
-public:
-    explicit TempVariables(const wchar_t* path) { set(path, path); }
-    ~TempVariables() { set(tmp_.c_str(), temp_.c_str()); }
-
-private:
-    static void set(const wchar_t* tmp, const wchar_t* temp) {
-        SetEnvironmentVariableW(L"TMP", tmp);
-        SetEnvironmentVariableW(L"TEMP", temp);
-    }
-    const std::wstring tmp_ = throw_away::Variable(L"TMP");
-    const std::wstring temp_ = throw_away::Variable(L"TEMP");
-};
-
-std::wstring SpecialFolder(int number) {
-    wchar_t path[MAX_PATH] = {};
-    SHGetSpecialFolderPathW(nullptr, path, number, TRUE);
-    return path;
-}
-
-std::wstring Upper(std::wstring text) {
-    CharUpperBuffW(text.data(), static_cast<DWORD>(text.size()));
-    return text;
-}
-
-}  // namespace
 
 TEST_CASE("The system's, the programs', the users' and the program's own folders are never emptied") {
     REQUIRE_THROW_AWAY();
@@ -50,7 +21,7 @@ TEST_CASE("The system's, the programs', the users' and the program's own folders
           L"C:\\jn", L"C:\\windows\\sysnative"}) {
         refused.emplace_back(none);
     }
-    const std::wstring profile = SpecialFolder(CSIDL_PROFILE);
+    const std::wstring profile = win::GetSpecialFolderPath(CSIDL_PROFILE);
     const std::wstring profiles = profile.substr(0, profile.rfind(L'\\'));
     const std::wstring name = profile.substr(profile.rfind(L'\\'));
     const std::wstring another = profiles + L"\\another user";
@@ -64,10 +35,10 @@ TEST_CASE("The system's, the programs', the users' and the program's own folders
     kept.insert(kept.end(),
                 {another, throw_away::Variable(L"CommonProgramFiles"), throw_away::Variable(L"CommonProgramW6432"),
                  throw_away::Variable(L"ProgramW6432"), throw_away::Variable(L"CommonProgramFiles(x86)"),
-                 SpecialFolder(CSIDL_PROGRAM_FILESX86), SpecialFolder(CSIDL_SYSTEMX86)});
+                 win::GetSpecialFolderPath(CSIDL_PROGRAM_FILESX86), win::GetSpecialFolderPath(CSIDL_SYSTEMX86)});
     for (const int number : {CSIDL_WINDOWS, CSIDL_SYSTEM, CSIDL_PROGRAM_FILES, CSIDL_PROFILE, CSIDL_DESKTOPDIRECTORY,
                              CSIDL_PERSONAL, CSIDL_APPDATA, CSIDL_LOCAL_APPDATA, CSIDL_COMMON_APPDATA}) {
-        kept.push_back(SpecialFolder(number));
+        kept.push_back(win::GetSpecialFolderPath(number));
     }
     for (const std::wstring& folder : kept) {
         REQUIRE(GetFileAttributesW(folder.c_str()) != INVALID_FILE_ATTRIBUTES);
@@ -77,15 +48,11 @@ TEST_CASE("The system's, the programs', the users' and the program's own folders
     for (const std::wstring& folder : {profile, another + L"\\Documents"}) {
         wchar_t short_name[MAX_PATH] = {};
         GetShortPathNameW(folder.c_str(), short_name, MAX_PATH);
-        refused.insert(refused.end(), {Upper(folder) + L"\\", folder + L"\\..", folder + L".", short_name,
+        refused.insert(refused.end(), {win::LowerCase(folder) + L"\\", folder + L"\\..", folder + L".", short_name,
                                        L"C:\\windows\\..\\" + folder.substr(3), win::ReplaceAll(folder, L"\\", L"/")});
     }
-    wchar_t own[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, own, MAX_PATH);
-    for (std::wstring folder = own; folder.find(L'\\') != folder.npos;) {
-        folder.resize(folder.rfind(L'\\'));
+    for (std::wstring folder = win::ApplicationFolder(); folder.size() > 2; folder.resize(folder.rfind(L'\\')))
         refused.push_back(folder);
-    }
     // Through a link in the middle of the path, and on a substituted drive.
     REQUIRE(MakeHostLink(L"users", L"C:\\jn"));
     const std::wstring drive = throw_away::Variable(L"WINEPREFIX") + L"/dosdevices/e:";
@@ -138,32 +105,7 @@ TEST_CASE("A folder to empty is given by its real path, on every system and thro
         REQUIRE(mapped);
         CHECK(FolderToEmpty(inner) == std::nullopt);
     }
-    CHECK(FolderToEmpty(Upper(inner)) == inner);
+    CHECK(FolderToEmpty(win::LowerCase(inner)) == inner);
     RemoveDirectoryW((inner + L"\\below").c_str());
     CallHost(HostCall::Unlink, HostPath(link));
-}
-
-TEST_CASE("The temporary folder is the variables' one, and nothing when they are relative, too long or lead nowhere") {
-    TestFolder folder(L"temporary");
-    const std::wstring own = folder.path();
-    {
-        const TempVariables variables(own.c_str());
-        CHECK(GetTempFolder() == own + L"\\");
-        CHECK(TempFolderToEmpty() == own);
-    }
-    {
-        const TempVariables variables((L"C:\\" + std::wstring(300, L'a')).c_str());
-        CHECK(GetTempFolder().empty());
-        CHECK(TempFolderToEmpty() == std::nullopt);
-    }
-    // Relative to the current folder they would all lead to a folder that may be emptied.
-    const std::wstring inner = folder.make_folder(L"inner");
-    SetCurrentDirectoryW(own.c_str());
-    for (const wchar_t* relative :
-         {L"inner", L".\\inner", L"C:inner", L".", L"C:\\no such folder", L"C:\\", L"\\\\server\\share"}) {
-        CAPTURE(std::wstring(relative));
-        const TempVariables variables(relative);
-        CHECK(TempFolderToEmpty() == std::nullopt);
-    }
-    SetCurrentDirectoryW(L"C:\\");
 }
