@@ -1,6 +1,7 @@
 // A file in the place of one of Windows' own in the system folder, until the end of the scope.
 #pragma once
 
+#include "support/show.h"
 #include "support/throw_away.h"
 #include "win/folders.h"
 #include "win/handle.h"
