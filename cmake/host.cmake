@@ -15,7 +15,7 @@ set(HOST_SOURCES
 
 file(GLOB tests CONFIGURE_DEPENDS tests/host/*.cpp)
 if(tests)
-  add_executable(host_tests ${HOST_SOURCES} ${tests} tests/doctest_main.cpp)
+  add_executable(host_tests ${HOST_SOURCES} ${tests})
   target_link_libraries(host_tests PRIVATE common_flags)
   target_include_directories(host_tests PRIVATE tests)
 endif()

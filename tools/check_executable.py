@@ -1,52 +1,82 @@
 #!/usr/bin/env python3
-"""tools/check_executable.py [--max-bytes N] PROGRAM   fails on what the program must not be.
+"""tools/check_executable.py [--max-bytes N] PROGRAM...   fails on what a program must not be.
 
-Windows 2000 has to load it: every imported name stands in imports-win2000.txt under a version that Windows 2000 has
-(names of later versions are there only so that the refusal can say so), none is imported by ordinal, and the header
-asks for nothing newer. No library that it imports can be planted beside it. It allows DEP and ASLR, whose relocations
-are there; manifest, version and icons are what they should be; and it is small.
+Windows 2000 has to load the 32-bit edition, Windows XP Professional x64 the 64-bit one: every imported name stands in
+imports-win2000.txt under a version that this Windows has (names of later versions are there only so that the refusal
+can say so), none is imported by ordinal, and the header asks for nothing newer. No library that it imports can be
+planted beside it. It allows DEP and ASLR, whose relocations are there, 64-bit with all of the address space; manifest,
+version and icons are what they should be; and it is small.
 
 Each refusal is tried out first, on a copy of the program that is spoilt in that one place.
 """
 import argparse
+import dataclasses
 import pathlib
 import re
 import struct
 import sys
 import xml.etree.ElementTree as xml
 
-OLD_ENOUGH = {"NT4", "2000"}
 # Windows maps these from its list of known libraries and never from the program's folder: they stand on that list
 # (KnownDLLs) or are imported by one that does; comctl32 comes from the folder that the manifest's dependency names.
 # Others are loaded at run time (win/system_library.h).
 KNOWN_LIBRARIES = {name + ".dll" for name in ("advapi32", "comctl32", "gdi32", "kernel32", "msvcrt", "ole32",
                                               "oleaut32", "shell32", "shlwapi", "user32")}
 ICON_SIZES = {16, 20, 24, 32, 48, 64, 128, 256}  # pixels
-RELOCATIONS_STRIPPED, DYNAMIC_BASE, NX_COMPAT, WINDOW_PROGRAM = 0x1, 0x40, 0x100, 2
-IMPORT, RESOURCE, RELOCATION, DELAYED_IMPORT = 1, 2, 5, 13  # directories
+RELOCATIONS_STRIPPED, HIGH_ENTROPY, DYNAMIC_BASE, NX_COMPAT, WINDOW_PROGRAM = 0x1, 0x20, 0x40, 0x100, 2
+IMPORT, RESOURCE, RELOCATION, DELAYED_IMPORT, DIRECTORIES = 1, 2, 5, 13, 16  # the last is their number
 ICON_GROUP, VERSION, MANIFEST = 14, 16, 24  # resources
 JAPANESE = 0x0411
-MANIFEST_FACTS = {
-    # element: [(attribute or "" for its text, value)], one list for each time that it stands there
-    "dependentAssembly/assemblyIdentity": [[
-        ("language", "*"), ("name", "Microsoft.Windows.Common-Controls"), ("processorArchitecture", "x86"),
-        ("publicKeyToken", "6595b64144ccf1df"), ("type", "win32"), ("version", "6.0.0.0")]],
-    "requestedExecutionLevel": [[("level", "highestAvailable"), ("uiAccess", "false")]],
-    "dpiAware": [[("", "true")]],
-    "dpiAwareness": [],
-    "supportedOS": [],  # Windows 8.1 and later then all report version 6.2
+
+
+@dataclasses.dataclass
+class Edition:
+    file: str
+    machine: str  # as the manifest names it; with another one there the program does not start
+    oldest: str  # Windows
+    has: set  # the versions whose functions that Windows has
+    version: tuple
+    most_bytes: int
+    pointer: str  # how struct reads one
+    flags: dict  # flag: what is wrong without it
+    too_new: tuple  # an import, a name that could stand in its place, and the first Windows that has this one
+
+
+EVERY_FLAG = {NX_COMPAT: "DEP is not allowed", DYNAMIC_BASE: "ASLR is not allowed"}
+EDITIONS = {  # by the magic number of the header
+    0x10B: Edition("Qorvenix.exe", "x86", "2000", {"NT4", "2000"}, (5, 0), 300 * 1024, "<I", EVERY_FLAG,
+                   ("ShellExecuteExW", "IsUserAnAdmin", "XP")),
+    0x20B: Edition("Qorvenix64.exe", "amd64", "XP x64", {"NT4", "2000", "XP", "2003"}, (5, 2), 320 * 1024, "<Q",
+                   EVERY_FLAG | {HIGH_ENTROPY: "ASLR is not allowed above 4 GB"},
+                   ("GetModuleHandleW", "GetTickCount64", "Vista")),
 }
 
 
+def manifest_facts(edition):
+    """element: [(attribute or "" for its text, value)], one list for each time that it stands there"""
+    return {
+        "dependentAssembly/assemblyIdentity": [[
+            ("language", "*"), ("name", "Microsoft.Windows.Common-Controls"),
+            ("processorArchitecture", edition.machine), ("publicKeyToken", "6595b64144ccf1df"), ("type", "win32"),
+            ("version", "6.0.0.0")]],
+        "requestedExecutionLevel": [[("level", "highestAvailable"), ("uiAccess", "false")]],
+        "dpiAware": [[("", "true")]],
+        "dpiAwareness": [],
+        "supportedOS": [],  # Windows 8.1 and later then all report version 6.2
+    }
+
+
 class Program:
-    """A 32-bit executable. Its parts are looked up where the loader looks."""
+    """An executable of either edition. Its parts are looked up where the loader looks."""
 
     def __init__(self, content):
         self.content = content
         start = self.read("<I", 0x3C)[0]
         self.file_header, self.header = start + 4, start + 24
         sections, optional_size, self.characteristics = self.read("<2xH12xHH", self.file_header)
+        self.edition = EDITIONS[self.read("<H", self.header)[0]]
         table = self.header + optional_size
+        self.directories = table - 8 * DIRECTORIES
         self.sections = [self.read("<4I", table + 40 * place + 8) for place in range(sections)]
         self.versions = self.read("<HH4xHH", self.header + 40)  # of the system and of the subsystem
         self.subsystem, self.flags = self.read("<HH", self.header + 68)
@@ -56,7 +86,7 @@ class Program:
 
     def directory(self, number):
         """Address and size."""
-        return self.read("<II", self.header + 96 + 8 * number)
+        return self.read("<II", self.directories + 8 * number)
 
     def offset(self, address):
         """Where in the file what is loaded at that address lies."""
@@ -72,11 +102,12 @@ class Program:
     def imports(self):
         """(library, name) of each, the name None for an ordinal."""
         entry = self.offset(self.directory(IMPORT)[0])
+        form, size = self.edition.pointer, struct.calcsize(self.edition.pointer)
         while any(fields := self.read("<5I", entry)):
             names, library = self.offset(fields[0] or fields[4]), self.text(fields[3]).lower()
-            while name := self.read("<I", names)[0]:
-                yield library, None if name >> 31 else self.text(name + 2)
-                names += 4
+            while name := self.read(form, names)[0]:
+                yield library, None if name >> 8 * size - 1 else self.text(name + 2)
+                names += size
             entry += 20
 
     def resources(self, kind):
@@ -121,7 +152,7 @@ def wrong_imports(program):
             yield f"{library}: an import by ordinal"
         elif version is None:
             yield f"{library}!{name}: unknown; list it with the version that has it first"
-        elif version not in OLD_ENOUGH:
+        elif version not in program.edition.has:
             yield f"{library}!{name}: first in Windows {version}; look it up at run time"
     if not imports:
         yield "no imports could be read"
@@ -130,14 +161,13 @@ def wrong_imports(program):
 
 
 def wrong_header(program):
-    if program.versions != (5, 0, 5, 0):
-        yield "the header asks for another system than Windows 2000"
+    if program.versions != 2 * program.edition.version:
+        yield f"the header asks for another system than Windows {program.edition.oldest}"
     if program.subsystem != WINDOW_PROGRAM:
         yield "no window program"
-    if not program.flags & NX_COMPAT:
-        yield "DEP is not allowed"
-    if not program.flags & DYNAMIC_BASE:
-        yield "ASLR is not allowed"
+    for flag, wrong in program.edition.flags.items():
+        if not program.flags & flag:
+            yield wrong
     if program.characteristics & RELOCATIONS_STRIPPED or not program.directory(RELOCATION)[1]:
         yield "no relocations, so ASLR cannot move it"
 
@@ -152,7 +182,7 @@ def wrong_manifest(program):
     except xml.ParseError as error:
         yield f"manifest: {error}"
         return
-    for path, wanted in MANIFEST_FACTS.items():
+    for path, wanted in manifest_facts(program.edition).items():
         found = [sorted([*each.attrib.items()] or [("", each.text)])
                  for each in root.findall(".//{*}" + path.replace("/", "/{*}"))]
         if found != wanted:
@@ -161,8 +191,9 @@ def wrong_manifest(program):
 
 def wrong_version_and_icons(program):
     versions = list(program.resources(VERSION))
+    parts = ("041104B0", "Translation\0\0\u0411\u04B0", f"OriginalFilename\0{program.edition.file}\0")
     if [language for language, _, _ in versions] != [JAPANESE] or any(
-            part.encode("utf-16-le") not in versions[0][2] for part in ("041104B0", "Translation\0\0\u0411\u04B0")):
+            part.encode("utf-16-le") not in versions[0][2] for part in parts):
         yield "no Japanese version"
     sizes = {content[6 + 14 * place] or 256 for _, _, content in program.resources(ICON_GROUP)
              for place in range(struct.unpack_from("<H", content, 4)[0])}
@@ -170,10 +201,11 @@ def wrong_version_and_icons(program):
         yield f"icons of {sorted(sizes)} pixels"
 
 
-def problems(content, most_bytes):
+def problems(content, most_bytes=None):
     program = Program(content)
     for check in (wrong_imports, wrong_header, wrong_manifest, wrong_version_and_icons):
         yield from check(program)
+    most_bytes = most_bytes or program.edition.most_bytes
     if len(content) > most_bytes:
         yield f"{len(content)} bytes, more than {most_bytes}"
 
@@ -183,7 +215,9 @@ def prove_it_can_fail(content):
     program = Program(content)
     imports = program.offset(program.directory(IMPORT)[0])
     icons = next(program.resources(ICON_GROUP))[1]
-    directories, optional = program.header + 96, program.header
+    directories, optional, edition = program.directories, program.header, program.edition
+    name, too_new, version = edition.too_new
+    by_ordinal = 1 << 8 * struct.calcsize(edition.pointer) - 1 | 1
 
     def patched(offset, form, *values):
         new = struct.pack(form, *values)
@@ -196,24 +230,25 @@ def prove_it_can_fail(content):
 
     for wanted, spoilt in [
         ("version.dll can be planted", replaced("SHLWAPI.dll", "VERSION.dll")),
-        ("first in Windows XP", replaced("ShellExecuteExW", "IsUserAnAdmin\0")),
+        (f"first in Windows {version}", replaced(name, too_new + "\0")),
         ("unknown", replaced("CreateFileW", "CreateFileQ")),
-        ("by ordinal", patched(program.offset(program.read("<I", imports)[0]), "<I", 1 << 31 | 1)),
+        ("by ordinal", patched(program.offset(program.read("<I", imports)[0]), edition.pointer, by_ordinal)),
         ("no imports", patched(imports, "<5I", 0, 0, 0, 0, 0)),
         ("delayed", patched(directories + 8 * DELAYED_IMPORT, "<II", 1, 1)),
-        ("another system", patched(optional + 40, "<HH", 5, 1)),
+        ("another system", patched(optional + 40, "<HH", 5, 3)),
         ("another system", patched(optional + 48, "<HH", 6, 0)),
         ("no window program", patched(optional + 68, "<H", 3)),
-        ("DEP", patched(optional + 70, "<H", DYNAMIC_BASE)),
-        ("ASLR is not allowed", patched(optional + 70, "<H", NX_COMPAT)),
+        *((wrong, patched(optional + 70, "<H", program.flags & ~flag)) for flag, wrong in edition.flags.items()),
         ("no relocations", patched(directories + 8 * RELOCATION, "<II", 0, 0)),
         ("no relocations", patched(program.file_header + 18, "<H", program.characteristics | RELOCATIONS_STRIPPED)),
         ("manifest: mismatched tag", replaced("</assembly>", "</assemblx>")),
         ("assemblyIdentity is", replaced("6595b64144ccf1df", "6595b64144ccf1d0")),
+        ("assemblyIdentity is", replaced(f'="{edition.machine}"', f'="{edition.machine[:-1]}?"')),
         ("requestedExecutionLevel is", replaced("highestAvailable", "requireAdministr")),
         ("dpiAware is", replaced("true</dpiAware>", "nope</dpiAware>")),
         ("supportedOS is", replaced("<!-- No list of supported", "<supportedOS/><!-- ")),
         ("no Japanese version", replaced("041104B0", "040904B0", "utf-16-le")),
+        ("no Japanese version", replaced(edition.file, "Qorvenix.com", "utf-16-le")),
         ("icons of", patched(icons + 6, "<B", 17)),
         ("bytes, more than", content + bytes(1)),
     ]:
@@ -222,13 +257,16 @@ def prove_it_can_fail(content):
 
 
 arguments = argparse.ArgumentParser()
-arguments.add_argument("--max-bytes", type=int, default=300 * 1024)
-arguments.add_argument("program", type=pathlib.Path)
+arguments.add_argument("--max-bytes", type=int, help="instead of the edition's own bound")
+arguments.add_argument("program", type=pathlib.Path, nargs="+")
 options = arguments.parse_args()
 
 KNOWN_NAMES = read_list(pathlib.Path(__file__).with_name("imports-win2000.txt"))
-executable = options.program.read_bytes()
-if not (found := list(problems(executable, options.max_bytes))):
-    prove_it_can_fail(executable)
-print("\n".join(found) if found else f"{len(executable)} bytes, as it should be")
-sys.exit(bool(found))
+bad = 0
+for path in options.program:
+    executable = path.read_bytes()
+    if not (found := list(problems(executable, options.max_bytes))):
+        prove_it_can_fail(executable)
+    bad += bool(found)
+    print(f"{path.name}:", "\n".join(found) if found else f"{len(executable)} bytes, as it should be")
+sys.exit(bad)

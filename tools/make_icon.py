@@ -4,7 +4,7 @@
     tools/make_icon.py [OUTPUT.ico] [--png FOLDER]
 
 Every size is drawn for itself from the same shapes, with thicker strokes and edges on whole pixels
-where there are few of them. 128 and 256 pixels are PNG inside the file (only systems that read
+where there are few of them. 64 pixels and more are PNG inside the file (only systems that read
 PNG ask for them), the smaller ones bitmaps as every Windows reads them.
 """
 import argparse
@@ -115,7 +115,7 @@ def main():
     directory, images = b"", b""
     for size in SIZES:
         rows = render(size)
-        image = png(rows) if size >= 128 else bitmap(rows)
+        image = png(rows) if size >= 64 else bitmap(rows)
         offset = 6 + 16 * len(SIZES) + len(images)
         directory += struct.pack("<BBBBHHII", size % 256, size % 256, 0, 0, 1, 32, len(image), offset)
         images += image

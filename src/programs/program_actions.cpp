@@ -1,7 +1,6 @@
 #include "programs/program_actions.h"
 
 #include "programs/uninstall_command.h"
-#include "programs/uninstall_key.h"
 #include "programs/uninstall_scan.h"
 #include "win/folders.h"
 #include "win/system_text.h"
@@ -37,11 +36,13 @@ bool IsNoFolder(std::wstring_view value) {
 
 std::optional<ProgramRow> ProgramAt(const ui::ListView& list, int row) {
     if (row < 0) return {};
+    const ProgramTag tag = ProgramTag::of(list.item_data(row));
     return ProgramRow{
         .name = list.cell(row, ProgramColumn::Name),
         .install_folder = list.cell(row, ProgramColumn::InstallFolder),
-        .empty_install_folder = list.item_data(row) == kEmptyInstallFolder,
+        .empty_install_folder = tag.empty_install_folder,
         .uninstall_command = list.cell(row, ProgramColumn::UninstallCommand),
+        .place = tag.place,
         .key_name = list.cell(row, ProgramColumn::RegistryKey),
     };
 }
@@ -62,7 +63,10 @@ bool ForcedUninstall(const ProgramRow& row, std::wstring_view user_sid, const wi
     // An empty name would delete the Uninstall key itself.
     if (row.key_name.empty()) return false;
     if (host.confirm(ForcedUninstallQuestion(row.name)) != ui::Answer::Ok) return false;
-    const win::RegKey key = OpenUninstallKey({}, user_sid);
+    // A user's own entry stays, and so does one of the machine's that has the same name.
+    const bool of_user = row.place == UninstallPlace::User;
+    if (of_user && OpenUninstallKey(UninstallPlace::Machine, {}, {})) return true;
+    const win::RegKey key = OpenUninstallKey(row.place, {}, user_sid);
     if (!key) return false;
     const bool kept = backup.keep_key(key.get(), row.key_name, row.name);
     RegDeleteKeyW(key.get(), row.key_name.c_str());

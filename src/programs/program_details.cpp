@@ -1,6 +1,5 @@
 #include "programs/program_details.h"
 
-#include "programs/uninstall_key.h"
 #include "win/system_text.h"
 
 namespace programs {
@@ -20,8 +19,8 @@ std::wstring ReadText(HKEY key, const char* name) {
 
 }  // namespace
 
-ProgramDetails ReadProgramDetails(std::wstring_view key_name, std::wstring_view user_sid) {
-    const win::RegKey key = OpenUninstallKey(key_name, user_sid);
+ProgramDetails ReadProgramDetails(UninstallPlace place, std::wstring_view key_name, std::wstring_view user_sid) {
+    const win::RegKey key = OpenUninstallKey(place, key_name, user_sid);
     if (!key) return {};
     return {ReadText(key.get(), "HelpLink"), ReadText(key.get(), "URLInfoAbout"), ReadText(key.get(), "HelpTelephone")};
 }

@@ -21,7 +21,7 @@ void ProgramPage::show(int row) {
     const auto program = ProgramAt(list(), row);
     if (!program) return Page::show(row);
     host().set_status(program->name);
-    const ProgramDetails details = ReadProgramDetails(program->key_name, scan_.user_sid);
+    const ProgramDetails details = ReadProgramDetails(program->place, program->key_name, scan_.user_sid);
     const std::wstring values[] = {details.help_link, details.url_info_about, details.help_telephone};
     host().show_details(values);
 }

@@ -1,7 +1,6 @@
 #include "programs/uninstall_scan.h"
 
 #include "programs/modReg.h"
-#include "programs/uninstall_key.h"
 #include "win/file_icon.h"
 #include "win/size_text.h"
 #include "win/system_text.h"
@@ -41,10 +40,10 @@ private:
     std::map<std::wstring, int> known_;  // by path
 };
 
-void AddRow(const ProgramLists& lists, const UninstallEntry& entry, int image) {
+void AddRow(const ProgramLists& lists, UninstallPlace place, const UninstallEntry& entry, int image) {
     const ui::ListView& list = entry.is_update ? lists.updates : lists.programs;
-    const bool empty_folder = entry.install_location && entry.install_location->empty();
-    const int row = list.add_row(entry.display_name, empty_folder ? kEmptyInstallFolder : 0, image);
+    const ProgramTag tag = {place, entry.install_location && entry.install_location->empty()};
+    const int row = list.add_row(entry.display_name, tag.number(), image);
     const auto fill = [&](ProgramColumn::Index column, const std::wstring& text) {
         if (!text.empty()) list.set_cell(row, column, text);
     };
@@ -73,18 +72,16 @@ void ScanUninstallKeys(const ProgramLists& lists, const ScanOptions& options, st
     ImageList_RemoveAll(lists.icons);
 
     Icons icons(lists);
-    const auto scan = [&](HKEY root, const std::wstring& path) {
-        const std::vector<std::wstring> names = EnumerateSubkeyNames(root, path);
+    for (const UninstallPlace place : UninstallPlaces()) {
+        const UninstallKey key = FindUninstallKey(place, user_sid);
+        const std::vector<std::wstring> names = EnumerateSubkeyNames(key.root, key.path);
         host.pump();
         for (const std::wstring& name : names) {
-            const auto entry = ReadUninstallEntry(root, path, name, options);
+            const auto entry = ReadUninstallEntry(key.root, key.path + L"\\", name, options);
             if (!entry) continue;
-            AddRow(lists, *entry, options.show_icons ? icons.image(*entry) : ui::ListView::kNoImage);
+            AddRow(lists, place, *entry, options.show_icons ? icons.image(*entry) : ui::ListView::kNoImage);
         }
-    };
-    const std::wstring path = std::wstring(kUninstallKey) + L"\\";
-    scan(HKEY_LOCAL_MACHINE, path);
-    scan(HKEY_USERS, std::wstring(user_sid) + L"\\" + path);
+    }
 }
 
 }  // namespace programs

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "programs/uninstall_entry.h"
+#include "programs/uninstall_key.h"
 #include "ui/host.h"
 #include "ui/list_view.h"
 
@@ -30,8 +31,14 @@ inline constexpr ui::Column kProgramColumns[] = {
     {L"レジストリキー", 180},       {L"計算用", 0},
 };
 
-// The tag of a row whose InstallLocation exists but is empty; all other rows have 0.
-inline constexpr LPARAM kEmptyInstallFolder = 1;
+// What a row's tag remembers: where the program is registered, and that its InstallLocation exists but is empty.
+struct ProgramTag {
+    UninstallPlace place = UninstallPlace::Machine;
+    bool empty_install_folder = false;
+
+    static ProgramTag of(LPARAM tag) { return {static_cast<UninstallPlace>(tag / 2), tag % 2 != 0}; }
+    LPARAM number() const { return static_cast<LPARAM>(place) * 2 + (empty_install_folder ? 1 : 0); }
+};
 
 // What the scan fills. The image list is attached to both lists with the first icon of a scan.
 struct ProgramLists {
@@ -40,9 +47,9 @@ struct ProgramLists {
     HIMAGELIST icons;  // win::CreateSmallIconList
 };
 
-// Empties both lists and the image list and fills them from the keys of the whole machine, then of the user whose
-// security identifier is `user_sid`. Messages are processed twice, after each enumeration of the subkeys. `options`
-// may change meanwhile.
+// Empties both lists and the image list and fills them from the keys of UninstallPlaces(): those of the whole machine,
+// then those of the user whose security identifier is `user_sid`. Messages are processed after each enumeration of the
+// subkeys. `options` may change meanwhile.
 void ScanUninstallKeys(const ProgramLists& lists, const ScanOptions& options, std::wstring_view user_sid,
                        ui::Host& host);
 

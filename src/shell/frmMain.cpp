@@ -176,7 +176,7 @@ std::optional<LRESULT> frmMain::end_message(UINT message, WPARAM wparam) {
             Form_QueryUnload();
             return 0;
         case WM_QUERYENDSESSION:
-            return !refuses_close();
+            return !(activity_.close_blocked() && refuses_close());
         case WM_ENDSESSION:
             if (wparam) save_everything();
             return 0;

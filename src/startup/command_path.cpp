@@ -1,15 +1,15 @@
 #include "startup/command_path.h"
 
 #include "startup/path.h"
+#include "win/folders.h"
 #include "win/system_text.h"
 #include "win/text.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace startup {
 namespace {
-
-constexpr std::wstring_view kProgramFilesVariable = L"%programfiles%";
 
 // A longer Windows folder has never been searched; the limit stays.
 constexpr UINT kWindowsFolderLength = 32;
@@ -18,6 +18,35 @@ std::wstring ProgramFilesFolder() {
     char folder[MAX_PATH] = {};
     SHGetSpecialFolderPathA(nullptr, folder, CSIDL_PROGRAM_FILES, FALSE);
     return win::FromAnsi(folder);
+}
+
+// That of 64-bit programs; empty on 32-bit Windows.
+std::wstring NativeProgramFilesFolder() {
+    wchar_t folder[MAX_PATH] = {};
+    return GetEnvironmentVariableW(L"ProgramW6432", folder, MAX_PATH) < MAX_PATH ? folder : std::wstring();
+}
+
+// What a path may mean that begins with the variable of a folder of programs. A 32-bit or a 64-bit program may have
+// written %ProgramFiles%; this edition's own folder comes first. Any other path means itself.
+std::vector<std::wstring> Expanded(const std::wstring& path) {
+    if (!path.starts_with(L"%")) return {path};
+    const std::wstring native = NativeProgramFilesFolder();
+    const struct {
+        std::wstring_view name;  // in lower case
+        std::vector<std::wstring> folders;
+    } variables[] = {
+        {L"%programfiles%", {ProgramFilesFolder(), native, win::GetSpecialFolderPath(CSIDL_PROGRAM_FILESX86)}},
+        {L"%programw6432%", {native}},
+    };
+    std::vector<std::wstring> paths;
+    for (const auto& variable : variables) {
+        if (!win::LowerCase(path).starts_with(variable.name)) continue;
+        for (const std::wstring& folder : variable.folders) {
+            if (!folder.empty())
+                paths.push_back(JoinPath(folder, std::wstring_view(path).substr(variable.name.size())));
+        }
+    }
+    return paths.empty() ? std::vector{path} : paths;
 }
 
 // Empty when it does not fit.
@@ -111,14 +140,13 @@ std::wstring ResolveCommandPath(std::wstring_view command_line, FileProbe& probe
     if (path.starts_with(L"\"")) path = QuotedPart(command_line);
     if (probe.exists(path)) return path;
 
-    const std::wstring_view start = std::wstring_view(path).substr(0, kProgramFilesVariable.size());
-    if (win::LowerCase(start) == kProgramFilesVariable) {
-        path = JoinPath(ProgramFilesFolder(), std::wstring_view(path).substr(start.size()));
-        if (probe.exists(path)) return path;
+    const std::vector<std::wstring> meant = Expanded(path);
+    for (const std::wstring& each : meant) {
+        if (each != path && probe.exists(each)) return each;
+        std::wstring without_arguments = CutBefore(CutBefore(each, L" /"), L" -");
+        if (probe.exists(without_arguments)) return without_arguments;
     }
-
-    path = CutBefore(CutBefore(path, L" /"), L" -");
-    if (probe.exists(path)) return path;
+    path = CutBefore(CutBefore(meant.front(), L" /"), L" -");
     const std::wstring windows_folder = ShortWindowsFolder();
     const std::wstring in_windows = JoinPath(windows_folder, path);
     return !windows_folder.empty() && probe.exists(in_windows) ? in_windows : path;

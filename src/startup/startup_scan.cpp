@@ -4,6 +4,7 @@
 #include "startup/command_path.h"
 #include "startup/path.h"
 #include "startup/shell_files.h"
+#include "win/edition.h"
 #include "win/folders.h"
 #include "win/handle.h"
 #include "win/system_text.h"
@@ -15,6 +16,18 @@ namespace {
 // A value with a longer name or more data ends the listing of its key.
 constexpr DWORD kValueNameLength = 1024;
 constexpr DWORD kValueBytes = 1024;
+
+// In the order of the list, by scope.
+struct RunKey {
+    std::size_t scope;
+    const wchar_t* path;
+    bool listed = true;
+};
+
+constexpr RunKey kRunKeys[] = {
+    {0, kRunKey}, {0, kRunOnceKey}, {0, kRunKey32, win::kIs64Bit}, {0, kRunOnceKey32, win::kIs64Bit},
+    {1, kRunKey}, {1, kRunOnceKey},
+};
 
 constexpr DWORD kNotListed = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN;
 
@@ -143,11 +156,10 @@ void ScanStartup(const ui::ListView& list, ui::Host& host) {
         fill.scan_startup_folder(win::GetSpecialFolderPath(folder));
         host.pump();
     }
-    for (const programs::Scope& scope : programs::Scopes()) {
-        for (const wchar_t* key_path : {kRunKey, kRunOnceKey}) {
-            fill.scan_run_key(scope, key_path);
-            host.pump();
-        }
+    for (const RunKey& key : kRunKeys) {
+        if (!key.listed) continue;
+        fill.scan_run_key(programs::Scopes()[key.scope], key.path);
+        host.pump();
     }
 }
 

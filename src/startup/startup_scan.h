@@ -24,9 +24,12 @@ inline constexpr ui::Column kStartupColumns[] = {{L"名前", 150}, {L"値", 350}
 // Stands directly behind the target of a shortcut that leads nowhere.
 inline constexpr std::wstring_view kBrokenLink = L"<リンク切れ>";
 
-// The keys whose values are started at log-on, in each programs::Scope.
+// The keys whose values are started at log-on, in each programs::Scope; the last two are the machine's 32-bit ones as a
+// 64-bit program finds them.
 inline constexpr wchar_t kRunKey[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
 inline constexpr wchar_t kRunOnceKey[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
+inline constexpr wchar_t kRunKey32[] = L"SOFTWARE\\Wow6432Node\\Microsoft\\Windows\\CurrentVersion\\Run";
+inline constexpr wchar_t kRunOnceKey32[] = L"SOFTWARE\\Wow6432Node\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
 
 // The row's tag where the value's real name goes on behind a NUL. Windows' functions take the shown part for the name
 // of another value, or of none.
@@ -44,9 +47,9 @@ struct TrimmedName {
     std::wstring whole() const;
 };
 
-// Empties the list and fills it: the user's startup folder, that of all users, Run and RunOnce of the machine, Run and
-// RunOnce of the user. Messages are processed between these six. Row images are indexes into the system's small image
-// list, which the list must already have.
+// Empties the list and fills it: the user's startup folder, that of all users, Run and RunOnce of the machine (in the
+// 64-bit edition the 32-bit ones behind them), Run and RunOnce of the user. Messages are processed between all of
+// these. Row images are indexes into the system's small image list, which the list must already have.
 void ScanStartup(const ui::ListView& list, ui::Host& host);
 
 }  // namespace startup

@@ -24,7 +24,8 @@ struct ControlPanelFolders {
     std::wstring windows;
 };
 
-// The machine's own ones; "Program Files" is the 32-bit programs' one (CSIDL_PROGRAM_FILES).
+// The machine's own ones as this edition sees them; "Program Files" is that of its own kind of programs
+// (CSIDL_PROGRAM_FILES).
 ControlPanelFolders QueryControlPanelFolders();
 
 // Fills ListView2 anew; `images`, its small image list, is emptied first and belongs to the caller. `os_number` is the

@@ -3,6 +3,7 @@
 #include "programs/modReg.h"
 #include "sysinfo/os_name.h"
 #include "sysinfo/system_report.h"
+#include "win/edition.h"
 #include "win/handle.h"
 #include "win/recycle_bin.h"
 #include "win/size_text.h"
@@ -132,7 +133,7 @@ std::wstring GetOSName() {
         version.suite = extended.wSuiteMask;
         version.product = QueryProduct(extended);
     }
-    version.wow64 = IsWow64();
+    version.is_64_bit = win::kIs64Bit || IsWow64();
     return OSName(version);
 }
 

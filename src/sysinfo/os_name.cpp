@@ -71,7 +71,7 @@ std::wstring NameOfVersion5(const SystemVersion& version) {
 // The blank behind the family stays also where there is no edition.
 std::wstring NameOfVersion6(const SystemVersion& version) {
     const wchar_t* const family = version.minor == 0 ? L"Windows Vista " : L"Windows 7 ";
-    return family + ProductEdition(version.product) + (version.wow64 ? L" 64bit" : L" 32bit");
+    return family + ProductEdition(version.product) + (version.is_64_bit ? L" 64bit" : L" 32bit");
 }
 
 std::wstring WithNumbers(const std::wstring& name, const SystemVersion& version) {

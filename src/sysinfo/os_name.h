@@ -16,7 +16,7 @@ struct SystemVersion {
     std::optional<unsigned> suite;
     // The number of GetProductInfo; nothing where the function is missing or fails.
     std::optional<unsigned> product;
-    bool wow64 = false;  // a 32-bit program on 64-bit Windows
+    bool is_64_bit = false;  // Windows, whatever this program is
 };
 
 // "Windows XP Professional Edition 5.1 Build:2600 Service Pack 3". Empty from Windows 8 on and where the extended

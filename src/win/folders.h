@@ -6,8 +6,8 @@
 
 namespace win {
 
-// "C:\Windows\system32", without a backslash at the end; GetSystemDirectoryW. For a 32-bit program on 64-bit
-// Windows the file system shows the 32-bit folder under this name.
+// "C:\Windows\system32", without a backslash at the end; GetSystemDirectoryW. To the 32-bit edition on 64-bit Windows
+// the file system shows the 32-bit folder under this name.
 const std::wstring& SystemDirectory();
 
 // "C:\Windows", without a backslash at the end; GetSystemWindowsDirectoryW.

@@ -14,7 +14,7 @@ constexpr ULONG kMask = 0x444C;
 // Without SEE_MASK_INVOKEIDLIST, which Wine takes for the promise of an item list and refuses.
 constexpr ULONG kMaskWithoutItemList = 0x4440;
 
-static_assert(sizeof(SHELLEXECUTEINFOW) == 60);
+static_assert(sizeof(SHELLEXECUTEINFOW) == (sizeof(void*) == 8 ? 112 : 60));
 
 std::wstring_view FolderOf(std::wstring_view file) {
     const std::size_t slash = file.rfind(L'\\');

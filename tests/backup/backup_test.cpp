@@ -135,7 +135,8 @@ struct Entry : TestKey {
     Entry() : TestKey(HKEY_LOCAL_MACHINE, kProgram) { set_text(L"", L"DisplayName", L"見本"); }
     // The program's own command.
     bool uninstall(Place& place, const std::wstring& name = L"見本") const {
-        const programs::ProgramRow row = {name, {}, false, {}, kProgram.substr(kProgram.rfind(L'\\') + 1)};
+        const programs::ProgramRow row = {
+            name, {}, false, {}, programs::UninstallPlace::Machine, kProgram.substr(kProgram.rfind(L'\\') + 1)};
         return programs::ForcedUninstall(row, {}, place.backup, place.host);
     }
     bool exists() const { return KeyExists(HKEY_LOCAL_MACHINE, path()); }

@@ -20,6 +20,8 @@ import time
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 VERSION, HOME_PAGE = re.search(r"project\(Qorvenix VERSION (\S+) HOMEPAGE_URL (\S+)",
                                (ROOT / "CMakeLists.txt").read_text()).groups()
+WINE64 = ROOT / "tools/wine64/wine"  # sees the whole registry, whichever edition is driven
+IS_64_BIT = os.environ["QORVENIX"].endswith("64.exe")
 SETTINGS_KEY = r"HKCU\Software\Wine\AppDefaults\Qorvenix.exe"
 
 
@@ -144,8 +146,8 @@ class Session:
                               stderr=subprocess.DEVNULL)
         return done.stdout.decode("utf-8", "replace")
 
-    def registry(self, key, value, data, kind="REG_SZ"):
-        self.run("wine", "reg", "add", key, "/v", value, "/t", kind, "/d", str(data), "/f")
+    def registry(self, key, value, data, kind="REG_SZ", wine="wine"):
+        self.run(wine, "reg", "add", key, "/v", value, "/t", kind, "/d", str(data), "/f")
 
     def import_registry(self, text):
         """Merges a registry file, given without its first line, by one start of the registry editor."""

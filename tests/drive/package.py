@@ -21,7 +21,7 @@ package.write_bytes(made[0])
 with Session() as session:
     shutil.rmtree(session.folder)
     with zipfile.ZipFile(package) as archive:
-        assert sorted(archive.namelist()) == ["LICENSE.txt", "Qorvenix.exe", "ReadMe.txt"]
+        assert sorted(archive.namelist()) == ["LICENSE.txt", "Qorvenix.exe", "Qorvenix64.exe", "ReadMe.txt"]
         archive.extractall(session.folder)
     text = (session.folder / "ReadMe.txt").read_bytes()
     assert b"\n" not in text.replace(b"\r\n", b"")

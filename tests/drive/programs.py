@@ -1,30 +1,33 @@
 #!/usr/bin/env python3
 """Programs and start-up items by keyboard alone: real uninstallers run, are waited for and are gone from the list; the
-window meanwhile; forced uninstall; deletion of a start-up item; copies of what is deleted."""
+window meanwhile; forced uninstall; deletion of a start-up item; copies of what is deleted. Programs stand in both halves
+of the registry, of which the 32-bit edition knows only its own."""
 import os
 import time
 
-from driver import Session, until
+from driver import IS_64_BIT, WINE64, Session, until
 
-UNINSTALL = r"Software\Microsoft\Windows\CurrentVersion\Uninstall"
-RUN = r"Software\Microsoft\Windows\CurrentVersion\Run"
+CURRENT = r"Microsoft\Windows\CurrentVersion"
+# As 64-bit programs see them; the sample installers are 32-bit ones.
+OF_64, OF_32, USER = rf"HKLM\SOFTWARE\{CURRENT}", rf"HKLM\SOFTWARE\Wow6432Node\{CURRENT}", rf"HKCU\SOFTWARE\{CURRENT}"
+OWN, OTHER = (OF_64, OF_32) if IS_64_BIT else (OF_32, OF_64)
 MSI = "{5D6C0E1A-7B1B-4F0B-9E57-2B6F3C1D0A11}"
 TOOLS = os.environ["TOOLS"]
 WAITING = TOOLS + r"\recorder_gui.exe --wait 60000"  # notes each start of itself in C:\record.txt
 PROGRAMS, UPDATES, STARTUP = "ListView1_0", "ListView1_1", "lvStartUp"
 
-# Root, key and shown name of entries that bring nothing to uninstall.
-ENTRIES = [("HKLM", "Slow", "時間のかかる削除"), ("HKLM", "Machine", "全ユーザーの見本"),
-           ("HKCU", "PerUser", "個別ユーザーの見本"),
-           ("HKLM", "KB123456", "見本の更新 (KB123456)")]
+# Place, key and shown name of entries that bring nothing to uninstall.
+ENTRIES = [(OWN, "Slow", "時間のかかる削除"), (OWN, "Machine", "全ユーザーの見本"), (OTHER, "Machine", "もう一方の見本"),
+           (USER, "PerUser", "個別ユーザーの見本"), (OWN, "KB123456", "見本の更新 (KB123456)")]
 FURTHER_VALUES = [  # key, value name, data
-    (rf"HKLM\{UNINSTALL}\Slow", "UninstallString", WAITING),
-    (rf"HKLM\{UNINSTALL}\KB123456", "Publisher", "Microsoft Corporation"),
-    (rf"HKLM\{UNINSTALL}\KB123456", "HelpLink", "http://support.example.jp"),
-    (rf"HKCU\{RUN}", "起動時の見本", r"C:\windows\notepad.exe"),
-    (rf"HKCU\{RUN}", "残る見本", r"C:\windows\notepad.exe"),
+    (rf"{OWN}\Uninstall\Slow", "UninstallString", WAITING),
+    (rf"{OWN}\Uninstall\KB123456", "Publisher", "Microsoft Corporation"),
+    (rf"{OWN}\Uninstall\KB123456", "HelpLink", "http://support.example.jp"),
+    (rf"{OWN}\Run", "起動時の見本", r"C:\windows\notepad.exe"),
+    (rf"{OTHER}\Run", "起動時の見本", "nothing.exe"),
+    (rf"{USER}\Run", "残る見本", r"C:\windows\notepad.exe"),
     # The command that Windows stores asks what to do with the program.
-    (rf"HKLM\{UNINSTALL}\{MSI}", "UninstallString", f"MsiExec.exe /X{MSI} /qn")]
+    (rf"{OF_32}\Uninstall\{MSI}", "UninstallString", f"MsiExec.exe /X{MSI} /qn")]
 
 
 def question(session, text, key):
@@ -44,6 +47,8 @@ def names(window, name=PROGRAMS):
 def installed_rows(window):
     """What the two sample installers have registered, as the list tells it."""
     rows = {row[6]: row for row in window.list(PROGRAMS).rows}
+    assert [row[0] for row in window.list(PROGRAMS).rows if row[6] in ("Machine", "PerUser")] == (
+        ["全ユーザーの見本"] + ["もう一方の見本"] * IS_64_BIT + ["個別ユーザーの見本"])
     folder = rows["SampleNotes"][4]
     assert rows["SampleNotes"] == ["小さなメモ帳", "見本工房", "1.50MB", "20100401", folder,
                                    rf'"{folder}\uninstall.exe" /S _?={folder}', "SampleNotes", "00001.50"]
@@ -110,7 +115,11 @@ def while_one_runs(window):
     until(lambda: buttons(window) == [True, True], 5, "usable buttons")
 
 
-def forced(window, row, path, key, stays):
+def stored(window, path):
+    return window.session.run(WINE64, "reg", "query", path, check=False)
+
+
+def forced(window, row, place, name, key, stays):
     text = (f"「{row}」を強制アンインストールしますか？\r\n※注意：本機能はレジストリの削除のみを行い、\r\n"
             "　　　　一覧からプログラム名を削除する機能です")
     window.select(PROGRAMS, row)
@@ -120,22 +129,38 @@ def forced(window, row, path, key, stays):
     question(window.session, text, key)
     window.settle()
     assert (row in names(window)) == stays, (row, key)
-    assert ("UninstallString" in window.session.run("wine", "reg", "query", path, check=False)) == stays, (row, key)
+    assert ("UninstallString" in stored(window, rf"{place}\Uninstall\{name}")) == stays, (row, key)
     assert window.status() == (row if key == "Escape" else f"{len(names(window))} 個の項目")
 
 
-def delete_startup_item(window, row, keys, status):
+def delete_startup_item(window, index, keys, status):
     window.keys("ctrl+Tab", "ctrl+Tab")
-    text = f"「{row}」を削除します。\r\nよろしいですか？"
-    others = [each for each in names(window, STARTUP) if each != row]
+    before = startup_rows(window)
+    text = f"「{before[index][0]}」を削除します。\r\nよろしいですか？"
     for key in keys:
-        window.select(STARTUP, row)
+        window.keys("Home", *["Down"] * index)
         window.keys("Delete")
         question(window.session, text, key)
         window.settle()
-        assert (row in names(window, STARTUP)) == (key == "Escape")
-    assert names(window, STARTUP) == others
-    assert window.status() == (status or f"{len(others)} 個の項目")
+        if key == "Return":
+            del before[index]
+        assert startup_rows(window) == before
+    assert window.status() == (status or f"{len(before)} 個の項目")
+
+
+def startup_rows(window):
+    return [row[:3] for row in window.list(STARTUP).rows]
+
+
+def check_startup_rows(window):
+    """What the machine starts comes first, then the other half's, then the user's."""
+    window.keys("ctrl+Tab", "ctrl+Tab")
+    machine, other = (rf"(全ユーザー)SOFTWARE\{node}{CURRENT}\Run" for node in ("", "Wow6432Node\\"))
+    rows = startup_rows(window)
+    assert rows == [["起動時の見本", r"C:\windows\notepad.exe", machine],
+                    *[["起動時の見本", "nothing.exe", other]] * IS_64_BIT,
+                    ["残る見本", r"C:\windows\notepad.exe", machine.replace("全", "個別", 1)]], rows
+    window.keys("ctrl+shift+Tab", "ctrl+shift+Tab")
 
 
 def copies(session):
@@ -166,11 +191,11 @@ def pictures(window):
 with Session() as session:
     session.run("wine", TOOLS + r"\sample_nsis.exe", "/S")
     session.run("wine", "msiexec", "/i", TOOLS + r"\sample.msi", "/qn")
-    for root, key, name in ENTRIES:
-        session.registry(rf"{root}\{UNINSTALL}\{key}", "DisplayName", name)
-        session.registry(rf"{root}\{UNINSTALL}\{key}", "UninstallString", "nothing.exe")
+    for place, key, name in ENTRIES:
+        session.registry(rf"{place}\Uninstall\{key}", "DisplayName", name, wine=WINE64)
+        session.registry(rf"{place}\Uninstall\{key}", "UninstallString", "nothing.exe", wine=WINE64)
     for each in FURTHER_VALUES:
-        session.registry(*each)
+        session.registry(*each, wine=WINE64)
     with session.start() as window:
         pictures(window)
         window.keys(*["ctrl+Tab"] * 4)
@@ -180,15 +205,21 @@ with Session() as session:
         print("uninstalled programs are gone from the list")
         while_one_runs(window)
         print("the window stays usable while an uninstaller runs")
-        forced(window, "全ユーザーの見本", rf"HKLM\{UNINSTALL}\Machine", "Escape", stays=True)
-        forced(window, "全ユーザーの見本", rf"HKLM\{UNINSTALL}\Machine", "Return", stays=False)
-        forced(window, "個別ユーザーの見本", rf"HKCU\{UNINSTALL}\PerUser", "Return", stays=True)
+        if IS_64_BIT:
+            forced(window, "もう一方の見本", OTHER, "Machine", "Return", stays=False)
+        forced(window, "全ユーザーの見本", OWN, "Machine", "Escape", stays=True)
+        forced(window, "全ユーザーの見本", OWN, "Machine", "Return", stays=False)
+        assert ("UninstallString" in stored(window, rf"{OTHER}\Uninstall\Machine")) != IS_64_BIT
+        forced(window, "個別ユーザーの見本", USER, "PerUser", "Return", stays=True)
         print("forced uninstall removes machine-wide entries, after its question")
-        assert copies(session) == ["全ユーザーの見本.reg"]
+        assert sorted(copies(session)) == sorted(["全ユーザーの見本.reg", *["もう一方の見本.reg"] * IS_64_BIT])
         forbid_copies(session)
-        delete_startup_item(window, "起動時の見本", ("Escape", "Return"), "バックアップを保存できませんでした。")
+        check_startup_rows(window)
+        # The last of that name: where both halves have it, the other one's.
+        delete_startup_item(window, IS_64_BIT * 1, ("Escape", "Return"), "バックアップを保存できませんでした。")
+        assert ("nothing.exe" in stored(window, rf"{OTHER}\Run")) != IS_64_BIT
         print("the Delete key deletes a start-up item, after its question")
     session.settings(Backup=0)
     with session.start() as window:
-        delete_startup_item(window, "残る見本", ("Return",), None)
+        delete_startup_item(window, IS_64_BIT * 1, ("Return",), None)
     print("copies are kept, missed aloud, and not kept on demand")

@@ -13,6 +13,7 @@
 //   wait                    until the window answers
 //   close                   as the title bar does
 //   end HANDLE              the same for another window
+//   start PROGRAM           starts it, waits until its window has counted its programs, closes it and waits for its end
 //   serve                   reads commands from standard input; each answer ends with a line "ok" or "failed"
 #include "win/handle.h"
 
@@ -312,6 +313,27 @@ bool End(const Words& words) { return words.size() > 1 && PostMessageW(WindowOf(
 
 bool Close(const Words&) { return PostMessageW(MainWindow(), WM_CLOSE, 0, 0) != 0; }
 
+bool Start(const Words& words) {
+    if (words.size() < 2) return false;
+    SHELLEXECUTEINFOW record = {};
+    record.cbSize = sizeof record;
+    record.fMask = SEE_MASK_NOCLOSEPROCESS;
+    record.lpFile = words[1].c_str();
+    record.nShow = SW_SHOWNORMAL;
+    if (!ShellExecuteExW(&record)) return false;
+    const win::Handle process(record.hProcess);
+    const auto counted = [] {
+        const HWND bar = FindWindowExW(MainWindow(), nullptr, STATUSCLASSNAMEW, nullptr);
+        return bar && TextOf(bar).ends_with(L"個の項目");
+    };
+    for (int tenths = 0; tenths < 600 && !counted(); ++tenths)
+        Sleep(100);
+    if (!counted() || !Wait({}) || !Close({})) return false;
+    DWORD code = 1;
+    return WaitForSingleObject(process.get(), 20000) == WAIT_OBJECT_0 && GetExitCodeProcess(process.get(), &code) &&
+           code == 0;
+}
+
 // ---- the commands by name ---------------------------------------------------------------------------------------
 
 bool Run(const Words& words) {
@@ -321,7 +343,7 @@ bool Run(const Words& words) {
     } kCommands[] = {
         {L"windows", Windows}, {L"tree", Tree}, {L"list", List}, {L"tabs", Tabs},
         {L"status", Status},   {L"text", Text}, {L"type", Type}, {L"wait", Wait},
-        {L"close", Close},     {L"end", End},   {L"row", Row},
+        {L"close", Close},     {L"end", End},   {L"row", Row},   {L"start", Start},
     };
     for (const auto& command : kCommands) {
         if (!words.empty() && words[0] == command.name) return command.run(words);

@@ -114,7 +114,7 @@ void LookAtOne(const ui::ListView& list, hostile::Source& source) {
     const auto row = ProgramAt(list, list.selected());
     REQUIRE(row);
     REQUIRE(row->key_name == list.cell(index, ProgramColumn::RegistryKey));
-    const ProgramDetails details = ReadProgramDetails(row->key_name, SeededScan::kSid);
+    const ProgramDetails details = ReadProgramDetails(row->place, row->key_name, SeededScan::kSid);
     for (const std::wstring* text : {&details.help_link, &details.url_info_about, &details.help_telephone}) {
         REQUIRE(text->size() <= 256);
         hostile::CheckLink(*text);

@@ -36,7 +36,7 @@ std::vector<Stored> ValuesOf(HKEY key) {
     for (;;) {
         auto length = static_cast<DWORD>(name.size());
         auto bytes = static_cast<DWORD>(data.size());
-        if (RegEnumValueW(key, values.size(), name.data(), &length, nullptr, nullptr,
+        if (RegEnumValueW(key, static_cast<DWORD>(values.size()), name.data(), &length, nullptr, nullptr,
                           reinterpret_cast<BYTE*>(data.data()), &bytes) != ERROR_SUCCESS) {
             return values;
         }

@@ -116,14 +116,14 @@ TEST_CASE("hostile services and processes cost their own cells") {
     hostile::Run("services and processes", kRounds, [&](hostile::Source& source, std::uint64_t) {
         members = HostileRows(source, kService);
         services::FillServiceList(services.list, host);
-        CheckList(services, members, {L"Caption", L"", L"", L"Description", L"PathName", L"", L"", L"Name"});
+        CheckList(services, members, {L"Caption", {}, {}, L"Description", L"PathName", {}, {}, L"Name"});
         const services::ServiceDetail detail = services::ServiceDetailOf(services.list, 0);
         REQUIRE(!detail.advice.empty());
         REQUIRE(detail.comment.size() + 2 >= services.list.cell(0, services::ServiceColumn::Description).size());
         members = HostileRows(source, kProcess);
         shell::FillProcessList(processes.list, host);
         CheckList(processes, members,
-                  {L"Name", L"ProcessID", L"", L"Description", L"ExecutablePath", L"CreationClassName", L"", L""});
+                  {L"Name", L"ProcessID", {}, L"Description", L"ExecutablePath", L"CreationClassName", {}, {}});
     });
 }
 
@@ -137,10 +137,11 @@ TEST_CASE("hostile restore points cost their own row") {
         control->property(L"CreationTime", win::Variant(L"20240229233007.000000-000"));
         machine.points.emplace_back(control.get());
         REQUIRE(programs::ListRestorePoints(points.list));
-        REQUIRE(points.rows().back() == std::vector<std::wstring>{L"2024/03/01 08:30:30", L""});
+        REQUIRE(points.rows().back() == std::vector<std::wstring>{L"2024/03/01 08:30:30", {}});
         for (const std::wstring& time : points.column(0))
             REQUIRE(time.size() == 19);
         CheckCells(points);
-        REQUIRE(programs::RestorePointTime(source.text()).value_or(std::wstring(19, L'0')).size() == 19);
+        const std::optional<std::wstring> time = programs::RestorePointTime(source.text());
+        REQUIRE((!time || time->size() == 19));
     });
 }

@@ -1,6 +1,7 @@
 #include "programs/program_actions.h"
 
 #include "programs/current_user.h"
+#include "programs/program_details.h"
 #include "programs/program_menu.h"
 #include "programs/uninstall_scan.h"
 #include "support/recorder.h"
@@ -9,10 +10,13 @@
 #include "support/test_host.h"
 #include "support/test_key.h"
 #include "support/test_list.h"
+#include "win/edition.h"
 #include "win/folders.h"
 #include "win/text.h"
 
 #include <doctest/doctest.h>
+
+#include <memory>
 
 using namespace programs;
 
@@ -128,6 +132,46 @@ TEST_CASE("A forced uninstall asks, and removes the machine-wide key and nothing
     CHECK(force(L"個人"));
     CHECK_FALSE(ForcedUninstall({}, sid, {}, lists.host));
     CHECK(KeyExists(HKEY_LOCAL_MACHINE, kUninstall));
+}
+
+TEST_CASE("A row stands for its own key where the same name stands in several places") {
+    const std::wstring sid = CurrentUserSid();
+    std::vector<std::unique_ptr<Entry>> entries;
+    const wchar_t* const names[] = {L"64 ビット", L"32 ビット", L"個人"};
+    for (const UninstallPlace place : UninstallPlaces()) {
+        const UninstallKey key = FindUninstallKey(place, sid);
+        const wchar_t* const name = names[static_cast<int>(place)];
+        entries.push_back(std::make_unique<Entry>(key.root, key.path + L"\\Same", name));
+        entries.back()->set_text(L"", L"HelpLink", name);
+    }
+    const auto left = [&] {
+        std::wstring found;
+        for (const UninstallPlace place : UninstallPlaces()) {
+            const UninstallKey key = FindUninstallKey(place, sid);
+            if (KeyExists(key.root, key.path + L"\\Same")) found += names[static_cast<int>(place)][0];
+        }
+        return found;
+    };
+    Lists lists;
+    std::wstring listed;
+    for (const std::wstring& name : lists.programs.column(ProgramColumn::Name))
+        listed += name[0];
+    REQUIRE(listed == (win::kIs64Bit ? L"63個" : L"6個"));
+
+    // What the user's own key says is shown where the machine has none of that name.
+    const struct {
+        const wchar_t* name;
+        const wchar_t* details;
+        const wchar_t* left;
+    } rows[] = {
+        {L"個人", L"64 ビット", L"63個"}, {L"32 ビット", L"32 ビット", L"6個"}, {L"64 ビット", L"64 ビット", L"個"}};
+    for (const auto& each : rows) {
+        const auto row = lists.select(each.name);
+        if (!row) continue;
+        CHECK(ReadProgramDetails(row->place, row->key_name, sid).help_link == each.details);
+        CHECK(ForcedUninstall(*row, sid, {}, lists.host));
+        CHECK(left() == (win::kIs64Bit ? each.left : win::ReplaceAll(each.left, L"3", L"")));
+    }
 }
 
 TEST_CASE("The install folder opens in the Explorer, a file does not; an empty one ends the line at the quote") {

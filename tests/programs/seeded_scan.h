@@ -9,6 +9,7 @@
 #include "support/test_host.h"
 #include "support/test_key.h"
 #include "support/test_list.h"
+#include "win/edition.h"
 
 #include <vector>
 
@@ -16,11 +17,15 @@ class SeededScan {
 public:
     static constexpr wchar_t kSid[] = L"S-1-5-21-1-2-3-1000";
     static constexpr wchar_t kUninstall[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
+    static constexpr wchar_t kUninstall32[] = L"Software\\Wow6432Node\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
 
     void run() { programs::ScanUninstallKeys({programs.list, updates.list, icons.get()}, options, sid, host); }
 
     TestKey sandbox{HKEY_CURRENT_USER, L"Software\\QorvenixTest\\scan"};
     TestKey machine{HKEY_CURRENT_USER, sandbox.path() + L"\\machine\\" + kUninstall};
+    // For a 32-bit program Wine takes such a key, wherever it lies, for the one without the node.
+    TestKey machine32{HKEY_CURRENT_USER,
+                      sandbox.path() + (win::kIs64Bit ? L"\\machine\\" : L"\\out of sight\\") + kUninstall32};
     TestKey user{HKEY_CURRENT_USER, sandbox.path() + L"\\users\\" + kSid + L"\\" + kUninstall};
 
     TestList programs{programs::kProgramColumns};

@@ -15,6 +15,7 @@ public:
     // one is not gone before its process.
     explicit InstalledService(const std::wstring& arguments, const std::wstring& first_part = L"Qorvenix")
         : name(first_part + std::to_wstring(++installed_)) {
+        REQUIRE_THROW_AWAY();
         const std::wstring command = L"\"" + StandIn::built(L"test_service.exe") + L"\" " + arguments;
         manager_.reset(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS));
         service_.reset(CreateServiceW(manager_.get(), name.c_str(), (L"display " + name).c_str(), SERVICE_ALL_ACCESS,

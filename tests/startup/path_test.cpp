@@ -3,7 +3,9 @@
 
 #include "support/show.h"
 #include "support/test_folder.h"
+#include "support/throw_away.h"
 #include "win/folders.h"
+#include "win/handle.h"
 
 using namespace startup;
 
@@ -51,7 +53,7 @@ TEST_CASE("a command line is reduced to the program that it starts") {
     CHECK(ResolveCommandPath(L"\"\"") == ResolveCommandPath(L""));
 }
 
-TEST_CASE("only a leading %programfiles% is expanded, only the Windows folder is searched") {
+TEST_CASE("only a leading folder of programs is expanded, only the Windows folder is searched") {
     const std::wstring folder = win::GetSpecialFolderPath(CSIDL_PROGRAM_FILES);
     const std::wstring explorer = win::WindowsDirectory() + L"\\explorer.exe";
     const std::pair<const wchar_t*, std::wstring> cases[] = {
@@ -65,4 +67,18 @@ TEST_CASE("only a leading %programfiles% is expanded, only the Windows folder is
     };
     for (const auto& [line, path] : cases)
         CHECK(ResolveCommandPath(line) == path);
+
+    // On 64-bit Windows a program may have meant the folder of either kind.
+    REQUIRE_THROW_AWAY();
+    const std::wstring native = throw_away::Variable(L"ProgramW6432");
+    for (const std::wstring& other : {native, win::GetSpecialFolderPath(CSIDL_PROGRAM_FILESX86)}) {
+        const std::wstring app = other + L"\\of one kind.exe";
+        const win::File file(CreateFileW(app.c_str(), GENERIC_WRITE, FILE_SHARE_DELETE, nullptr, CREATE_ALWAYS,
+                                         FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+        CHECK(ResolveCommandPath(L"%ProgramFiles%\\of one kind.exe -min") == app);
+        CHECK(ResolveCommandPath(L"%ProgramW6432%\\of one kind.exe -min") == native + L"\\of one kind.exe");
+    }
+    SetEnvironmentVariableW(L"ProgramW6432", nullptr);
+    CHECK(ResolveCommandPath(L"%ProgramW6432%\\gone.exe") == L"%ProgramW6432%\\gone.exe");
+    SetEnvironmentVariableW(L"ProgramW6432", native.c_str());
 }

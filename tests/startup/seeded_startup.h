@@ -10,6 +10,7 @@
 #include "support/test_key.h"
 #include "support/test_list.h"
 #include "win/com_ptr.h"
+#include "win/edition.h"
 
 class SeededStartup {
 public:
@@ -32,6 +33,10 @@ public:
     TestKey machine_folders{HKEY_CURRENT_USER, sandbox.path() + L"\\machine\\" + kShellFolders};
     TestKey machine_run{HKEY_CURRENT_USER, sandbox.path() + L"\\machine\\" + startup::kRunKey};
     TestKey machine_once{HKEY_CURRENT_USER, sandbox.path() + L"\\machine\\" + startup::kRunOnceKey};
+    // For a 32-bit program Wine takes such a key, wherever it lies, for the one without the node.
+    static constexpr const wchar_t* kMachine32 = win::kIs64Bit ? L"\\machine\\" : L"\\out of sight\\";
+    TestKey machine_run32{HKEY_CURRENT_USER, sandbox.path() + kMachine32 + startup::kRunKey32};
+    TestKey machine_once32{HKEY_CURRENT_USER, sandbox.path() + kMachine32 + startup::kRunOnceKey32};
     TestKey user_run{HKEY_CURRENT_USER, sandbox.path() + L"\\user\\" + startup::kRunKey};
     TestKey user_once{HKEY_CURRENT_USER, sandbox.path() + L"\\user\\" + startup::kRunOnceKey};
     TestList list{startup::kStartupColumns};

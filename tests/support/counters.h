@@ -39,26 +39,28 @@ inline long Handles(DWORD process) {
         return -1;
     }
     const ULONG count = *reinterpret_cast<const ULONG*>(buffer.data());
-    const auto* entries = reinterpret_cast<const Entry*>(buffer.data() + sizeof count);
+    const auto* entries = reinterpret_cast<const Entry*>(buffer.data() + alignof(Entry));
     long own = 0;
     for (ULONG index = 0; index < count; ++index)
         own += entries[index].process == process;
     return own;
 }
 
-// A 32-bit number, or an address, in a process.
-inline DWORD At(HANDLE process, DWORD address) {
-    DWORD value = 0;
+// A number, or an address, in a process.
+template <class Number>
+Number At(HANDLE process, ULONG_PTR address) {
+    Number value = 0;
     ReadProcessMemory(process, reinterpret_cast<const void*>(address), &value, sizeof value, nullptr);
     return value;
 }
 
 // The address of a thread's block.
-inline DWORD ThreadBlock(HANDLE thread) {
+inline ULONG_PTR ThreadBlock(HANDLE thread) {
     struct Record {  // THREAD_BASIC_INFORMATION
         LONG status;
-        DWORD block;
-        DWORD other[5];
+        ULONG_PTR block;
+        ULONG_PTR other[3];
+        LONG priorities[2];
     };
     using Query = LONG(WINAPI*)(HANDLE, ULONG, void*, ULONG, ULONG*);
     const auto query = Native<Query>("NtQueryInformationThread");
@@ -66,8 +68,8 @@ inline DWORD ThreadBlock(HANDLE thread) {
     return query && query(thread, 0, &record, sizeof record, nullptr) == 0 ? record.block : 0;
 }
 
-// From the process's table of GDI objects: 0x94 of the process environment block, or, for a 32-bit process of a 64-bit
-// prefix, 0xF8 of the 64-bit block, which the 64-bit thread block leads to.
+// From the process's table of GDI objects: 0x94 of the process environment block or 0xF8 of the 64-bit one, which the
+// 64-bit thread block leads to. A 32-bit process of a 64-bit prefix has both.
 inline long GdiObjects(HANDLE process, HANDLE thread) {
     struct Entry {
         std::uint64_t object;
@@ -78,10 +80,10 @@ inline long GdiObjects(HANDLE process, HANDLE thread) {
         std::uint64_t user;
     };
     constexpr int kTableLength = 0x4000;
-    const DWORD block = ThreadBlock(thread);
-    const DWORD wide = At(process, block + 0xF70);
-    const DWORD table =
-        wide ? At(process, At(process, wide + 0x60) + 0xF8) : At(process, At(process, block + 0x30) + 0x94);
+    const ULONG_PTR block = ThreadBlock(thread);
+    const ULONG_PTR wide = sizeof(void*) == 8 ? block : At<DWORD>(process, block + 0xF70);
+    const auto table = wide ? At<ULONG_PTR>(process, At<ULONG_PTR>(process, wide + 0x60) + 0xF8)
+                            : At<DWORD>(process, At<DWORD>(process, block + 0x30) + 0x94);
     std::vector<Entry> entries(kTableLength);
     if (!ReadProcessMemory(process, reinterpret_cast<const void*>(table), entries.data(), kTableLength * sizeof(Entry),
                            nullptr)) {

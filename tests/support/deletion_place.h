@@ -169,7 +169,7 @@ public:
     Place() {
         REQUIRE_THROW_AWAY();
         static int cases = 0;
-        const std::wstring root = kRoot + win::ToText(++cases);
+        const std::wstring root = kRoot + win::ToText(GetTickCount()) + L"-" + win::ToText(++cases);
         temp = root + L"\\temp";
         outside = root + L"\\outside";
         REQUIRE(CreateDirectoryW(root.c_str(), nullptr));

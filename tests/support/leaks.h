@@ -2,11 +2,13 @@
 #pragma once
 
 #include "support/counters.h"
+#include "support/throw_away.h"
 
 #include <doctest/doctest.h>
 
 template <class Work>
 void CheckHoldsOnToNothing(int warm_up, int rounds, long spare_kilobytes, Work&& work) {
+    throw_away::RequireWine();
     for (int round = 0; round < warm_up; ++round)
         work();
     const Counters before = CountOwn();

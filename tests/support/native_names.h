@@ -50,7 +50,10 @@ public:
     Key(HKEY parent, std::wstring name) {
         using Create = LONG(WINAPI*)(HANDLE*, ACCESS_MASK, const OBJECT_ATTRIBUTES*, ULONG, void*, ULONG, ULONG*);
         UNICODE_STRING native_name = Name(name);
-        const OBJECT_ATTRIBUTES place = {sizeof place, parent, &native_name, 0, nullptr, nullptr};
+        OBJECT_ATTRIBUTES place = {};
+        place.Length = sizeof place;
+        place.RootDirectory = parent;
+        place.ObjectName = &native_name;
         const auto create = Find<Create>("NtCreateKey");
         if (create) create(&key_, KEY_ALL_ACCESS, &place, 0, nullptr, 0, nullptr);
     }

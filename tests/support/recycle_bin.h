@@ -8,6 +8,7 @@
 
 // Wine takes the recycle bin from the host, and has none without the folder around it.
 inline void MakeDataFolder() {
+    if (!throw_away::OnWine()) return;
     const std::wstring folder = L"\\\\?\\unix" + throw_away::Variable(L"XDG_DATA_HOME");
     for (std::size_t at = folder.find(L'/', 9); at != folder.npos; at = folder.find(L'/', at + 1)) {
         CreateDirectoryW(folder.substr(0, at).c_str(), nullptr);

@@ -1,6 +1,8 @@
 // A file in the place of one of Windows' own in the system folder, until the end of the scope.
 #pragma once
 
+#include "support/show.h"
+#include "support/throw_away.h"
 #include "win/folders.h"
 #include "win/handle.h"
 #include "win/text.h"
@@ -11,6 +13,7 @@ class StandIn {
 public:
     // `source` is the path of the file to put there; `name` "control.exe".
     StandIn(std::wstring name, const std::wstring& source) : name_(std::move(name)) {
+        REQUIRE_THROW_AWAY();
         MoveFileW(path_.c_str(), kept_.c_str());
         // Else Wine loads its own program or library, whatever the file is.
         const std::wstring module = override_name();

@@ -20,7 +20,7 @@ TEST_CASE("Every version of Windows has its name, edition and numbers") {
         unsigned platform, major, minor, build;
         const wchar_t* service_pack;
         std::optional<unsigned> suite, product;
-        bool wow64;
+        bool is_64_bit;
         const wchar_t* name;
     } cases[] = {
         {2, 3, 51, 1057, L"Service Pack 5", kNone, kNone, false, L"Windows NT 3.51"},
@@ -58,7 +58,7 @@ TEST_CASE("Every version of Windows has its name, edition and numbers") {
     };
     for (const auto& each : cases) {
         CHECK(OSName({each.platform, each.major, each.minor, each.build, each.service_pack, each.suite, each.product,
-                      each.wow64}) == each.name);
+                      each.is_64_bit}) == each.name);
     }
 }
 

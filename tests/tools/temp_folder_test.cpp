@@ -16,9 +16,10 @@ using namespace tools;
 TEST_CASE("The system's, the programs', the users' and the program's own folders are never emptied") {
     REQUIRE_THROW_AWAY();
     std::vector<std::wstring> refused;
-    for (const wchar_t* none : {L"", L".", L"Temp", L"C:", L"C:Temp", L"C:\\", L"c:/", L"\\", L"\\Temp", L"Q:\\",
-                                L"\\\\server\\share\\temp", L"C:\\no such folder", L"\\\\?\\C:\\users",
-                                L"\\\\.\\C:\\users", L"\\\\?\\unix\\tmp", L"C:\\windows\\win.ini", L"C:\\jn"}) {
+    for (const wchar_t* none :
+         {L"", L".", L"Temp", L"C:", L"C:Temp", L"C:\\", L"c:/", L"\\", L"\\Temp", L"Q:\\", L"\\\\server\\share\\temp",
+          L"C:\\no such folder", L"\\\\?\\C:\\users", L"\\\\.\\C:\\users", L"\\\\?\\unix\\tmp", L"C:\\windows\\win.ini",
+          L"C:\\jn", L"C:\\windows\\sysnative"}) {
         refused.emplace_back(none);
     }
     const std::wstring profile = win::GetSpecialFolderPath(CSIDL_PROFILE);
@@ -32,8 +33,10 @@ TEST_CASE("The system's, the programs', the users' and the program's own folders
     for (const std::wstring& folder : made)
         CreateDirectoryW(folder.c_str(), nullptr);
     std::vector<std::wstring> kept = made;
-    kept.insert(kept.end(), {another, throw_away::Variable(L"CommonProgramFiles"),
-                             throw_away::Variable(L"CommonProgramW6432"), throw_away::Variable(L"ProgramW6432")});
+    kept.insert(kept.end(),
+                {another, throw_away::Variable(L"CommonProgramFiles"), throw_away::Variable(L"CommonProgramW6432"),
+                 throw_away::Variable(L"ProgramW6432"), throw_away::Variable(L"CommonProgramFiles(x86)"),
+                 win::GetSpecialFolderPath(CSIDL_PROGRAM_FILESX86), win::GetSpecialFolderPath(CSIDL_SYSTEMX86)});
     for (const int number : {CSIDL_WINDOWS, CSIDL_SYSTEM, CSIDL_PROGRAM_FILES, CSIDL_PROFILE, CSIDL_DESKTOPDIRECTORY,
                              CSIDL_PERSONAL, CSIDL_APPDATA, CSIDL_LOCAL_APPDATA, CSIDL_COMMON_APPDATA}) {
         kept.push_back(win::GetSpecialFolderPath(number));

@@ -1,0 +1,49 @@
+#!/usr/bin/env python3
+"""What proves the program on a Windows machine, run here: the package of tests is the same file from the same commit, and
+its test.cmd passes for both editions; without /throw-away it leaves the machine as it was."""
+import pathlib
+import re
+import subprocess
+import zipfile
+
+from driver import ROOT, WINE64, Session
+
+RUN = r"HKCU\Software\Microsoft\Windows\CurrentVersion\Run"
+
+
+def make_package():
+    package = subprocess.run([ROOT / "tools/package", "--tests"], check=True, capture_output=True, text=True).stdout
+    return pathlib.Path(package.strip())
+
+
+def run(session, *arguments):
+    """What test.cmd said, and the numbers of its last line."""
+    done = subprocess.run(["wine", "cmd", "/c", r"C:\tests\test.cmd", *arguments], env=session.environment,
+                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+    said = done.stdout.decode("utf-8", "replace").replace("\r", "")
+    counts = re.search(r"^(\d+) passed, (\d+) failed, (\d+) skipped$", said.splitlines()[-1])
+    assert done.returncode == 0 and counts, (done.returncode, said[-6000:])
+    passed, failed, skipped = map(int, counts.groups())
+    assert failed == 0 and said.count("skipped, because") == skipped, said[-6000:]
+    return passed, skipped, said
+
+
+def machine(session):
+    """The registry of the machine and the user, but for what Wine itself counts and stores all the time."""
+    keys = [rf"HKLM\Software{node}\Microsoft\Windows\CurrentVersion" for node in ("", r"\Wow6432Node")]
+    return [session.run(WINE64, "reg", "query", key, "/s", check=False) for key in (*keys, RUN)]
+
+
+with Session() as session:
+    package = make_package()
+    content = package.read_bytes()
+    assert make_package().read_bytes() == content, "two packages of one commit differ"
+    with zipfile.ZipFile(package) as archive:
+        archive.extractall(session.prefix / "drive_c/tests")
+    session.registry(RUN, "stays", r"C:\stays.exe")
+    before = machine(session)
+    passed, skipped, _ = run(session)
+    assert passed > skipped > 0 and machine(session) == before, (passed, skipped)
+    all_passed, none, _ = run(session, "/throw-away")
+    assert all_passed == passed + skipped and none == 0, (passed, skipped, all_passed, none)
+print(package.name, len(content), "bytes;", passed, "tests pass anywhere,", all_passed, "on a machine to throw away")

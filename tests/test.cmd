@@ -1,0 +1,57 @@
+@echo off
+rem test.cmd [/throw-away]   runs the tests of both editions, one program after another.
+rem
+rem What would change this machine (services, uninstallers, deletions, Windows' own registry keys)
+rem is skipped, unless /throw-away tells that the machine may be thrown away afterwards. Run it then
+rem as administrator.
+setlocal
+cd /d "%~dp0"
+set QORVENIX_THROW_AWAY=0
+if /i "%~1"=="/throw-away" set QORVENIX_THROW_AWAY=1
+set QORVENIX_RESULTS=%CD%\results.txt
+set passed=0
+set failed=0
+set skipped=0
+
+for %%t in (32\test_*.exe) do call :run_tests %%t
+call :run_program 32\peek.exe Qorvenix.exe
+if "%PROCESSOR_ARCHITECTURE%%PROCESSOR_ARCHITEW6432%"=="x86" goto :without_64_bits
+for %%t in (64\test_*.exe) do call :run_tests %%t
+call :run_program 64\peek.exe Qorvenix64.exe
+goto :end
+
+:without_64_bits
+echo skipped, because this Windows is a 32-bit one: the 64-bit edition
+call :count 0 0 1
+
+:end
+echo %passed% passed, %failed% failed, %skipped% skipped
+if %failed%==0 exit /b 0
+exit /b 1
+
+:run_tests
+if %~n1==test_service goto :eof
+echo ---- %1
+if exist results.txt del results.txt
+%1
+if not exist results.txt echo it did not come to its end
+if not exist results.txt set /a failed+=1
+if exist results.txt for /f "tokens=1-3" %%a in (results.txt) do call :count %%a %%b %%c
+goto :eof
+
+:run_program
+if %QORVENIX_THROW_AWAY%==0 echo skipped, because it changes this machine: %2
+if %QORVENIX_THROW_AWAY%==0 call :count 0 0 1
+if %QORVENIX_THROW_AWAY%==0 goto :eof
+echo ---- %2
+%1 start %2
+if errorlevel 1 echo its window did not open, answer and close
+if errorlevel 1 call :count 0 1 0
+if not errorlevel 1 call :count 1 0 0
+goto :eof
+
+:count
+set /a passed+=%1
+set /a failed+=%2
+set /a skipped+=%3
+goto :eof
