@@ -6,7 +6,6 @@
 #include "win/text.h"
 
 #include <algorithm>
-#include <ranges>
 #include <span>
 #include <utility>
 #include <vector>
@@ -111,7 +110,8 @@ CommandProgram FindUnquoted(std::wstring_view command) {
     // "C:\Program Files\App\remove".
     const std::wstring_view longest = command.substr(0, LengthOfName(command));
     const std::size_t folder = longest.find_last_of(kSeparators);
-    for (const std::wstring_view name : std::views::reverse(beginnings)) {
+    for (std::size_t left = beginnings.size(); left > 0; --left) {
+        const std::wstring_view name = beginnings[left - 1];
         if (folder != longest.npos && name.size() <= folder) break;
         std::wstring path = FindCompleted(name);
         if (!path.empty()) return Found(command, name.size(), std::move(path));

@@ -7,7 +7,6 @@
 #include "win/folders.h"
 #include "win/system_text.h"
 
-#include <ranges>
 #include <vector>
 
 using namespace deletion;
@@ -76,8 +75,8 @@ TEST_CASE("The system's, the programs', the users' and the program's own folders
         Sleep(1100);
     }
     CallHost(HostCall::Unlink, HostPath(L"C:\\jn"));
-    for (const std::wstring& folder : std::views::reverse(made))
-        RemoveDirectoryW(folder.c_str());
+    for (std::size_t left = made.size(); left > 0; --left)
+        RemoveDirectoryW(made[left - 1].c_str());
 }
 
 TEST_CASE("A folder to empty is given by its real path, on every system and through any link") {
