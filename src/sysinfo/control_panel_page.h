@@ -13,7 +13,7 @@ public:
     // The version is the window's, known before the first fill.
     explicit ControlPanelPage(const win::OsVersion& os) : Page(kControlPanelColumns), os_(os) {}
 
-    void attach(HWND list, ui::PageHost& host, int scale) override;
+    void attach(HWND window, ui::PageHost& host, int scale) override;
     void fill() override;
     void activate() override;
 

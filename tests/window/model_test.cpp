@@ -32,10 +32,11 @@ std::wstring Number(int number) { return win::PadZeros(static_cast<unsigned>(num
 // Long lists, whose rows are told from each other by their texts.
 struct Seeded {
     Seeded() {
+        const auto machine = programs::FindUninstallKey(programs::UninstallPlace::Machine, {});
         for (int number = 0; number < kPrograms + kUpdates; ++number) {
             const bool update = number >= kPrograms;
-            auto& key = keys.emplace_back(HKEY_LOCAL_MACHINE, std::wstring(programs::kUninstallKey) +
-                                                                  (update ? L"\\KB" : L"\\Qvx") + Number(number));
+            auto& key =
+                keys.emplace_back(HKEY_LOCAL_MACHINE, machine.path + (update ? L"\\KB" : L"\\Qvx") + Number(number));
             key.set_text({}, L"DisplayName", L"model " + Number(number * 77 % 1000));
             key.set_text({}, L"Publisher", (update ? L"Microsoft " : L"by ") + Number(number * 31 % 1000));
             key.set_text({}, L"UninstallString", L"C:\\none.exe");
