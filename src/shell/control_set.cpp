@@ -226,4 +226,13 @@ void ControlSet::arrange(const Surroundings& around, DetailKind detail) {
     }
 }
 
+// Control by control: with the controls' frames in one call would come the window's own, title and menu.
+void ControlSet::paint() const {
+    InvalidateRect(window_, nullptr, TRUE);
+    for (const HWND control : handles_) {
+        if (control) ui::InvalidateAll(control);
+    }
+    RedrawWindow(window_, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+}
+
 }  // namespace shell

@@ -34,9 +34,10 @@ public:
     const LayoutMetrics& metrics() const { return metrics_; }
     int scaled(int pixels) const { return MulDiv(pixels, metrics_.dpi, 96); }
 
-    // Places every control, made already or not. The status bar places itself. Whoever calls this has the window
-    // painted.
+    // Places every control, made already or not. The status bar places itself. What is seen changes with `paint`.
     void arrange(const Surroundings& around, DetailKind detail);
+    // Paints the window's client area and everything in it, now.
+    void paint() const;
     // Height of the status bar for the window's present width.
     int status_height() const;
 

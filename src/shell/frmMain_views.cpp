@@ -120,8 +120,7 @@ void frmMain::place() {
 // Painted at once: while the border is dragged there is no rest in which it would be done.
 void frmMain::arrange() {
     place();
-    ui::InvalidateAll(window_);
-    RedrawWindow(window_, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    controls_.paint();
 }
 
 // ---- PageHost ---------------------------------------------------------------------------------------------------
