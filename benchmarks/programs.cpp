@@ -56,7 +56,8 @@ void Measure(int count) {
 void MeasureForcedUninstall() {
     const bench::UninstallEntries entries(1);
     const RootOverride machine(HKEY_LOCAL_MACHINE, entries.root());
-    programs::ProgramRow row = {L"", {}, false, {}, L"forced"};
+    programs::ProgramRow row;
+    row.key_name = L"forced";
     int rounds = 0;
     const std::wstring key = bench::kUninstall + row.key_name;
     const std::wstring text = L"C:\\Program Files\\Program";

@@ -17,7 +17,7 @@
 
 namespace {
 
-constexpr unsigned kWindows7 = 61;
+constexpr win::VersionNumber kWindows7 = {6, 1};
 
 // What a fill asks of Windows and says to the list.
 void BareCatalogue(const ui::ListView& window, HIMAGELIST images, const sysinfo::ControlPanelFolders& folders) {

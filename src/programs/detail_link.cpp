@@ -35,9 +35,9 @@ DetailLink FindDetailLink(std::wstring_view caption) {
     startup::FileProbe probe;
     std::wstring path = startup::ResolveCommandPath(text, probe);
     if (probe.exists(path)) return {LinkKind::File, std::move(path)};
-    for (const Scope& scope : Scopes()) {
-        if (!text.starts_with(scope.tag)) continue;
-        return {LinkKind::RegistryKey, std::wstring(scope.root_name) + text.substr(scope.tag.size())};
+    for (const Hive& hive : Hives()) {
+        if (!text.starts_with(hive.tag)) continue;
+        return {LinkKind::RegistryKey, std::wstring(hive.root_name) + text.substr(hive.tag.size())};
     }
     return {};
 }

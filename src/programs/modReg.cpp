@@ -57,8 +57,8 @@ void AddSubkeyNames(HKEY key, Names& names) {
 
 }  // namespace
 
-std::span<const Scope> Scopes() {
-    static const Scope scopes[] = {
+std::span<const Hive> Hives() {
+    static const Hive scopes[] = {
         {HKEY_LOCAL_MACHINE, L"HKEY_LOCAL_MACHINE\\", L"(全ユーザー)"},
         {HKEY_CURRENT_USER, L"HKEY_CURRENT_USER\\", L"(個別ユーザー)"},
     };

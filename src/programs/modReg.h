@@ -13,7 +13,7 @@
 namespace programs {
 
 // A hive that the lists show entries of.
-struct Scope {
+struct Hive {
     HKEY root;
     std::wstring_view root_name;  // with the backslash behind it, as the registry editor begins a path
     // Written in front of a registry key's path, without a separator, and read back by position: the only link between
@@ -22,7 +22,7 @@ struct Scope {
 };
 
 // HKEY_LOCAL_MACHINE and HKEY_CURRENT_USER, in this order.
-std::span<const Scope> Scopes();
+std::span<const Hive> Hives();
 
 inline constexpr std::wstring_view kKeyOpenError = L"キーオープンエラー";
 inline constexpr std::wstring_view kUndefinedDataType = L"未定義データタイプ";

@@ -18,9 +18,9 @@ public:
     // The image index for a row.
     int image(const UninstallEntry& entry) {
         const std::wstring path = IconPath(entry, probe_);
-        const auto [place, is_new] = known_.try_emplace(win::LowerCase(path), ui::ListView::kNoImage);
-        if (is_new && probe_.reachable(path)) place->second = add(path);
-        return place->second;
+        const auto [it, is_new] = known_.try_emplace(win::LowerCase(path), ui::ListView::kNoImage);
+        if (is_new && probe_.reachable(path)) it->second = add(path);
+        return it->second;
     }
 
 private:

@@ -110,7 +110,7 @@ void frmMain::mnuDeleteItem_Click(int index) {
 }
 
 void frmMain::mnuSet_Click() {
-    const tools::RepairItems items = tools::QueryRepairItems(os_.tenths());
+    const tools::RepairItems items = tools::QueryRepairItems(os_);
     SetItemCaption(menu_bar_, MenuArray::mnuSetItem, tools::RepairItem::SendTo, items.send_to_caption);
     EnableItem(menu_bar_, MenuArray::mnuSetItem, tools::RepairItem::DownloadLocation, items.download_location_enabled);
 }

@@ -12,12 +12,12 @@
 namespace startup {
 namespace {
 
-using programs::Scope;
+using programs::Hive;
 
 // Null for the location of a file.
-const Scope* FindScope(std::wstring_view location) {
-    for (const Scope& scope : programs::Scopes()) {
-        if (win::Contains(location, scope.tag)) return &scope;
+const Hive* FindHive(std::wstring_view location) {
+    for (const Hive& hive : programs::Hives()) {
+        if (win::Contains(location, hive.tag)) return &hive;
     }
     return nullptr;
 }
@@ -37,12 +37,12 @@ std::optional<StartupEntry> StartupEntryAt(const ui::ListView& list, int row) {
         .value = list.cell(row, StartupColumn::Value),
         .location = list.cell(row, StartupColumn::Location),
         .description = list.cell(row, StartupColumn::Description),
-        .name_goes_on = (tag & kNameGoesOn) != 0,
+        .has_embedded_nul = (tag & kEmbeddedNul) != 0,
         .file_name = TrimmedName::of(name, tag).whole(),
     };
 }
 
-bool IsRegistryEntry(std::wstring_view location) { return FindScope(location) != nullptr; }
+bool IsRegistryEntry(std::wstring_view location) { return FindHive(location) != nullptr; }
 
 std::wstring EntryFile(const StartupEntry& entry) {
     const std::wstring folder = win::ExtendedPath(entry.location);
@@ -53,13 +53,13 @@ std::wstring EntryFile(const StartupEntry& entry) {
 bool DeleteStartupEntry(const StartupEntry& entry, const win::BackupFolder& backup, ui::Host& host) {
     if (host.confirm(DeletionQuestion(entry.name)) != ui::Answer::Ok) return false;
     bool kept = true;
-    if (const Scope* scope = FindScope(entry.location)) {
+    if (const Hive* hive = FindHive(entry.location)) {
         // The tag is taken to stand at the beginning, wherever it was found.
-        const std::wstring key_path = entry.location.substr(scope->tag.size());
+        const std::wstring key_path = entry.location.substr(hive->tag.size());
         win::RegKey key;
-        if (RegOpenKeyExW(scope->root, key_path.c_str(), 0, KEY_SET_VALUE, key.put()) != ERROR_SUCCESS) return false;
-        if (!entry.name_goes_on) {
-            kept = backup.keep_value(scope->root, key_path, entry.name, entry.name);
+        if (RegOpenKeyExW(hive->root, key_path.c_str(), 0, KEY_SET_VALUE, key.put()) != ERROR_SUCCESS) return false;
+        if (!entry.has_embedded_nul) {
+            kept = backup.keep_value(hive->root, key_path, entry.name, entry.name);
             RegDeleteValueW(key.get(), entry.name.c_str());
         }
     } else {
@@ -76,8 +76,8 @@ void OpenStartupLocation(const std::wstring& location) {
         RunProgram(L"explorer.exe", location, win::WindowStyle::Normal);
         return;
     }
-    if (const Scope* scope = FindScope(location)) {
-        programs::StoreLastKey(win::ReplaceAll(location, scope->tag, scope->root_name));
+    if (const Hive* hive = FindHive(location)) {
+        programs::StoreLastKey(win::ReplaceAll(location, hive->tag, hive->root_name));
     }
     programs::StartRegistryEditor();
 }

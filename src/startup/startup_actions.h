@@ -17,8 +17,8 @@ struct StartupEntry {
     std::wstring value;
     std::wstring location;  // a folder, or a scope tag and a registry key
     std::wstring description;
-    bool name_goes_on = false;    // kNameGoesOn
-    std::wstring file_name = {};  // with the blanks at its ends; empty where it is the name that is shown
+    bool has_embedded_nul = false;  // kEmbeddedNul
+    std::wstring file_name = {};    // with the blanks at its ends; empty where it is the name that is shown
 };
 
 // The row of that index; nothing for -1.

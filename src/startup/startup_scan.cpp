@@ -19,7 +19,7 @@ constexpr DWORD kValueBytes = 1024;
 
 // In the order of the list, by scope.
 struct RunKey {
-    std::size_t scope;
+    std::size_t hive;
     const wchar_t* path;
     bool listed = true;
 };
@@ -31,7 +31,7 @@ constexpr RunKey kRunKeys[] = {
 
 constexpr DWORD kNotListed = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN;
 
-// In a row's tag the blanks before a name stand from this bit on, those behind it from the next one on. Names have at
+// In a row's data the blanks before a name stand from this bit on, those behind it from the next one on. Names have at
 // most 255 characters.
 constexpr int kBlanksBeforeBit = 8;
 constexpr int kBlanksBehindBit = 16;
@@ -52,16 +52,19 @@ public:
     Fill(const ui::ListView& list, ui::Host& host) : list_(list), pump_(host) {}
 
     void scan_startup_folder(const std::wstring& folder);
-    void scan_run_key(const programs::Scope& scope, const wchar_t* key_path);
+    void scan_run_key(const programs::Hive& hive, const wchar_t* key_path);
+    // A close waits: nothing more is listed.
+    bool stopped() const { return stopped_; }
 
 private:
     void add_file(const std::wstring& folder, const std::wstring& whole_name);
     void add_value(std::wstring_view whole_name, const std::wstring& command_line, const std::wstring& location);
     void add_row(const std::wstring& name, const std::wstring& value, const std::wstring& location,
-                 const std::wstring& description, const std::wstring& icon_path, LPARAM tag = 0);
+                 const std::wstring& description, const std::wstring& icon_path, LPARAM data = 0);
 
     ui::ListView list_;
     ui::PumpThrottle pump_;  // an icon or a description can take its time
+    bool stopped_ = false;
     FileProbe probe_;
     FileDescriptions descriptions_;
 };
@@ -75,7 +78,7 @@ void Fill::scan_startup_folder(const std::wstring& folder) {
         if ((entry.dwFileAttributes & kNotListed) == 0) {
             add_file(folder, entry.cFileName);
         }
-    } while (FindNextFileW(search.get(), &entry));
+    } while (!stopped_ && FindNextFileW(search.get(), &entry));
 }
 
 void Fill::add_file(const std::wstring& folder, const std::wstring& whole_name) {
@@ -93,13 +96,13 @@ void Fill::add_file(const std::wstring& folder, const std::wstring& whole_name) 
     add_row(name, broken, folder, {}, broken, trimmed.item_data());
 }
 
-void Fill::scan_run_key(const programs::Scope& scope, const wchar_t* key_path) {
+void Fill::scan_run_key(const programs::Hive& hive, const wchar_t* key_path) {
     win::RegKey key;
-    if (RegOpenKeyW(scope.root, key_path, key.put()) != ERROR_SUCCESS) return;
-    const std::wstring location = std::wstring(scope.tag) + key_path;
+    if (RegOpenKeyW(hive.root, key_path, key.put()) != ERROR_SUCCESS) return;
+    const std::wstring location = std::wstring(hive.tag) + key_path;
     std::wstring name(kValueNameLength, L'\0');
     wchar_t data[kValueBytes / sizeof(wchar_t)] = {};
-    for (DWORD index = 0;; ++index) {
+    for (DWORD index = 0; !stopped_; ++index) {
         DWORD length = kValueNameLength;
         DWORD bytes = kValueBytes;
         if (RegEnumValueW(key.get(), index, name.data(), &length, nullptr, nullptr, reinterpret_cast<BYTE*>(data),
@@ -115,16 +118,16 @@ void Fill::add_value(std::wstring_view whole_name, const std::wstring& command_l
     const std::wstring path = ResolveCommandPath(command_line, probe_);
     const std::wstring description = probe_.exists(path) ? descriptions_.describe(path) : std::wstring();
     const std::wstring name(win::CutAtNul(whole_name));
-    add_row(name, command_line, location, description, path, name.size() < whole_name.size() ? kNameGoesOn : 0);
+    add_row(name, command_line, location, description, path, name.size() < whole_name.size() ? kEmbeddedNul : 0);
 }
 
 void Fill::add_row(const std::wstring& name, const std::wstring& value, const std::wstring& location,
-                   const std::wstring& description, const std::wstring& icon_path, LPARAM tag) {
-    const int row = list_.add_row(name, tag, probe_.reachable(icon_path) ? GetSystemIconIndex(icon_path) : 0);
+                   const std::wstring& description, const std::wstring& icon_path, LPARAM data) {
+    const int row = list_.add_row(name, data, probe_.reachable(icon_path) ? GetSystemIconIndex(icon_path) : 0);
     list_.set_cell(row, StartupColumn::Value, value);
     list_.set_cell(row, StartupColumn::Location, location);
     list_.set_cell(row, StartupColumn::Description, description);
-    pump_();
+    stopped_ = !pump_();
 }
 
 }  // namespace
@@ -135,9 +138,9 @@ TrimmedName TrimmedName::of(std::wstring_view name) {
     return {shown, name.size() - without_leading.size(), without_leading.size() - shown.size()};
 }
 
-TrimmedName TrimmedName::of(std::wstring_view shown, LPARAM tag) {
-    return {shown, static_cast<std::size_t>(tag >> kBlanksBeforeBit & kBlanksMask),
-            static_cast<std::size_t>(tag >> kBlanksBehindBit & kBlanksMask)};
+TrimmedName TrimmedName::of(std::wstring_view shown, LPARAM data) {
+    return {shown, static_cast<std::size_t>(data >> kBlanksBeforeBit & kBlanksMask),
+            static_cast<std::size_t>(data >> kBlanksBehindBit & kBlanksMask)};
 }
 
 LPARAM TrimmedName::item_data() const {
@@ -154,12 +157,12 @@ void ScanStartup(const ui::ListView& list, ui::Host& host) {
     Fill fill(list, host);
     for (const int folder : {CSIDL_STARTUP, CSIDL_COMMON_STARTUP}) {
         fill.scan_startup_folder(win::GetSpecialFolderPath(folder));
-        host.pump();
+        if (fill.stopped() || !host.pump()) return;
     }
     for (const RunKey& key : kRunKeys) {
         if (!key.listed) continue;
-        fill.scan_run_key(programs::Scopes()[key.scope], key.path);
-        host.pump();
+        fill.scan_run_key(programs::Hives()[key.hive], key.path);
+        if (fill.stopped() || !host.pump()) return;
     }
 }
 

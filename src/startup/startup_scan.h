@@ -13,7 +13,7 @@ struct StartupColumn {
     enum Index : int {
         Name,      // the file's name, or the registry value's
         Value,     // the shortcut's target, the file's path, or the command line as stored
-        Location,  // the folder, or the tag of a programs::Scope and the registry key
+        Location,  // the folder, or the tag of a programs::Hive and the registry key
         Description,
     };
 };
@@ -24,7 +24,7 @@ inline constexpr ui::Column kStartupColumns[] = {{L"名前", 150}, {L"値", 350}
 // Stands directly behind the target of a shortcut that leads nowhere.
 inline constexpr std::wstring_view kBrokenLink = L"<リンク切れ>";
 
-// The keys whose values are started at log-on, in each programs::Scope; the last two are the machine's 32-bit ones as a
+// The keys whose values are started at log-on, in each programs::Hive; the last two are the machine's 32-bit ones as a
 // 64-bit program finds them.
 inline constexpr wchar_t kRunKey[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
 inline constexpr wchar_t kRunOnceKey[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
@@ -33,7 +33,7 @@ inline constexpr wchar_t kRunOnceKey32[] = L"SOFTWARE\\Wow6432Node\\Microsoft\\W
 
 // The row's tag where the value's real name goes on behind a NUL. Windows' functions take the shown part for the name
 // of another value, or of none.
-inline constexpr LPARAM kNameGoesOn = 1;
+inline constexpr LPARAM kEmbeddedNul = 1;
 
 // A file's row shows its name without the blanks at both ends; how many those are stands in the row's tag too.
 struct TrimmedName {
@@ -42,7 +42,7 @@ struct TrimmedName {
     std::size_t blanks_behind;
 
     static TrimmedName of(std::wstring_view name);
-    static TrimmedName of(std::wstring_view shown, LPARAM tag);
+    static TrimmedName of(std::wstring_view shown, LPARAM data);
     LPARAM item_data() const;
     std::wstring whole() const;
 };

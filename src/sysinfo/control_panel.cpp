@@ -46,7 +46,7 @@ ControlPanelFolders QueryControlPanelFolders() {
     return {win::SystemDirectory(), win::GetSpecialFolderPath(CSIDL_PROGRAM_FILES), win::WindowsDirectory()};
 }
 
-void FillControlPanelList(const ui::ListView& list, HIMAGELIST images, unsigned os_number,
+void FillControlPanelList(const ui::ListView& list, HIMAGELIST images, win::VersionNumber os_number,
                           const ControlPanelFolders& folders, ui::Host& host) {
     const auto catalogue = ControlPanelCatalogue();
     const ui::RedrawSuspender fill(list, static_cast<int>(catalogue.size()));

@@ -3,6 +3,7 @@
 
 #include "ui/host.h"
 #include "ui/list_view.h"
+#include "win/os_version.h"
 
 #include <string>
 #include <string_view>
@@ -28,9 +29,9 @@ struct ControlPanelFolders {
 // (CSIDL_PROGRAM_FILES).
 ControlPanelFolders QueryControlPanelFolders();
 
-// Fills ListView2 anew; `images`, its small image list, is emptied first and belongs to the caller. `os_number` is the
-// OS version number in tenths.
-void FillControlPanelList(const ui::ListView& list, HIMAGELIST images, unsigned os_number,
+// Fills ListView2 anew; `images`, its small image list, is emptied first and belongs to the caller. The
+// catalogue depends on the version of Windows.
+void FillControlPanelList(const ui::ListView& list, HIMAGELIST images, win::VersionNumber os_number,
                           const ControlPanelFolders& folders, ui::Host& host);
 
 // Appends the small icon `index` of `file` (ExtractIconExW) to `images` and returns the new number of images; 0 when

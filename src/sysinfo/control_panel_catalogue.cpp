@@ -4,11 +4,11 @@ namespace sysinfo {
 namespace {
 
 // Two variants of the first rows: one for Windows 2000 and before, one for everything newer, XP included.
-constexpr VersionRange kUpTo2000 = {.to = 50};
-constexpr VersionRange kAfter2000 = {.from = 51};
-constexpr VersionRange kXpAndVista = {.from = 51, .to = 60};
-constexpr VersionRange kUpToVista = {.to = 60};
-constexpr VersionRange kFrom7 = {.from = 61};
+constexpr VersionRange kUpTo2000 = {.to = {5, 0}};
+constexpr VersionRange kAfter2000 = {.from = {5, 1}};
+constexpr VersionRange kXpAndVista = {.from = {5, 1}, .to = {6, 0}};
+constexpr VersionRange kUpToVista = {.to = {6, 0}};
+constexpr VersionRange kFrom7 = {.from = {6, 1}};
 
 constexpr Location System(const wchar_t* name) { return {Folder::System, name}; }
 constexpr Location Programs(const wchar_t* name) { return {Folder::Programs, name}; }

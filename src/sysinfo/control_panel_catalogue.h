@@ -1,6 +1,8 @@
 // The applets and tools that the Control Panel list knows, as a table.
 #pragma once
 
+#include "win/os_version.h"
+
 #include <limits>
 #include <span>
 
@@ -16,10 +18,10 @@ struct Location {
     constexpr explicit operator bool() const { return name != nullptr; }
 };
 
-// OS version numbers in tenths, both ends included.
+// Both ends included.
 struct VersionRange {
-    unsigned from = 0;
-    unsigned to = std::numeric_limits<unsigned>::max();
+    win::VersionNumber from = {};
+    win::VersionNumber to = {std::numeric_limits<unsigned>::max(), 0};
 };
 
 struct CatalogueRow {

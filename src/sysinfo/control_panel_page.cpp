@@ -11,7 +11,7 @@ void ControlPanelPage::attach(HWND window, ui::PageHost& host, int scale) {
 }
 
 void ControlPanelPage::fill() {
-    FillControlPanelList(list(), icons_.get(), os_.tenths(), QueryControlPanelFolders(), host());
+    FillControlPanelList(list(), icons_.get(), os_.number(), QueryControlPanelFolders(), host());
 }
 
 void ControlPanelPage::activate() {

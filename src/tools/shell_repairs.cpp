@@ -73,11 +73,11 @@ void RepairDownloadLocation(const win::BackupFolder& backup, ui::Host& host) {
 
 }  // namespace
 
-RepairItems RepairItemsFor(bool send_to_exists, unsigned os_tenths) {
-    return {send_to_exists ? kRemoveSendTo : kRestoreSendTo, os_tenths > win::kWindows2000};
+RepairItems RepairItemsFor(bool send_to_exists, const win::OsVersion& os) {
+    return {send_to_exists ? kRemoveSendTo : kRestoreSendTo, os.IsAtLeast(5, 1)};
 }
 
-RepairItems QueryRepairItems(unsigned os_tenths) { return RepairItemsFor(SendToExists(), os_tenths); }
+RepairItems QueryRepairItems(const win::OsVersion& os) { return RepairItemsFor(SendToExists(), os); }
 
 void RunRepair(int index, std::wstring_view caption, const win::BackupFolder& backup, ui::Host& host) {
     if (index == RepairItem::SendTo) RepairSendTo(caption, backup, host);

@@ -4,6 +4,7 @@
 #include "ui/host.h"
 #include "ui/menu.h"
 #include "win/backup_folder.h"
+#include "win/os_version.h"
 
 #include <string_view>
 
@@ -28,11 +29,11 @@ struct RepairItems {
     bool download_location_enabled;
 };
 
-// From the facts: whether the handler of "Send To" is there, and the version of Windows in tenths (51 is XP).
-RepairItems RepairItemsFor(bool send_to_exists, unsigned os_tenths);
+// From the facts: whether the handler of "Send To" is there, and the version of Windows.
+RepairItems RepairItemsFor(bool send_to_exists, const win::OsVersion& os);
 
 // What the menu shows when it opens.
-RepairItems QueryRepairItems(unsigned os_tenths);
+RepairItems QueryRepairItems(const win::OsVersion& os);
 
 // Runs an item of mnuSetItem. `caption` is what the menu shows for item SendTo and decides between removing and
 // restoring; item DownloadLocation takes no notice of it. Failures are silent.

@@ -1,20 +1,28 @@
 // The version of Windows as the program sees it.
 #pragma once
 
-#include <string>
+#include <compare>
 
 namespace win {
+
+// 5.0 is Windows 2000, 5.1 XP, 6.0 Vista, 6.1 Windows 7.
+struct VersionNumber {
+    unsigned major = 0;
+    unsigned minor = 0;
+
+    auto operator<=>(const VersionNumber&) const = default;
+};
 
 struct OsVersion {
     unsigned platform = 0;  // 1: Windows 95, 98, Me; 2: NT family
     unsigned major = 0;
     unsigned minor = 0;
 
-    // major + minor x 0.1 in tenths, so that 5.1 is 51 and comparisons are exact.
-    unsigned tenths() const { return major * 10 + minor; }
+    VersionNumber number() const { return {major, minor}; }
+    bool IsAtLeast(unsigned wanted_major, unsigned wanted_minor) const {
+        return number() >= VersionNumber{wanted_major, wanted_minor};
+    }
 };
-
-inline constexpr unsigned kWindows2000 = 50;  // in tenths
 
 // GetVersionExW. Without a compatibility entry in the manifest, Windows 8.1 and later answer 6.2. All zero when
 // the call fails.

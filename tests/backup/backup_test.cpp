@@ -244,20 +244,20 @@ TEST_CASE("A key with its subkeys comes back, as far as their names fit on a lin
 
 TEST_CASE("Start-up values and what the repairs take away come back, each where it was") {
     const std::wstring name = L"a\"b\\c=]\x2122";
-    for (const programs::Scope& scope : programs::Scopes()) {
+    for (const programs::Hive& hive : programs::Hives()) {
         Place place;
-        const TestKey run(scope.root, startup::kRunKey);
+        const TestKey run(hive.root, startup::kRunKey);
         run.set_text(L"", name, L"%windir%\\a.exe", REG_EXPAND_SZ);
         run.set_text(L"", L"other", L"first");
-        const Values kept = ValuesOf(scope.root, run.path());
-        CHECK(startup::DeleteStartupEntry({name, {}, std::wstring(scope.tag) + startup::kRunKey, {}}, place.backup,
+        const Values kept = ValuesOf(hive.root, run.path());
+        CHECK(startup::DeleteStartupEntry({name, {}, std::wstring(hive.tag) + startup::kRunKey, {}}, place.backup,
                                           place.host));
         REQUIRE_FALSE(ValueExists(run.get(), name));
         RegDeleteValueW(run.get(), L"other");
         Import(place.only(L"a_b_c=]\x2122.reg"));
         REQUIRE_FALSE(ValueExists(run.get(), L"other"));
         run.set_text(L"", L"other", L"first");
-        CheckSame(ValuesOf(scope.root, run.path()), kept);
+        CheckSame(ValuesOf(hive.root, run.path()), kept);
         CHECK(place.host.statuses.empty());
     }
 

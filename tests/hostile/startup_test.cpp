@@ -85,7 +85,7 @@ TEST_CASE("hostile Run keys cost their own cells, and what they end is what is b
             for (const Stored& value : ValuesOf(key.get())) {
                 if (value.name.size() > kNameLength || value.bytes.size() > kDataBytes) break;
                 const std::wstring shown(win::CutAtNul(value.name));
-                const LPARAM tag = shown.size() < value.name.size() ? kNameGoesOn : 0;
+                const LPARAM tag = shown.size() < value.name.size() ? kEmbeddedNul : 0;
                 REQUIRE(place.list.list.item_data(static_cast<int>(expected.size())) == tag);
                 expected.push_back({shown, hostile::TextOf(value.bytes), location, {}});
             }

@@ -136,6 +136,10 @@ TEST_CASE("both folders and the keys are listed in their order, with targets, pl
     CHECK(shell.headers_read == 3 * 41);
     CHECK(shell.details_read == 3 * 4 * 2);
     CHECK(startup.host.pumps > 3 * (2 + 4));  // not only behind each folder and key
+    // A close that waits ends the fill behind the first folder.
+    startup.host.closing = true;
+    startup.run();
+    CHECK(startup.list.list.count() < 5);
 }
 
 TEST_CASE("a row shows the icon of the file that it starts") {

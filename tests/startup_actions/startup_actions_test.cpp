@@ -166,7 +166,7 @@ TEST_CASE(
             REQUIRE((entry && entry->name == L"Foo"));
             CHECK(DeleteStartupEntry(*entry, {}, list.host));
             // That of the shown name is spared.
-            CHECK(ValueExists(key.get(), L"Foo") == entry->name_goes_on);
+            CHECK(ValueExists(key.get(), L"Foo") == entry->has_embedded_nul);
         }
         CHECK(DeleteStartupEntry({L"Foo", {}, location, {}}, {}, list.host));
     }

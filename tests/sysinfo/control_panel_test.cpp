@@ -77,8 +77,9 @@ class Panel {
 public:
     ~Panel() { ImageList_Destroy(images); }
 
+    // The version in tenths: 61 is Windows 7.
     void fill(const Machine& machine, unsigned os_number) {
-        FillControlPanelList(shown.list, images, os_number, machine.folders, host);
+        FillControlPanelList(shown.list, images, {os_number / 10, os_number % 10}, machine.folders, host);
     }
 
     // The colour of a row's icon; nothing for a row without one.

@@ -19,7 +19,7 @@ constexpr wchar_t kQuestion[] =
     L"本機能は Vista の IE でダウンロードする時、\r\n保存先が選べなくなったものを元に戻す機能です\r\n"
     L"実行してもよろしいですか？";
 
-std::wstring Caption() { return QueryRepairItems(61).send_to_caption; }
+std::wstring Caption() { return QueryRepairItems({2, 6, 1}).send_to_caption; }
 
 // The type and the bytes of a key's default value.
 std::wstring DefaultValue(HKEY parent, const wchar_t* subkey) {
@@ -49,11 +49,11 @@ std::wstring Run(int repair, std::wstring_view caption, ui::Answer answer = ui::
 }  // namespace
 
 TEST_CASE("The captions follow the registry, the second repair the version of Windows") {
-    CHECK(RepairItemsFor(true, 51).send_to_caption == std::wstring(kRemove));
-    CHECK(RepairItemsFor(false, 51).send_to_caption == std::wstring(kRestore));
-    for (const unsigned version : {0U, 40U, 50U})
+    CHECK(RepairItemsFor(true, {2, 5, 1}).send_to_caption == std::wstring(kRemove));
+    CHECK(RepairItemsFor(false, {2, 5, 1}).send_to_caption == std::wstring(kRestore));
+    for (const win::OsVersion& version : {win::OsVersion{}, {2, 4, 10}, {2, 5, 0}})
         CHECK_FALSE(RepairItemsFor(true, version).download_location_enabled);
-    for (const unsigned version : {51U, 52U, 60U, 61U, 62U}) {
+    for (const win::OsVersion& version : {win::OsVersion{2, 5, 1}, {2, 5, 2}, {2, 6, 0}, {2, 10, 0}}) {
         CHECK(RepairItemsFor(false, version).download_location_enabled);
     }
 }
