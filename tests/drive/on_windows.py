@@ -16,15 +16,20 @@ def make_package():
     return pathlib.Path(package.strip())
 
 
+def failures(said):
+    """What each program said that did not pass."""
+    return [part for part in said.split("---- ") if re.search(r"[1-9]\d* failed|did not", part)]
+
+
 def run(session, *arguments):
     """What test.cmd said, and the numbers of its last line."""
     done = subprocess.run(["wine", "cmd", "/c", r"C:\tests\test.cmd", *arguments], env=session.environment,
                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
     said = done.stdout.decode("utf-8", "replace").replace("\r", "")
     counts = re.search(r"^(\d+) passed, (\d+) failed, (\d+) skipped$", said.splitlines()[-1])
-    assert done.returncode == 0 and counts, (done.returncode, said[-6000:])
+    assert done.returncode == 0 and counts, "\n".join(failures(said))
     passed, failed, skipped = map(int, counts.groups())
-    assert failed == 0 and said.count("skipped, because") == skipped, said[-6000:]
+    assert failed == 0 and said.count("skipped, because") == skipped, "\n".join(failures(said))
     return passed, skipped, said
 
 
