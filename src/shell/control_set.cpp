@@ -226,6 +226,11 @@ void ControlSet::arrange(const Surroundings& around, DetailKind detail) {
     }
 }
 
+bool ControlSet::fill(int width, int height) const {
+    const Rectangle& lowest = placed_[IndexOf(Control::st)];
+    return lowest.right() == width && lowest.bottom() == height;
+}
+
 // Control by control: with the controls' frames in one call would come the window's own, title and menu.
 void ControlSet::paint() const {
     InvalidateRect(window_, nullptr, TRUE);

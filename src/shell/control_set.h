@@ -36,6 +36,8 @@ public:
 
     // Places every control, made already or not. The status bar places itself. What is seen changes with `paint`.
     void arrange(const Surroundings& around, DetailKind detail);
+    // Whether the controls stand where they belong in a client area of that size.
+    bool fill(int width, int height) const;
     // Paints the window's client area and everything in it, now.
     void paint() const;
     // Height of the status bar for the window's present width.

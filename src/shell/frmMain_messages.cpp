@@ -83,7 +83,8 @@ std::optional<LRESULT> frmMain::look_message(UINT message, WPARAM wparam, LPARAM
     switch (message) {
         case WM_SIZE:
             strip_.pointer_rests();
-            if (loaded_) arrange();
+            // What comes into view again in its former size is painted by the system's wish.
+            if (loaded_ && !controls_.fill(LOWORD(lparam), HIWORD(lparam))) arrange();
             return 0;
         case WM_GETMINMAXINFO: {
             POINT& least = reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize;

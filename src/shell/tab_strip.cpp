@@ -69,8 +69,10 @@ std::optional<LRESULT> TabStrip::handle(UINT message, WPARAM wparam, LPARAM lpar
         case WM_LBUTTONDOWN:
             return press(message, wparam, lparam);
         case WM_ERASEBKGND:
+            if (!painted_) return {};
             return TRUE;  // done along with the painting
         case WM_PAINT:
+            if (!std::exchange(painted_, true)) return {};
             paint();
             return 0;
         default:
@@ -110,7 +112,8 @@ int TabStrip::tab_at(POINT client) const {
     return static_cast<int>(SendMessageW(strip_, TCM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
 }
 
-// In memory first: the strip would be seen blank between its background and its tabs.
+// In memory first: the strip would be seen blank between its background and its tabs. The first painting has nothing to
+// flicker with.
 void TabStrip::paint() const {
     PAINTSTRUCT request = {};
     const HDC screen = BeginPaint(strip_, &request);

@@ -65,7 +65,8 @@ private:
     int sought_ = -1;        // the tab under a press, until it is selected
     int wheel_ = 0;
     POINT pointer_ = {-1, -1};  // on the screen, where it last moved or rested
-    int width_ = -1;            // width and height as last measured
+    bool painted_ = false;
+    int width_ = -1;  // width and height as last measured
     int height_ = 0;
 };
 

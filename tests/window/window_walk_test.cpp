@@ -279,6 +279,7 @@ void WalkAt(int dpi) {
     const Screen screen(dpi, 12);
     const Driven driven;
     const HWND window = driven.form->window();
+    SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, 0);  // over nothing that lights up under the pointer
     hostile::Run("painting", kSteps, [&](hostile::Source& source, std::uint64_t) {
         const std::string done = Walk(driven, source).step();
         const Picture seen = Take(window);
