@@ -83,7 +83,7 @@ void OpenInstallFolder(const ProgramRow& row) {
 std::wstring InstallFolderCommand(const ProgramRow& row) {
     std::wstring opening_quote = std::wstring(kExplorer) + L" \"";
     if (!row.install_folder.empty()) return opening_quote.append(WithoutQuotes(row.install_folder)) + L"\"";
-    // An empty folder has always cut the line off behind the quote, and the Explorer then shows its own start folder.
+    // An empty folder cuts the line off behind the quote: the Explorer shows its own start folder, as users expect.
     return row.empty_install_folder ? opening_quote : std::wstring();
 }
 

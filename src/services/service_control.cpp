@@ -62,6 +62,7 @@ void Send(int index, const win::Object& object, const ListedService& service) {
 
 void Restart(const win::Object& object, const ListedService& service, ui::Host& host) {
     if (ControlServiceAndWait({}, service.name(), host) == 0) return;
+    if (!host.pump()) return;  // the wait was given up
     service.set_cell(ServiceColumn::State, kStopped);
     Send(ServiceItem::Start, object, service);
 }

@@ -13,6 +13,8 @@ namespace {
 constexpr Control kCaptions[] = {Control::Label1_0, Control::Label1_1, Control::Label1_6};
 constexpr Control kValues[] = {Control::Label1_2, Control::Label1_3, Control::Label1_11};
 
+static_assert(std::size(kCaptions) == std::size(TabRow().captions));
+
 }  // namespace
 
 bool DetailArea::has(Control which, const TabRow& tab) {

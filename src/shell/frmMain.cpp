@@ -44,6 +44,8 @@ bool frmMain::open(std::wstring_view argument) {
     settings_ = Settings(application_folder_ + kSettingsFile);
     if (settings_.text(kBackupKey) != L"0") backup_ = win::BackupFolder(application_folder_);
     controls_.begin(dpi_);
+    const std::wstring face = settings_.text(kFontKey);
+    if (!face.empty()) controls_.use_face(face);
     create_menus();
     create_window();
     if (!window_) return false;
@@ -122,8 +124,6 @@ void frmMain::Form_Load(std::wstring_view argument) {
     if (activity_.close_waits()) return;
     pages_.restore_column_widths(settings_, CreationPhase::FirstView);
     settings_restored_ = true;
-    const std::wstring face = settings_.text(kFontKey);
-    if (!face.empty()) controls_.use_face(face);
     if (argument.size() == 1 && argument[0] >= L'2' && argument[0] <= L'6') strip_.select(argument[0] - L'1');
     if (activity_.close_waits()) return;
     focus_.to_view();
@@ -139,7 +139,8 @@ void frmMain::Form_Activate() {
     KillTimer(window_, kActivateTimer);
     if (std::exchange(activated_, true)) return;
     pump();
-    request_fill(pages_.control_panel());
+    // Already there where the window was started on it.
+    if (pages_.control_panel().list().count() == 0) request_fill(pages_.control_panel());
 }
 
 bool frmMain::Form_QueryUnload() { return !refuses_close() && activity_.request_close(); }
@@ -147,12 +148,15 @@ bool frmMain::Form_QueryUnload() { return !refuses_close() && activity_.request_
 bool frmMain::refuses_close() {
     const wchar_t* const notice = activity_.close_blocked() ? kCloseRefused : std::exchange(close_notice_, nullptr);
     if (notice) set_status(notice);
+    refusal_ = notice ? notice : refusal_;
     return notice != nullptr;
 }
 
 void frmMain::refusal_ends() {
-    const ui::Page* const page = shown_page();
-    if (status_.text() == kCloseRefused) page ? show_count(*page) : set_status({});
+    if (!refusal_ || activity_.close_blocked()) return;
+    const bool stands = status_.text() == std::exchange(refusal_, nullptr);
+    ui::Page* const page = shown_page();
+    if (stands) page ? page->show_again() : set_status({});
 }
 
 // Not at once: the close may have been asked for inside a notification of a control, which still lives in it.
@@ -198,6 +202,7 @@ std::optional<LRESULT> frmMain::end_message(UINT message, WPARAM wparam) {
 // ---- Host -------------------------------------------------------------------------------------------------------
 
 void frmMain::set_status(std::wstring_view text) {
+    if (text == win::kNothingKept) nothing_kept_ = true;
     status_.write(text);
     show_status();
     UpdateWindow(control(Control::st));
@@ -215,7 +220,7 @@ std::optional<std::wstring> frmMain::input(std::wstring_view prompt, std::wstrin
 
 bool frmMain::pump() {
     dispatch_pending();
-    return !activity_.close_waits() && !closed_;
+    return !activity_.close_waits() && !closed_ && !quit_;
 }
 
 // Windows asks for the pointer again with the next move of the mouse; this is for the one that rests.

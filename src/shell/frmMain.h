@@ -167,6 +167,7 @@ private:
     HWND window_ = nullptr;
     ui::Subclass procedure_;  // in front of the designed one from Form_Load to Form_Unload
     bool closed_ = false;
+    bool quit_ = false;  // somebody else ends the message loop
     bool loaded_ = false;
     bool activated_ = false;
     bool settings_restored_ = false;  // before that, the column widths are not the user's
@@ -194,6 +195,8 @@ private:
     Stripes stripes_;
     bool hourglass_ = false;
     const wchar_t* close_notice_ = nullptr;  // to be said before a close that ends a wait
+    const wchar_t* refusal_ = nullptr;       // what was said to a close, until its reason has gone
+    bool nothing_kept_ = false;              // of what the running command has deleted
     bool in_menu_ = false;
 
     HMENU menu_bar_ = nullptr;                     // the window's

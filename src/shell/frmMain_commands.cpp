@@ -16,25 +16,27 @@ void frmMain::run_item(ui::Page& page, int item) {
     const ui::Guard guard = page.guard(item);
     if ((guard.alone || guard.blocks_close) && activity_.running()) return;
     if (guard.blocks_close && activity_.close_blocked()) return;
-    ui::Then then = ui::Then::Nothing;
+    nothing_kept_ = false;
     {
         std::optional<Activity::Exclusive> alone;
         std::optional<Activity::CloseBlock> close_block;
         if (guard.alone) alone.emplace(activity_);
         if (guard.blocks_close) close_block.emplace(activity_);
         hold_button(page, item);
-        close_notice_ = guard.close_notice;
-        then = page.run(item);
-        close_notice_ = nullptr;
+        const wchar_t* const outer = std::exchange(close_notice_, guard.close_notice);
+        const ui::Then then = page.run(item);
+        close_notice_ = outer;
+        close_block.reset();
+        enable_buttons();
+        refusal_ends();
+        run_then(page, then);
     }
-    enable_buttons();
-    refusal_ends();
-    run_then(page, then);
+    // The count of a list that is filled again does not cover that there is no copy of what was deleted.
+    if (nothing_kept_) set_status(win::kNothingKept);
 }
 
-// The count of a list that is filled again does not cover that there is no copy of what was deleted.
+// Within the command where it is alone: the fill comes first when that ends, before what else has waited.
 void frmMain::run_then(const ui::Page& page, ui::Then then) {
-    const bool nothing_kept = status_text() == win::kNothingKept;
     switch (then) {
         case ui::Then::Nothing:
             break;
@@ -45,7 +47,6 @@ void frmMain::run_then(const ui::Page& page, ui::Then then) {
             activity_.request({Activity::Request::Refresh});
             break;
     }
-    if (nothing_kept) set_status(win::kNothingKept);
 }
 
 // While a command runs that blocks the close, no second one starts.
@@ -86,12 +87,8 @@ void frmMain::drop_waiting_files() {
     while (!dropped_.empty() && !activity_.running()) {
         const auto [page, path] = dropped_.front();
         dropped_.erase(dropped_.begin());
-        ui::Then then = ui::Then::Nothing;
-        {
-            const Activity::Exclusive alone(activity_);
-            then = page->drop(path);
-        }
-        run_then(*page, then);
+        const Activity::Exclusive alone(activity_);
+        run_then(*page, page->drop(path));
     }
 }
 

@@ -9,6 +9,18 @@
 #include <windowsx.h>
 
 namespace shell {
+namespace {
+
+// Many settings change behind the user's back: environment, policies, regional formats.
+bool ConcernsFonts(UINT message, WPARAM action, LPARAM section) {
+    if (message != WM_SETTINGCHANGE) return true;
+    if (action == SPI_SETNONCLIENTMETRICS || action == SPI_SETICONTITLELOGFONT) return true;
+    const auto* name = reinterpret_cast<const wchar_t*>(section);
+    return action == 0 && (!name || lstrcmpW(name, L"WindowMetrics") == 0);
+}
+
+}  // namespace
+
 // ---- procedures -------------------------------------------------------------------------------------------------
 
 LRESULT CALLBACK frmMain::DesignedProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
@@ -64,6 +76,7 @@ LRESULT frmMain::message(UINT message, WPARAM wparam, LPARAM lparam) {
             return 0;
         case WM_ACTIVATE:
             strip_.pointer_rests();
+            enter_pressed_in_cb_ = false;
             if (LOWORD(wparam) == WA_INACTIVE) focus_.window_left();
             break;
         case WM_SETFOCUS:
@@ -105,7 +118,7 @@ std::optional<LRESULT> frmMain::look_message(UINT message, WPARAM wparam, LPARAM
             return {};
         case WM_SETTINGCHANGE:
         case WM_THEMECHANGED:
-            if (!loaded_) return {};
+            if (!loaded_ || !ConcernsFonts(message, wparam, lparam)) return {};
             controls_.renew_fonts();
             if (const ui::Page* page = shown_page()) detail_.measure(*page);
             strip_.forget_height();
@@ -209,7 +222,7 @@ HBRUSH frmMain::static_colours(HDC dc, HWND which) const {
 
 void frmMain::run_until_closed() {
     MSG message = {};
-    while (!closed_ && GetMessageW(&message, nullptr, 0, 0) > 0)
+    while (!closed_ && !quit_ && GetMessageW(&message, nullptr, 0, 0) > 0)
         dispatch(message);
     // Somebody else has ended the loop.
     if (!closed_ && window_) close_now();
@@ -219,8 +232,7 @@ void frmMain::dispatch_pending() {
     MSG message = {};
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
         if (message.message == WM_QUIT) {
-            // The loop that runs the program has to see it too.
-            PostQuitMessage(static_cast<int>(message.wParam));
+            quit_ = true;
             return;
         }
         dispatch(message);

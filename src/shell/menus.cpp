@@ -57,7 +57,8 @@ constexpr bool InOrder() {
             CommandId(MenuArray::mnuFileItem, static_cast<int>(i) * kMenuArraySize))
             return false;
     }
-    return true;
+    return static_cast<int>(MenuArray::mnuServiceItem) ==
+           CommandId(MenuArray::mnuFileItem, (static_cast<int>(std::size(kMenus)) - 1) * kMenuArraySize);
 }
 static_assert(InOrder(), "one row for each array, in the order of the command ids");
 

@@ -103,7 +103,7 @@ void Settings::write(std::string_view key, std::wstring_view value) const {
 void Settings::write(std::string_view key, int value) const { write(key, win::ToText(value)); }
 
 SavingTurn::SavingTurn() : mutex_(CreateMutexW(nullptr, FALSE, L"Qorvenix.setting.ini")) {
-    constexpr DWORD kLongestWait = 5000;  // milliseconds
+    constexpr DWORD kLongestWait = 1000;  // milliseconds
     if (mutex_) WaitForSingleObject(mutex_.get(), kLongestWait);
 }
 

@@ -1,4 +1,4 @@
-// The list of running processes. Its tab is designed but removed at every start.
+// The list of running processes. Its tab is never on the strip, on purpose; the list is complete all the same.
 #pragma once
 
 #include "ui/host.h"

@@ -99,11 +99,11 @@ std::vector<std::wstring> ComboItems(HWND combo) {
     std::vector<std::wstring> items;
     const LRESULT count = SendMessageW(combo, CB_GETCOUNT, 0, 0);
     for (LRESULT index = 0; index < count; ++index) {
-        const auto place = static_cast<WPARAM>(index);
-        const LRESULT length = SendMessageW(combo, CB_GETLBTEXTLEN, place, 0);
+        const auto item = static_cast<WPARAM>(index);
+        const LRESULT length = SendMessageW(combo, CB_GETLBTEXTLEN, item, 0);
         if (length < 0) continue;
         std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
-        SendMessageW(combo, CB_GETLBTEXT, place, reinterpret_cast<LPARAM>(text.data()));
+        SendMessageW(combo, CB_GETLBTEXT, item, reinterpret_cast<LPARAM>(text.data()));
         text.resize(static_cast<std::size_t>(length));
         items.push_back(std::move(text));
     }

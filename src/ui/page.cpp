@@ -21,6 +21,8 @@ void Page::attach(HWND list, PageHost& host, int scale) {
 
 void Page::begin_fill() {
     filling_ = true;
+    pressing_ = false;
+    ++fills_;
     forget_cells();
 }
 
@@ -45,6 +47,15 @@ void Page::catch_up() {
     show(list_.selected());
 }
 
+void Page::show_again() {
+    if (list_.selected() < 0) {
+        host_->show_count(*this);
+    } else {
+        show_waits_ = true;
+        catch_up();
+    }
+}
+
 void Page::show(int row) {
     if (row >= 0) return;
     host_->show_details({});
@@ -60,6 +71,11 @@ std::optional<LRESULT> Page::handle(UINT message, WPARAM wparam, LPARAM lparam) 
         case WM_RBUTTONDOWN:
         case WM_RBUTTONDBLCLK:
             return mouse_button(message, wparam, lparam);
+        case WM_LBUTTONUP:
+        case WM_RBUTTONUP:
+            // Its press was none, and its menu would open on another row.
+            if (std::exchange(press_swallowed_, false)) return 0;
+            break;
         case WM_KEYDOWN:
         case WM_CHAR:
             pressed_for_menu_ = false;
@@ -86,17 +102,25 @@ std::optional<LRESULT> Page::handle(UINT message, WPARAM wparam, LPARAM lparam) 
 std::optional<LRESULT> Page::mouse_button(UINT message, WPARAM wparam, LPARAM lparam) {
     pressed_for_menu_ = false;
     // The rows are not those that the user sees.
+    press_swallowed_ = filling_;
     if (filling_) {
         SetFocus(list_.window());
         return 0;
     }
-    const POINT client = {GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)};
-    press(client);
+    press({GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)});
+    const int row = list_.selected();
+    const int top = top_row_;
+    const unsigned fills = fills_;
     pressing_ = true;
     pressed_for_menu_ = message == WM_RBUTTONDOWN;
-    const LRESULT answer = subclass_.pass_on(message, wparam, lparam);
+    // With Ctrl or Shift the control would take the selection away again.
+    const LRESULT answer = subclass_.pass_on(message, wparam & ~WPARAM{MK_CONTROL | MK_SHIFT}, lparam);
+    // It returns when the button is up, or its menu closed: by then the list may hold other rows.
+    if (fills == fills_) {
+        if (row >= 0 && list_.selected() < 0) list_.select(row);
+        list_.scroll_to(top);
+    }
     pressing_ = false;
-    list_.scroll_to(top_row_);
     return answer;
 }
 

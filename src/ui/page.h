@@ -83,6 +83,8 @@ public:
     void selection_changed();
     // Shows the selected row's texts when that is still to be done.
     void catch_up();
+    // Writes the shown row's texts once more, or the count, over a text of the window's own.
+    void show_again();
     // A mouse button at a point of the list's client area: the row there is selected, the cell is what "項目コピー"
     // copies. The list does not scroll.
     void press(POINT client);
@@ -163,6 +165,8 @@ private:
     int top_row_ = 0;           // at the last press
     bool pressing_ = false;
     bool pressed_for_menu_ = false;
+    bool press_swallowed_ = false;
+    unsigned fills_ = 0;  // so far
     bool filling_ = false;
     bool show_waits_ = false;
 };

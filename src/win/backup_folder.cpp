@@ -60,6 +60,8 @@ std::wstring SafeTitle(std::wstring_view title) {
             safe[at] = L'_';
         }
     }
+    // Windows drops a dot or a blank at the end.
+    if (safe.ends_with(L'.') || safe.ends_with(L' ')) safe.back() = L'_';
     return safe.empty() ? kUntitled : safe;
 }
 

@@ -1,4 +1,4 @@
-// Where what is about to be deleted is kept, so that it can be brought back: one file a deletion, in the folder
+// Where what is about to be deleted is kept, so that it can be brought back: one file per deletion, in the folder
 // "backup" beside the program or, where nothing can be written there, in "Qorvenix\backup" of the user's application
 // data.
 #pragma once
@@ -16,7 +16,7 @@ inline constexpr wchar_t kNothingKept[] = L"バックアップを保存できま
 
 class BackupFolder {
 public:
-    // Keeps nothing, and does not mind.
+    // Keeps nothing, and reports success.
     BackupFolder() = default;
     explicit BackupFolder(std::wstring application_folder) : application_folder_(std::move(application_folder)) {}
 

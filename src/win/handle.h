@@ -1,4 +1,4 @@
-// Owners for what Windows lends. Each closes its handle in the destructor and leaves GetLastError as it was.
+// RAII owners of Windows handles. Each closes its handle in the destructor and leaves GetLastError as it was.
 #pragma once
 
 #include "win/platform.h"
