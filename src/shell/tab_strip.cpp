@@ -64,6 +64,7 @@ std::optional<LRESULT> TabStrip::handle(UINT message, WPARAM wparam, LPARAM lpar
             return {};
         }
         case WM_MOUSELEAVE:
+            pointer_rests();
             listener_.tab_pointed(nullptr);
             return {};
         case WM_LBUTTONDOWN:

@@ -163,6 +163,12 @@ TEST_CASE("a window that was stored far away, tiny or maximised is usable") {
         CHECK(place.right - place.left == 480);
         CHECK(place.bottom - place.top == 320);
     }
+    {
+        // Windows cuts the width to the screen's: nothing would be seen at the stored place.
+        const SettingsFile settings("X=-28800\r\nW=90000\r\n");
+        const Driven window;
+        CHECK(MonitorFromWindow(window.form->window(), MONITOR_DEFAULTTONULL) != nullptr);
+    }
     const SettingsFile settings("WinState=2\r\nX=150\r\n");
     {
         const Driven window;
@@ -255,9 +261,72 @@ TEST_CASE("hints cover the status text for as long as menu or strip are under th
     CHECK(window.status() == count);
     SendMessageW(window.at(Control::tb), WM_MOUSEMOVE, 0, window.middle(3));
     window.click(3);
-    CHECK(window.status() == L"23 個の項目");
+    const std::wstring services = window.status();
+    CHECK(services.ends_with(L" 個の項目"));
+    // The pointer that rests on the tab does not cover the count, one that moves on it does.
+    SendMessageW(window.at(Control::tb), WM_MOUSEMOVE, 0, window.middle(3));
+    CHECK(window.status() == services);
+    SendMessageW(window.at(Control::tb), WM_MOUSEMOVE, 0, window.middle(3) + 1);
+    CHECK(window.status() == L"Windowsサービスの情報を一覧表示し、開始・停止等を行います");
     SendMessageW(window.at(Control::tb), WM_MOUSELEAVE, 0, 0);
-    CHECK(window.status() == L"23 個の項目");
+    CHECK(window.status() == services);
+}
+
+namespace {
+
+void CALLBACK CloseForm(HWND, UINT, UINT_PTR timer, DWORD) {
+    const HWND form = FindWindowW(kMainClass, nullptr);
+    if (!form || GetWindowThreadProcessId(form, nullptr) != GetCurrentThreadId()) return;
+    KillTimer(nullptr, timer);
+    PostMessageW(form, WM_CLOSE, 0, 0);
+}
+
+}  // namespace
+
+TEST_CASE("a close before the window is shown, or a quit from outside, loses nothing that was stored") {
+    const SettingsFile settings("WinState=2\r\nX=150\r\n3Col0=77\r\n");
+    const win::ComApartment apartment;
+    SetTimer(nullptr, 0, 1, &CloseForm);
+    frmMain early(GetModuleHandleW(nullptr));
+    early.open(L"3");
+    early.run_until_closed();
+    CHECK(settings.number("WinState") == 2);
+    CHECK(settings.number("X") == 150);
+    CHECK(settings.number("3Col0") == 77);
+
+    settings.write("[Morlet]\r\nX=1515\r\n");
+    frmMain quit(GetModuleHandleW(nullptr));
+    REQUIRE(quit.open(L""));
+    MoveWindow(quit.window(), 202, 0, 600, 400, FALSE);
+    PostQuitMessage(0);
+    quit.run_until_closed();
+    CHECK(quit.window() == nullptr);
+    CHECK(settings.number("X") == 3030);
+}
+
+TEST_CASE("a link and the box for registry paths act once a press, however long the key is held") {
+    const SettingsFile settings;
+    const Program program(L"QvxTwo", L"二つ目", L"C:\\none.exe");
+    const Driven window;
+    const ui::ListView list = window.list(Control::ListView1_0);
+    list.select(list.find(0, L"二つ目"));
+    REQUIRE(window.status() == L"二つ目");
+    constexpr LPARAM kRepeated = 1 << 30;
+    SendMessageW(window.at(Control::Label1_2), WM_KEYDOWN, VK_RETURN, kRepeated);
+    CHECK(window.status() == L"二つ目");  // opening a link says so there
+
+    window.click(6);
+    const HWND cb = window.at(Control::cb);
+    const HWND box = GetWindow(cb, GW_CHILD);
+    SetFocus(box);
+    SetWindowTextW(cb, L"  ");
+    for (int repeat = 0; repeat < 5; ++repeat)
+        PostMessageW(box, WM_KEYDOWN, VK_RETURN, repeat == 0 ? 0 : kRepeated);
+    window.form->pump();
+    CHECK(window.text(Control::cb) == L"  ");
+    PostMessageW(box, WM_KEYUP, VK_RETURN, 0);
+    window.form->pump();
+    CHECK(window.text(Control::cb).empty());  // what is read loses its leading blanks
 }
 
 TEST_CASE("stripes colour every other row while they are switched on") {
