@@ -16,7 +16,7 @@ bool ConcernsFonts(UINT message, WPARAM action, LPARAM section) {
     if (message != WM_SETTINGCHANGE) return true;
     if (action == SPI_SETNONCLIENTMETRICS || action == SPI_SETICONTITLELOGFONT) return true;
     const auto* name = reinterpret_cast<const wchar_t*>(section);
-    return action == 0 && (!name || lstrcmpW(name, L"WindowMetrics") == 0);
+    return action == 0 && (!name || std::wstring_view(name) == L"WindowMetrics");
 }
 
 }  // namespace
