@@ -29,7 +29,7 @@ void BareCatalogue(const ui::ListView& window, HIMAGELIST images, const sysinfo:
         return root ? *root + L"\\" + location.name : std::wstring(location.name);
     };
     for (const sysinfo::CatalogueRow& row : sysinfo::ControlPanelCatalogue()) {
-        if (kWindows7 < row.versions.from || kWindows7 > row.versions.to) continue;
+        if (kWindows7 < row.versions.from || row.versions.to < kWindows7) continue;
         if (row.file && !PathFileExistsW(path(row.file).c_str())) continue;
         win::Icon icon;
         if (ExtractIconExW(path(row.icon ? row.icon : row.file).c_str(), row.icon_index, nullptr, icon.put(), 1) == 1) {

@@ -54,7 +54,7 @@ void FillControlPanelList(const ui::ListView& list, HIMAGELIST images, win::Vers
     ImageList_RemoveAll(images);
     ui::PumpThrottle pump(host);
     for (const CatalogueRow& row : catalogue) {
-        if (os_number < row.versions.from || os_number > row.versions.to) continue;
+        if (os_number < row.versions.from || row.versions.to < os_number) continue;
         AddCatalogueRow(list, images, row, folders);
         if (!pump()) return;
     }

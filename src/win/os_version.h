@@ -1,8 +1,6 @@
 // The version of Windows as the program sees it.
 #pragma once
 
-#include <compare>
-
 namespace win {
 
 // 5.0 is Windows 2000, 5.1 XP, 6.0 Vista, 6.1 Windows 7.
@@ -10,7 +8,9 @@ struct VersionNumber {
     unsigned major = 0;
     unsigned minor = 0;
 
-    auto operator<=>(const VersionNumber&) const = default;
+    bool operator<(const VersionNumber& other) const {
+        return major != other.major ? major < other.major : minor < other.minor;
+    }
 };
 
 struct OsVersion {
@@ -20,7 +20,7 @@ struct OsVersion {
 
     VersionNumber number() const { return {major, minor}; }
     bool IsAtLeast(unsigned wanted_major, unsigned wanted_minor) const {
-        return number() >= VersionNumber{wanted_major, wanted_minor};
+        return !(number() < VersionNumber{wanted_major, wanted_minor});
     }
 };
 
