@@ -35,6 +35,9 @@ public:
 
     void request(Request request);
 
+    // A fill of `page` begins: one that was asked for before is thereby done.
+    void fill_begins(int page) { fill_waits_[page] = false; }
+
     // Closing is refused while an uninstaller runs, waits while other work runs, and happens at once otherwise.
     // False when it was refused.
     bool request_close();

@@ -81,8 +81,11 @@ void frmMain::fill_page(ui::Page& page) {
     ui::Page* const shown = shown_page();
     const bool in_view = shown && (shown == &page || shown == twin);
     if (in_view) detail_.clear();
-    page.begin_fill();
-    if (twin) twin->begin_fill();
+    for (ui::Page* const each : {&page, twin}) {
+        if (!each) continue;
+        activity_.fill_begins(pages_.index_of(*each));
+        each->begin_fill();
+    }
     page.fill();
     page.end_fill();
     if (twin) twin->end_fill();

@@ -46,6 +46,17 @@ TEST_CASE("what arrives during a fill runs once behind it, and never inside") {
     CHECK(window.settlements == 1);
 }
 
+TEST_CASE("a fill that waits is not made twice where another one of its list begins first") {
+    Window window;
+    window.during = [](Window& w) {
+        w.activity.request({Activity::Request::TabClick});
+        w.activity.request({Activity::Request::Fill, 2});
+        w.during = [](Window& clicked) { clicked.activity.fill_begins(2); };
+    };
+    window.activity.request({Activity::Request::Refresh});
+    CHECK(window.log == "RT");
+}
+
 TEST_CASE("a close during a fill is carried out behind it and nothing starts any more") {
     Window window;
     window.during = [](Window& w) {
