@@ -119,6 +119,8 @@ public:
     explicit Walk(hostile::Source& source) : source_(source) {
         SetWindowPos(form(), nullptr, 0, 0, 800 + 7 * static_cast<int>(source.below(20)),
                      400 + static_cast<int>(source.below(40)), SWP_NOMOVE | SWP_NOZORDER);
+        // Menus that open and close report the real pointer to what lies under it.
+        SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, GetSystemMetrics(SM_CYSCREEN) - 1);
         timer_ = SetTimer(nullptr, 0, 40, &AnswerBoxes);
     }
     Walk(const Walk&) = delete;
