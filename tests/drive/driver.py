@@ -8,8 +8,9 @@ process can read from its window (tests/helpers/peek.cpp).
 
 Needs what ./test gives to a driver: PREFIX, a throw-away prefix in whose environment this runs, QORVENIX and TOOLS.
 """
-import dataclasses
+import collections
 import itertools
+import json
 import os
 import pathlib
 import re
@@ -20,23 +21,27 @@ import time
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 VERSION, HOME_PAGE = re.search(r"project\(Qorvenix VERSION (\S+) HOMEPAGE_URL (\S+)",
                                (ROOT / "CMakeLists.txt").read_text()).groups()
+TOOLS = os.environ["TOOLS"]
 WINE64 = ROOT / "tools/wine64/wine"  # sees the whole registry, whichever edition is driven
 IS_64_BIT = os.environ["QORVENIX"].endswith("64.exe")
 SETTINGS_KEY = r"HKCU\Software\Wine\AppDefaults\Qorvenix.exe"
+LISTS = "ListView1_0", "ListView1_1", "lvStartUp", "lvService", "ListView2", "lvRestore"  # by tab
+
+# What peek tells of each.
+TopLevel = collections.namedtuple("TopLevel", "handle window_class left top width height text")
+Control = collections.namedtuple("Control", "handle window_class id visible enabled focus left top width height text")
+Tab = collections.namedtuple("Tab", "left top right bottom caption")
+Rows = collections.namedtuple("Rows", "headers selected rows")
 
 
 def _controls():
-    """The ids of the window's controls by their names, as the product's header has them."""
+    """The names of the window's controls by their ids, as the product's header has them."""
     header = (ROOT / "src/shell/controls.h").read_text()
     first = int(re.search(r"kFirstControlId = (\d+)", header)[1])
-    names = re.search(r"enum class Control \{([^}]*)\}", header)[1]
-    return {name: first + place for place, name in enumerate(re.findall(r"\w+", names))}
+    return dict(enumerate(re.findall(r"\w+", re.search(r"enum class Control \{([^}]*)\}", header)[1]), first))
 
 
-CONTROL = _controls()
-LIST_OF_TAB = {
-    "プログラムの追加と削除": "ListView1_0", "更新プログラム": "ListView1_1", "スタートアップ": "lvStartUp",
-    "サービス": "lvService", "コントロールパネル": "ListView2", "システムの復元": "lvRestore"}
+NAME_OF = _controls()
 
 
 def until(condition, seconds=20, what="what was waited for"):
@@ -48,68 +53,30 @@ def until(condition, seconds=20, what="what was waited for"):
     return value
 
 
-def _kind(name, fields):
-    """A class of records as peek tells them."""
-    others = {"window_class": str, "text": str, "caption": str, "visible": bool, "enabled": bool, "focus": bool}
-    return dataclasses.make_dataclass(name, [(field, others.get(field, int)) for field in fields.split()])
-
-
-Tab = _kind("Tab", "left top right bottom text_width caption")
-TopLevel = _kind("TopLevel", "handle window_class process left top width height text")
-
-
-# The size of the text is what it needs in one go.
-class Control(_kind("Control", "handle window_class id visible enabled focus left top width height "
-                               "parent text_width text_height text")):
-    @property
-    def right(self):
-        return self.left + self.width
-
-    @property
-    def bottom(self):
-        return self.top + self.height
-
-    def overlaps(self, other):
-        return (self.left < other.right and other.left < self.right
-                and self.top < other.bottom and other.top < self.bottom)
-
-
-@dataclasses.dataclass
-class Rows:
-    headers: list
-    widths: list
-    edges: list  # left edge of each header, in the list's own pixels
-    selected: int
-    rows: list
-
-    def find(self, name, column=0):
-        """The row whose cell is that text; -1 when there is none."""
-        return next((place for place, row in enumerate(self.rows) if row[column] == name), -1)
-
-
-def _unescape(text):
-    return re.sub(r"\\(.)", lambda match: {"t": "\t", "r": "\r", "n": "\n"}.get(match[1], match[1]), text)
-
-
-def _record(kind, fields):
-    types = [field.type for field in dataclasses.fields(kind)]
-    return kind(*(bool(int(text)) if wanted is bool else wanted(text) for wanted, text in zip(types, fields)))
+def becomes(read, expected):
+    """Waits until what is read is what is expected; keys and clicks take a moment to arrive."""
+    seen = []
+    try:
+        until(lambda: seen.append(read()) or seen[-1] == expected)
+    except AssertionError:
+        raise AssertionError(f"{seen[-1]!r} instead of {expected!r}") from None
 
 
 class Session:
     """A display, a Wine desktop on it, and a folder C:\\Qorvenix with the program in the prefix."""
 
-    def __init__(self, size="1280x1024", dpi=96, variables=None):
+    def __init__(self, dpi=96, variables=None):
         self.prefix = pathlib.Path(os.environ["PREFIX"])
         self.folder = self.prefix / "drive_c/Qorvenix"
+        self.user = next((self.prefix / "drive_c/users").glob("[!P]*"))  # and not Public
         self.environment = dict(os.environ, **(variables or {}))
-        self.size, self.dpi = size, dpi
+        self.dpi = dpi
         self._display = self._peek = None
 
     def __enter__(self):
         read, write = os.pipe()
         self._display = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write), "-screen", "0", f"{self.size}x24", "-nolisten", "tcp"],
+            ["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x1024x24", "-nolisten", "tcp"],
             pass_fds=[write], stderr=subprocess.DEVNULL)
         os.close(write)
         with os.fdopen(read) as number:
@@ -117,8 +84,9 @@ class Session:
         # What runs in the prefix already would open its windows on the display it was started on.
         self.end_wine()
         self.registry(r"HKCU\Software\Wine\Explorer", "Desktop", "test")
-        self.registry(r"HKCU\Software\Wine\Explorer\Desktops", "test", self.size)
-        self.set_dpi(self.dpi)
+        self.registry(r"HKCU\Software\Wine\Explorer\Desktops", "test", "1280x1024")
+        self.registry(r"HKCU\Control Panel\Desktop", "LogPixels", self.dpi, "REG_DWORD")
+        self.end_wine()
         self.folder.mkdir(exist_ok=True)
         shutil.copy(self.path(os.environ["QORVENIX"]), self.folder / "Qorvenix.exe")
         return self
@@ -156,21 +124,8 @@ class Session:
         self.run("wine", "regedit", "/S", r"C:\import.reg")
         file.unlink()
 
-    def set_dpi(self, dpi):
-        """The resolution for everything started from now on; ends what runs."""
-        self.registry(r"HKCU\Control Panel\Desktop", "LogPixels", dpi, "REG_DWORD")
-        self.end_wine()
-        self.dpi = dpi
-
-    def set_version(self, name):
-        """The Windows that the program sees ("win2k", "winxp", "vista"); None for the prefix's own."""
-        if name:
-            self.registry(SETTINGS_KEY, "Version", name)
-        else:
-            self.run("wine", "reg", "delete", SETTINGS_KEY, "/f", check=False)
-
     def settings(self, **values):
-        """Writes setting.ini. Names like 3Col0 are handed over in a dictionary: settings(**{"3Col0": 90})."""
+        """Writes setting.ini."""
         lines = "".join(f"{name}={value}\r\n" for name, value in values.items())
         (self.folder / "setting.ini").write_bytes(("[Morlet]\r\n" + lines).encode("cp932"))
 
@@ -178,38 +133,36 @@ class Session:
         text = (self.folder / "setting.ini").read_bytes().decode("cp932")
         return dict(line.split("=", 1) for line in text.splitlines() if "=" in line)
 
-    def size_settings(self, width, height, left=0, top=0):
-        """Settings of a window of that outer size, in pixels."""
-        return {name: pixels * 1440 / self.dpi for name, pixels in
-                zip(("X", "Y", "W", "H"), map(round, (left, top, width, height)))} | {"WinState": 0}
-
     def start(self, *arguments):
         return Window(self, arguments)
 
     # ---- looking
 
     def peek(self, *words):
-        """The lines that peek answers, each a list of fields; None when it found nothing to look at."""
+        """The records that peek answers; None when it found nothing to look at."""
         if not self._peek:
-            self._peek = subprocess.Popen(["wine", os.environ["TOOLS"] + r"\peek.exe", "serve"], env=self.environment,
+            self._peek = subprocess.Popen(["wine", TOOLS + r"\peek.exe"], env=self.environment, text=True,
                                           stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
-        self._peek.stdin.write((" ".join(map(str, words)) + "\n").encode())
+        self._peek.stdin.write(" ".join(map(str, words)) + "\n")
         self._peek.stdin.flush()
-        answer = []
-        while (line := self._peek.stdout.readline().decode()) not in ("ok\n", "failed\n"):
-            assert line, "peek has ended"
-            answer.append([_unescape(field) for field in line.rstrip("\n").split("\t")])
-        return answer if line == "ok\n" else None
+        return json.loads(self._peek.stdout.readline())
 
     def windows(self, window_class=None):
         """The visible top-level windows of all programs, the topmost first."""
-        found = [_record(TopLevel, fields) for fields in self.peek("windows") or []]
+        found = itertools.starmap(TopLevel, self.peek("windows") or [])
         return [each for each in found if window_class in (None, each.window_class)]
 
-    def dialog(self, seconds=20):
+    def dialog(self):
         """The controls of the message box or dialog that is open, itself first; waits for it."""
-        top = until(lambda: self.windows("#32770"), seconds, "a dialog")[0]
-        return [_record(Control, fields) for fields in self.peek("tree", top.handle)]
+        top = until(lambda: self.windows("#32770"), what="a dialog")[0]
+        return [*itertools.starmap(Control, self.peek("tree", top.handle))]
+
+    def ends_when_closed(self, window_class):
+        """Waits for a window of another program and closes it; returns its text."""
+        top = until(lambda: self.windows(window_class), what=window_class)[0]
+        self.peek("close", top.handle)
+        until(lambda: not self.windows(window_class), what="its end")
+        return top.text
 
     def menu_items(self):
         """Waits for a pop-up menu and tells of each of its items, separators left out, whether it is enabled. No other
@@ -225,28 +178,17 @@ class Session:
         texts = [[*band] for empty, band in bands if not empty]
         return [min(map(min, band)) < 64 for band in texts if len(band) > 4]  # a separator is thinner
 
-    def picture(self, name, crop=None):
-        """Saves the screen, or (left, top, width, height) of it, in build/pictures."""
-        file = ROOT / "build/pictures" / f"{name}.png"
-        file.parent.mkdir(parents=True, exist_ok=True)
-        area = ["-crop", "%dx%d+%d+%d" % (crop[2], crop[3], crop[0], crop[1]), "+repage"] if crop else []
-        subprocess.run(["import", "-window", "root", *area, file], env=self.environment, check=True)
-        return file
-
     # ---- keys and mouse
 
     def xdotool(self, *words):
         subprocess.run(["xdotool", *map(str, words)], env=self.environment, check=True)
 
-    def keys(self, *names, delay=20):
+    def keys(self, *names):
         """Presses keys by their X names, one after another: "ctrl+Tab", "Down", "alt+f"."""
-        self.xdotool("key", "--delay", delay, *names)
+        self.xdotool("key", "--delay", 20, *names)
 
     def move(self, x, y):
         self.xdotool("mousemove", x, y)
-
-    def click(self, x, y, button=1, times=1):
-        self.xdotool("mousemove", x, y, "click", "--repeat", times, "--delay", 60, button)
 
 
 class Window:
@@ -268,102 +210,93 @@ class Window:
 
     def __exit__(self, failed, *_):
         if failed:
-            self.session.picture("failed")
+            self.picture("failed")
             self.process.kill()  # it may be busy, and a close that it refuses would hide what has failed
         else:
-            self.close()
+            self.session.peek("close")
+            self.process.wait(20)
 
     def _is_painted(self):
         assert self.process.poll() is None, "the program has ended"
-        tree = self.session.peek("tree")
-        return tree and tree[0][3] == "1"
+        return self.session.peek("tree") and self.tree()["frmMain"].visible
 
     def _ticks(self):
         """Processor time used so far, in hundredths of a second."""
         fields = pathlib.Path(f"/proc/{self.process.pid}/stat").read_text().rsplit(")", 1)[1].split()
         return int(fields[11]) + int(fields[12])
 
-    def settle(self, quiet=0.15):
+    def settle(self):
         """Waits until the window answers and the program has not used the processor for a moment."""
-        end = time.monotonic() + 30
-        while time.monotonic() < end:
+        def at_rest():
             assert self.session.peek("wait") is not None, "the window hangs"
             before = self._ticks()
-            time.sleep(quiet)
-            if self._ticks() == before:
-                return
-        raise AssertionError("the program does not come to rest")
-
-    def close(self):
-        """Closes the window like its title bar does and waits for the program to end."""
-        if self.process.poll() is None:
-            self.session.peek("close")
-        try:
-            return self.process.wait(20)
-        except subprocess.TimeoutExpired:
-            self.process.kill()
-            raise AssertionError("the program does not end") from None
+            time.sleep(0.15)
+            return self._ticks() == before
+        until(at_rest, 30, "the program's rest")
 
     # ---- looking
 
-    def tree(self, face=""):
-        """All child windows by name (or by id, handle as a last resort), the main window itself as "frmMain".
-        Text sizes are those of the message font, or of the given face."""
-        names = {value: name for name, value in CONTROL.items()}
-        records = [_record(Control, fields) for fields in self.session.peek("tree", 0, face)]
-        tree = {"frmMain": records[0]}
-        for each in records[1:]:
-            own = each.parent == records[0].handle
-            tree[names[each.id] if own and each.id in names else each.handle] = each
-        return tree
+    def tree(self):
+        """All child windows by name (by handle for a part of a control), the main window itself as "frmMain"."""
+        main, *others = itertools.starmap(Control, self.session.peek("tree"))
+        return {"frmMain": main} | {NAME_OF.get(each.id, each.handle): each for each in others}
 
-    def control(self, name):
-        return self.tree()[name]
+    def text(self, name):
+        return self.tree()[name].text
+
+    def status(self):
+        return self.text("st")
+
+    def says(self, status):
+        becomes(self.status, status)
 
     def focus(self):
         """The name of the control that has the focus; its handle for a part of a control; None."""
         return next((name for name, each in self.tree().items() if each.focus), None)
 
     def list(self, name):
-        headers, widths, edges, selected, *rows = self.session.peek("list", CONTROL[name])
-        return Rows(headers, [*map(int, widths)], [*map(int, edges)], int(selected[0]), rows)
+        number = next(number for number, each in NAME_OF.items() if each == name)
+        headers, selected, *rows = self.session.peek("list", number)
+        return Rows(headers, selected[0], rows)
+
+    def names(self, name):
+        return [row[0] for row in self.list(name).rows]
 
     def shown_list(self):
         """The name of the list that is shown; None where the report is."""
         tree = self.tree()
-        return next((name for name in LIST_OF_TAB.values() if tree[name].visible), None)
+        return next((name for name in LISTS if tree[name].visible), None)
 
     def tabs(self):
         """The number of the selected tab, counted from 0, and all tabs."""
         selected, *tabs = self.session.peek("tabs")
-        return int(selected[0]), [_record(Tab, fields) for fields in tabs]
+        return selected[0], [*itertools.starmap(Tab, tabs)]
 
     def tab(self):
         return self.tabs()[0]
 
-    def status(self):
-        return self.session.peek("status")[0][0]
-
-    def text(self, name):
-        return self.session.peek("text", CONTROL[name])[0][0]
-
     def picture(self, name):
         """Saves a picture of the window with its frame in build/pictures."""
-        top = next(each for each in self.session.windows() if each.handle == self.tree()["frmMain"].handle)
-        return self.session.picture(name, (top.left, top.top, top.width, top.height))
+        main = self.tree()["frmMain"].handle
+        top = next(each for each in self.session.windows() if each.handle == main)
+        file = ROOT / "build/pictures" / f"{name}.png"
+        file.parent.mkdir(parents=True, exist_ok=True)
+        subprocess.run(["import", "-window", "root", "-crop", f"{top.width}x{top.height}+{top.left}+{top.top}",
+                        "+repage", file], env=self.session.environment, check=True)
+        return file
 
     # ---- acting
 
-    def keys(self, *names, delay=20):
-        self.session.keys(*names, delay=delay)
+    def keys(self, *names):
+        self.session.keys(*names)
         self.settle()
 
     def select(self, name, text, column=0):
-        """Walks to a row by arrow keys, in the list that has the focus."""
-        place = self.list(name).find(text, column)
-        assert place >= 0 and self.focus() == name, (text, self.focus())
+        """Walks to the row with that cell by arrow keys, in the list that has the focus."""
+        becomes(self.focus, name)
+        place = [row[column] for row in self.list(name).rows].index(text)
         self.keys("Home", *["Down"] * place)
-        assert self.list(name).selected == place, text
+        becomes(lambda: self.list(name).selected, place)
 
     def choose(self, letter):
         """Opens the pop-up menu of the selected row and chooses an item by its letter."""
@@ -371,27 +304,14 @@ class Window:
         self.session.menu_items()
         self.keys(letter)
 
-    def point(self, name, x=None, y=None):
-        """Where a pixel of a control lies on the screen; its middle without a pixel."""
+    def click(self, name, x, y, button=1):
+        """A real click on a pixel of a control."""
         tree = self.tree()
         main, control = tree["frmMain"], tree[name]
-        return (main.left + control.left + (control.width // 2 if x is None else x),
-                main.top + control.top + (control.height // 2 if y is None else y))
-
-    def click(self, name, x=None, y=None, button=1, times=1):
-        """A real click on a control."""
-        self.session.click(*self.point(name, x, y), button, times)
+        self.session.xdotool("mousemove", main.left + control.left + x, main.top + control.top + y, "click", button)
         self.settle()
 
     def click_tab(self, place):
         tab = self.tabs()[1][place]
         self.click("tb", (tab.left + tab.right) // 2, (tab.top + tab.bottom) // 2)
-
-    def right_click_row(self, name, place):
-        """Presses the right button on a row's name; the row must be in view."""
-        left, top, _, bottom = map(int, self.session.peek("row", CONTROL[name], place)[0])
-        self.session.click(*self.point(name, left + 20, (top + bottom) // 2), button=3)
-
-    def click_header(self, name, column):
-        rows = self.list(name)
-        self.click(name, rows.edges[column] + min(rows.widths[column] // 2, 30), 10)
+        becomes(self.tab, place)

@@ -6,17 +6,15 @@ import shutil
 import subprocess
 import zipfile
 
-from driver import HOME_PAGE, ROOT, Session, until
+from driver import HOME_PAGE, ROOT, Session
 
-made = []
+made = set()
 for _ in range(2):
     done = subprocess.run([ROOT / "tools/package"], check=True, capture_output=True, text=True)
     assert (f"placeholder {HOME_PAGE}" in done.stderr) == (".example" in HOME_PAGE), done.stderr
     package = pathlib.Path(done.stdout.strip())
-    made.append(package.read_bytes())
-    package.unlink()
-assert made[0] == made[1], "two packages of one commit differ"
-package.write_bytes(made[0])
+    made.add(package.read_bytes())
+assert len(made) == 1, "two packages of one commit differ"
 
 with Session() as session:
     shutil.rmtree(session.folder)
@@ -27,9 +25,7 @@ with Session() as session:
     assert b"\n" not in text.replace(b"\r\n", b"")
     assert text.decode("cp932").startswith("Qorvenix  Ver ") and HOME_PAGE in text.decode("cp932")
     session.import_registry('[HKEY_CLASSES_ROOT\\.txt]\n@="txtfile"\n')  # Wine forgets it
-    with session.start() as window:
+    with session.start():
         session.keys("alt+h", "r")
-        editor = until(lambda: [each for each in session.windows("Notepad") if "ReadMe" in each.text], 20, "the read-me")
-        session.peek("end", editor[0].handle)
-        assert window.tab() == 0
-print(package.name, len(made[0]), "bytes: repeatable, starts, finds its read-me")
+        assert "ReadMe" in session.ends_when_closed("Notepad")
+print(package.name, package.stat().st_size, "bytes: repeatable, starts, finds its read-me")

@@ -1,7 +1,8 @@
 // A program that notes how it was started in C:\record.txt, one UTF-16 line each time: its own path, the show command
 // of its first window, its command line, with tabs between. It can stand in for a program that the product starts.
 //   --wait N   lives N milliseconds          --exit N   ends with exit code N
-//   --start    starts itself once more, for 2 seconds
+//   --hold     lives until the event "Qorvenix release" is set and notes that; 10 seconds at most
+//   --start    starts itself once more, with --hold
 #include <windows.h>
 
 #include <cwchar>
@@ -29,7 +30,7 @@ void Record(const std::wstring& line) {
 }
 
 void StartSelf() {
-    std::wstring command_line = L"\"" + OwnPath() + L"\" --wait 2000";
+    std::wstring command_line = L"\"" + OwnPath() + L"\" --hold";
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION started = {};
@@ -44,6 +45,9 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
     GetStartupInfoW(&startup);
     Record(OwnPath() + L"\t" + std::to_wstring(startup.wShowWindow) + L"\t" + command_line + L"\n");
     if (std::wcsstr(command_line, L"--start")) StartSelf();
+    const HANDLE release = OpenEventW(SYNCHRONIZE, FALSE, L"Qorvenix release");
+    if (std::wcsstr(command_line, L"--hold") && WaitForSingleObject(release, 10000) == WAIT_OBJECT_0)
+        Record(L"\t\treleased\n");
     Sleep(NumberAfter(command_line, L"--wait "));
     return static_cast<int>(NumberAfter(command_line, L"--exit "));
 }

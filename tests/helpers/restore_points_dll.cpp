@@ -1,6 +1,6 @@
 // Stands in for the provider of restore points, for a whole program: a machine that has some. To be registered as the
 // in-process server of the class "winmgmts".
-#include "restore_points/provider.h"
+#include "support/automation_double.h"
 
 #include <memory>
 

@@ -1,7 +1,6 @@
 // A Windows service for the tests. What it does is told by the arguments of its command line:
 //   pause      accepts pause and continue
 //   nostop     refuses to be stopped
-//   begin=MS   stays in "start pending" that long
 //   steps=N    stops in N steps ...
 //   step=MS    ... of this length ...
 //   hint=MS    ... promising this wait hint ...
@@ -19,7 +18,6 @@ struct Options {
     bool pause = false;
     bool stop = true;
     bool frozen = false;
-    DWORD begin = 0;
     DWORD steps = 0;
     DWORD step = 0;
     DWORD hint = 0;
@@ -52,10 +50,6 @@ void WINAPI Control(DWORD control) {
 void WINAPI Run(DWORD, LPWSTR* arguments) {
     reporter = RegisterServiceCtrlHandlerW(arguments[0], Control);
     stop_wanted = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    if (options.begin > 0) {
-        Report(SERVICE_START_PENDING, 1, options.begin);
-        Sleep(options.begin);
-    }
     Report(SERVICE_RUNNING);
     WaitForSingleObject(stop_wanted, INFINITE);
     for (DWORD step = 1; step <= options.steps; ++step) {
@@ -73,7 +67,6 @@ void Read(std::wstring_view argument) {
     if (name == L"pause") options.pause = true;
     if (name == L"nostop") options.stop = false;
     if (name == L"frozen") options.frozen = true;
-    if (name == L"begin") options.begin = number;
     if (name == L"steps") options.steps = number;
     if (name == L"step") options.step = number;
     if (name == L"hint") options.hint = number;
