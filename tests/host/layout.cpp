@@ -1,47 +1,21 @@
 #include "shell/layout.h"
 
-#include <doctest/doctest.h>
+#include "ui/contrast.h"
 
-#include <utility>
-#include <vector>
+#include <doctest/doctest.h>
 
 using namespace shell;
 
 namespace {
 
-LayoutMetrics MetricsFor(int dpi, int text_height, int wide) {
-    const auto scaled = [dpi](int pixels) { return pixels * dpi / 96; };
-    LayoutMetrics metrics;
-    metrics.dpi = dpi;
-    metrics.text_height = scaled(text_height);
-    metrics.edit_height = metrics.text_height + scaled(7);
-    metrics.button_height = metrics.text_height + scaled(9);
-    metrics.button_width = scaled(88 * wide / 10);
-    metrics.release_width = scaled(48 * wide / 10);
-    metrics.browse_width = scaled(30);
-    metrics.caption_width = scaled(56 * wide / 10);
-    metrics.memory_caption_width = scaled(62 * wide / 10);
-    metrics.memory_value_width = scaled(112 * wide / 10);
-    metrics.heading_width = scaled(172 * wide / 10);
+// Of a font so many percent of the designed one.
+LayoutMetrics MetricsFor(int dpi, int percent) {
+    LayoutMetrics metrics = {.dpi = dpi, .scale = dpi};
+    for (int* each : {&metrics.text_height, &metrics.edit_height, &metrics.button_width, &metrics.button_height,
+                      &metrics.release_width, &metrics.browse_width, &metrics.caption_width,
+                      &metrics.memory_caption_width, &metrics.memory_value_width, &metrics.heading_width})
+        *each = *each * dpi / 96 * percent / 100;
     return metrics;
-}
-
-struct View {
-    DetailKind detail;
-    std::vector<Control> shown;
-};
-
-std::vector<View> Views() {
-    const std::vector<Control> captions = {Control::Label1_0,  Control::Label1_1,  Control::Label1_6,
-                                           Control::Label1_2,  Control::Label1_3,  Control::Label1_11,
-                                           Control::cmdMenu_0, Control::cmdMenu_1, Control::ListView1_0};
-    View information = {DetailKind::None, {}};
-    for (Control each = Control::txtSys; each < Control::st; each = Element(each, 1))
-        information.shown.push_back(each);
-    return {{DetailKind::Values, captions},
-            {DetailKind::Comment, {Control::lvService, Control::Label1_0, Control::txtComment}},
-            {DetailKind::None, {Control::ListView2}},
-            information};
 }
 
 bool Overlap(const Rectangle& left, const Rectangle& right) {
@@ -49,85 +23,64 @@ bool Overlap(const Rectangle& left, const Rectangle& right) {
            right.top < left.bottom();
 }
 
-struct Face {
-    int text_height, wide;
-};
+// Every control lies in the window and beside those before it.
+void CheckApart(const Placement& placed, std::vector<Control> shown, const Surroundings& around) {
+    shown.insert(shown.end(), {Control::tb, Control::st});
+    for (std::size_t i = 0; i < shown.size(); ++i) {
+        const Rectangle& own = placed[IndexOf(shown[i])];
+        CAPTURE(static_cast<int>(shown[i]));
+        CHECK((own.left >= 0 && own.top >= 0 && own.right() <= around.width && own.bottom() <= around.height));
+        for (std::size_t j = 0; j < i; ++j)
+            CHECK_FALSE(Overlap(own, placed[IndexOf(shown[j])]));
+    }
+}
 
-struct Client {
-    int width, height, rows_of_tabs;
-};
+// What the three kinds of view show, in a client area of designed pixels with so many rows of tabs.
+void CheckViews(const LayoutMetrics& metrics, int width, int height, int rows_of_tabs) {
+    const Surroundings around = {width * metrics.text_height / 12, height * metrics.text_height / 12,
+                                 rows_of_tabs * metrics.edit_height, metrics.edit_height};
+    Placement placed = Arrange(metrics, around, DetailKind::Values);
+    const auto at = [&placed](Control control) { return placed[IndexOf(control)]; };
+    CheckApart(placed,
+               {Control::ListView1_0, Control::Label1_0, Control::Label1_1, Control::Label1_6, Control::Label1_2,
+                Control::Label1_3, Control::Label1_11, Control::cmdMenu_0, Control::cmdMenu_1},
+               around);
+    CHECK(at(Control::Label1_0).width >= metrics.caption_width);
+    CHECK(at(Control::cmdMenu_0).width >= metrics.button_width);
+    CHECK(at(Control::ListView1_0).height >= 4 * metrics.text_height);
+    placed = Arrange(metrics, around, DetailKind::Comment);
+    CheckApart(placed, {Control::lvService, Control::Label1_0, Control::txtComment}, around);
+    placed = Arrange(metrics, around, DetailKind::None);
+    CheckApart(placed, {Control::ListView2}, around);
+    placed[IndexOf(Control::cb)].height = metrics.edit_height;  // closed
+    std::vector<Control> information;
+    for (Control each = Control::txtSys; each < Control::st; each = Element(each, 1))
+        information.push_back(each);
+    CheckApart(placed, information, around);
+    CHECK(at(Control::lblMem_1).width >= metrics.memory_value_width);
+    CHECK(at(Control::txtMemPath).width >= 40 * metrics.dpi / 96);
+    CHECK(at(Control::txtSys).width >= around.width / 3);
+}
 
 }  // namespace
 
-TEST_CASE("no control covers another or leaves the window, at every size, resolution and font") {
-    for (const int dpi : {96, 120, 144, 192}) {
-        for (const Face& face : {Face{12, 10}, {15, 11}, {17, 12}}) {
-            const LayoutMetrics metrics = MetricsFor(dpi, face.text_height, face.wide);
-            // Client areas of the smallest window, of common ones and of a 4K screen, with one to three rows of tabs.
-            for (const Client& client : {Client{464, 258, 3},
-                                         {464, 258, 2},
-                                         {640, 400, 2},
-                                         {784, 494, 1},
-                                         {784, 300, 1},
-                                         {1904, 1000, 1},
-                                         {3824, 2080, 1}}) {
-                const Surroundings around = {client.width * dpi / 96, client.height * dpi / 96,
-                                             client.rows_of_tabs * (metrics.text_height + 7 * dpi / 96),
-                                             metrics.text_height + 8 * dpi / 96};
-                for (const View& view : Views()) {
-                    CAPTURE(dpi);
-                    CAPTURE(face.text_height);
-                    CAPTURE(client.width);
-                    CAPTURE(client.height);
-                    CAPTURE(client.rows_of_tabs);
-                    Placement placed = Arrange(metrics, around, view.detail);
-                    placed[IndexOf(Control::cb)].height = metrics.edit_height;  // closed
-                    std::vector<Control> shown = view.shown;
-                    shown.insert(shown.end(), {Control::tb, Control::st});
-                    for (std::size_t i = 0; i < shown.size(); ++i) {
-                        const Rectangle& own = placed[IndexOf(shown[i])];
-                        CAPTURE(static_cast<int>(shown[i]));
-                        CHECK(own.left >= 0);
-                        CHECK(own.top >= 0);
-                        CHECK(own.right() <= around.width);
-                        CHECK(own.bottom() <= around.height);
-                        for (std::size_t j = 0; j < i; ++j) {
-                            CAPTURE(static_cast<int>(shown[j]));
-                            CHECK_FALSE(Overlap(own, placed[IndexOf(shown[j])]));
-                        }
-                    }
-                }
-            }
+TEST_CASE("no control covers another or leaves the window, and each has its room, at every size, resolution and font") {
+    for (const int dpi : {96, 120, 192}) {
+        for (const int percent : {100, 125, 150}) {
+            CAPTURE(dpi);
+            CAPTURE(percent);
+            const LayoutMetrics metrics = MetricsFor(dpi, percent);
+            // The smallest window, common ones and a 4K screen.
+            CheckViews(metrics, 464, 258, 3);
+            CheckViews(metrics, 784, 300, 1);
+            CheckViews(metrics, 1904, 1000, 1);
+            CheckViews(metrics, 3824, 2080, 1);
         }
     }
 }
 
-TEST_CASE("captions and buttons get the room they need, the list the rest") {
-    const LayoutMetrics metrics = MetricsFor(96, 12, 10);
-    const Placement placed = Arrange(metrics, {464, 258, 57, 20}, DetailKind::Values);
-    const auto at = [&placed](Control control) { return placed[IndexOf(control)]; };
-    CHECK(at(Control::Label1_0).width == metrics.caption_width);
-    CHECK(at(Control::Label1_0).left == at(Control::Label1_6).left);
-    CHECK(at(Control::Label1_2).left == at(Control::Label1_11).left);
-    CHECK(at(Control::cmdMenu_0).width == metrics.button_width);
-    CHECK(at(Control::cmdMenu_0).right() == at(Control::cmdMenu_1).right());
-    CHECK(at(Control::ListView1_0).height > 90);
-    CHECK(at(Control::ListView1_0).width == 464);
-
-    const Placement information = Arrange(metrics, {464, 258, 57, 20}, DetailKind::None);
-    CHECK(information[IndexOf(Control::lblMem_1)].width >= metrics.memory_value_width);
-    CHECK(information[IndexOf(Control::Label1_50)].width >= metrics.heading_width);
-    CHECK(information[IndexOf(Control::txtMemPath)].width >= 60);
-    const auto panel_width = [&metrics](int width) {
-        return Arrange(metrics, {width, 900, 20, 20}, DetailKind::None)[IndexOf(Control::cb)].width;
-    };
-    CHECK(panel_width(780) == 200);
-    CHECK(panel_width(1280) == 317);
-    CHECK(panel_width(3000) == 400);
-}
-
 TEST_CASE("the box of comments has room for the longest one, as far as a quarter of the window goes") {
-    const LayoutMetrics metrics = MetricsFor(96, 12, 10);
+    const LayoutMetrics metrics = MetricsFor(96, 100);
     const auto box_height = [&metrics](std::vector<Paragraphs> comments, int width = 784, int height = 900) {
         const Surroundings around = {width, height, 20, 20, comments};
         return Arrange(metrics, around, DetailKind::Comment)[IndexOf(Control::txtComment)].height;
@@ -138,4 +91,12 @@ TEST_CASE("the box of comments has room for the longest one, as far as a quarter
     CHECK(box_height({{600, 600, 600, 600, 600, 600}}, 464) > 10 * 12);  // each goes on in a second line
     CHECK(box_height({{60000}}) == (900 - 40) / 4 - 12);
     CHECK(box_height({{60000}}, 784, 260) == usual);
+}
+
+TEST_CASE("the contrast of colours is that of the guidelines, whichever is the text") {
+    CHECK(ui::ContrastRatio(0x000000, 0xFFFFFF) == doctest::Approx(21));
+    CHECK(ui::ContrastRatio(0xFFFFFF, 0x0000FF) == doctest::Approx(3.998).epsilon(0.001));
+    CHECK(ui::ContrastRatio(0xFF0000, 0xFFFFFF) == doctest::Approx(8.592).epsilon(0.001));
+    CHECK(ui::ContrastRatio(0x767676, 0xFFFFFF) >= ui::kReadableText);
+    CHECK(ui::ContrastRatio(0x767676, 0xFFF0F0) < ui::kReadableText);
 }

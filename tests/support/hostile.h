@@ -1,8 +1,6 @@
 // Hostile data for what the program reads from outside: random and mutated texts and bytes, the same for the same seed.
 #pragma once
 
-#include "support/nasty_texts.h"
-
 #include <doctest/doctest.h>
 
 #include <algorithm>
@@ -10,17 +8,31 @@
 #include <cstdio>
 #include <cstdlib>
 #include <iterator>
+#include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace hostile {
 
+using namespace std::string_view_literals;
+
 using Bytes = std::vector<std::byte>;
 
-inline std::uint64_t Variable(const char* name, std::uint64_t otherwise) {
-    const char* const text = std::getenv(name);
-    return text && *text ? std::strtoull(text, nullptr, 10) : otherwise;
-}
+// Texts that have broken programs, or might, with a bar between each two: alone and pieced together they go wherever
+// the program reads a text. Quotes and arguments, paths, variables, what decides about rows and links, code units that
+// are no characters or not in the code page, numbers.
+inline constexpr std::wstring_view kNastyTexts =
+    L"¦ ¦\0¦hidden\0behind¦                                                                  ¦\r\n\t\v¦/:\\a"
+    L"¦\"¦\"\"¦\"\"\"¦\" ¦\"C:\\Program Files\\a¦'¦ -¦ /¦ -/ -/¦,¦\",0¦,-2147483649¦\\¦\\\\¦\\??\\C:\\¦\\\\?\\"
+    L"¦\\\\?\\C:\\windows¦\\\\.\\PhysicalDrive0¦\\\\server\\share\\a.exe¦:¦C:¦C:\\¦C:/windows/regedit.exe¦C:\\Program"
+    L"¦C:\\windows\\..\\..\\..\\¦C:\\Program Files\\¦C:\\con\\con¦NUL¦a.exe:stream¦X:\\gone\\a.exe¦regedit.exe. . ."
+    L"¦.¦..¦*?<>|¦.exe¦.lnk¦::{20D04FE0-3AEA-1069-A2D8-08002B30309D}¦shell:startup¦C:\\windows\\regedit.exe"
+    L"¦%¦%%¦%ProgramFiles%\\a.exe /x¦%programfiles%%programfiles%¦%windir%\\regedit.exe¦%no such variable%¦%systemroot"
+    L"¦KB¦(KB123456)¦Microsoft¦MsiExec.exe /X{90120000-0015-0411-0000-00FF1CE}¦(個別ユーザー)SOFTWARE\\¦<リンク切れ>"
+    L"¦http://¦HTTPS://\xD800¦file:///C:/windows¦javascript:alert(1)¦mailto:¦表示ソ能¦İıẞǅ¦한국어 العربية¦\u202Eexe.txt"
+    L"¦\xD800¦\xDC00\xD800¦\xD83D\xDE00¦\xFFFE\xFFFF\xFEFF¦e\x301\x301\x301\x301\x301¦\x01\x02\x1B\x7F\x80\x9F"
+    L"¦-1¦4294967296¦99999999999999999999999999999999¦1e999¦20240231"sv;
 
 inline std::vector<std::wstring_view> NastyTexts() {
     std::vector<std::wstring_view> texts;
@@ -31,20 +43,13 @@ inline std::vector<std::wstring_view> NastyTexts() {
     return texts;
 }
 
-// Random numbers and what is made of them (xorshift64*; the library's own differ between machines).
+// Random numbers and what is made of them.
 class Source {
 public:
-    explicit Source(std::uint64_t seed) : state_(seed * 2 + 1) {}
+    explicit Source(std::uint64_t seed) : engine_(seed) {}
 
-    std::uint64_t next() {
-        state_ ^= state_ >> 12;
-        state_ ^= state_ << 25;
-        state_ ^= state_ >> 27;
-        return state_ * 0x2545F4914F6CDD1D;
-    }
-    std::uint32_t word() { return static_cast<std::uint32_t>(next() >> 32); }
     // From 0 to `count` - 1.
-    std::size_t below(std::size_t count) { return word() % count; }
+    std::size_t below(std::size_t count) { return static_cast<std::size_t>(engine_() % count); }
     bool once_in(std::size_t count) { return below(count) == 0; }
     template <class Array>
     const auto& pick(const Array& array) {
@@ -53,72 +58,51 @@ public:
 
     // A size at which something may end: near a buffer's end, near 0, seldom huge.
     std::size_t size() {
-        constexpr std::size_t starts[] = {0, 0, 2, 6, 126, 253, 254, 258, 510, 518, 1022, 2046};
-        if (once_in(400)) return 1U << 20;
-        return once_in(40) ? 65536 + below(3) : pick(starts) + below(5);
-    }
-
-    wchar_t unit() {
-        constexpr wchar_t units[] =
-            L"\0\x01\t\n\r \"%&'(),-./09:;<>?A\\aeKkB~\x7F\x80\xA0\xFF表ソ能ﾊ～①髙İıẞ"
-            L"\xD800\xDBFF\xDC00\xDFFF\x200B\x202E\x3000\xFEFF\xFFFE\xFFFF";
-        return once_in(3) ? static_cast<wchar_t>(word() & 0xFFFF) : pick(units);
+        constexpr std::size_t starts[] = {0, 6, 126, 253, 254, 258, 510, 518, 1022, 2046};
+        return once_in(400) ? 1U << 20 : pick(starts) + below(5);
     }
 
     std::wstring text() {
         static const std::vector<std::wstring_view> nasty = NastyTexts();
         std::wstring made;
-        if (once_in(4)) {
-            made.resize(once_in(2) ? size() % 2000 : below(20));
-            for (wchar_t& each : made)
-                each = unit();
-        } else {
-            for (std::size_t pieces = 1 + below(3); pieces > 0; --pieces)
-                made += pick(nasty);
-        }
+        for (std::size_t pieces = 1 + below(3); pieces > 0; --pieces)
+            made += pick(nasty);
+        if (once_in(8)) made.resize(size() % 3000, static_cast<wchar_t>(below(0x10000)));
         while (once_in(3))
             mutate(made);
         return made;
     }
 
-    // Some elements changed, doubled, taken out or cut off.
+    // Some elements changed, doubled or taken out, or all that follow cut off.
     template <class Sequence>
     void mutate(Sequence& sequence) {
         using Element = typename Sequence::value_type;
         if (sequence.empty()) return;
-        const std::size_t at = below(sequence.size());
-        const auto place = sequence.begin() + static_cast<std::ptrdiff_t>(at);
-        const auto end =
-            place + static_cast<std::ptrdiff_t>(1 + below(std::min<std::size_t>(sequence.size() - at, 16)));
+        const auto place = sequence.begin() + static_cast<std::ptrdiff_t>(below(sequence.size()));
+        const auto end = place + std::min<std::ptrdiff_t>(sequence.end() - place, 1 + engine_() % 16);
         const Sequence part(place, end);
-        const std::size_t bit = below(sizeof(Element) > 1 ? 16 : 8);
-        const std::size_t kind = below(6);
-        if (kind == 0) *place = static_cast<Element>(static_cast<unsigned>(*place) ^ 1U << bit);
-        if (kind == 1) *place = static_cast<Element>(word() & 0xFFFF);
-        if (kind == 2) std::fill(place, end, static_cast<Element>(once_in(2) ? 0xFFFF : 0));
-        if (kind == 3) sequence.insert(end, part.begin(), part.end());
-        if (kind == 4) sequence.erase(place, end);
-        if (kind == 5) sequence.erase(place, sequence.end());
-    }
-
-    Bytes bytes(std::size_t size) {
-        Bytes made(size);
-        for (std::byte& each : made)
-            each = static_cast<std::byte>(word());
-        return made;
+        const std::size_t kind = below(5);
+        if (kind == 0) *place = static_cast<Element>(below(0x10000));
+        if (kind == 1) std::fill(place, end, static_cast<Element>(once_in(2) ? 0xFFFF : 0));
+        if (kind == 2) sequence.insert(end, part.begin(), part.end());
+        if (kind > 2) sequence.erase(place, kind == 3 ? end : sequence.end());
     }
 
 private:
-    std::uint64_t state_;
+    std::mt19937_64 engine_;
 };
 
 // The rounds of a test: QORVENIX_SEED is another seed, QORVENIX_ROUNDS so many times the usual number of rounds.
 template <class Round>
 void Run(const char* name, std::uint64_t usual, Round&& run_round) {
-    const std::uint64_t seed = Variable("QORVENIX_SEED", 20080401);
-    const std::uint64_t rounds = usual * Variable("QORVENIX_ROUNDS", 1);
-    std::printf("%s: %lu rounds, QORVENIX_SEED=%lu\n", name, static_cast<unsigned long>(rounds),
-                static_cast<unsigned long>(seed));
+    const auto variable = [](const char* of, const char* otherwise) {
+        const char* const text = std::getenv(of);
+        return std::strtoull(text && *text ? text : otherwise, nullptr, 10);
+    };
+    const std::uint64_t seed = variable("QORVENIX_SEED", "20080401");
+    const std::uint64_t rounds = usual * variable("QORVENIX_ROUNDS", "1");
+    std::printf("%s: %s rounds, QORVENIX_SEED=%s\n", name, std::to_string(rounds).c_str(),
+                std::to_string(seed).c_str());
     Source source(seed);
     for (std::uint64_t round = 0; round < rounds; ++round) {
         CAPTURE(seed);

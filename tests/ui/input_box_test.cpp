@@ -1,22 +1,12 @@
 #include "ui/input_box.h"
 
 #include "support/show.h"
+#include "ui/control.h"
 #include "ui/host.h"
-#include "win/handle.h"
 
 #include <functional>
-#include <string>
-#include <vector>
 
 namespace {
-
-constexpr wchar_t kPrompt[] = L"復元ポイントを識別するのに役立つ説明を入力してください。";
-constexpr int kEdit = 100;
-
-std::wstring TextOf(HWND window) {
-    wchar_t text[1000] = {};
-    return {text, static_cast<std::size_t>(GetWindowTextW(window, text, 1000))};
-}
 
 // What a user does once the dialog is there.
 std::function<void(HWND)> act;
@@ -37,91 +27,56 @@ std::optional<std::wstring> Ask(HWND owner, std::wstring_view prompt, std::funct
     return ui::AskText(owner, prompt, ui::kProductName);
 }
 
-void Type(HWND dialog, std::wstring_view text) {
+void TypeAndPress(std::wstring_view text, WPARAM key) {
     for (const wchar_t each : text)
-        SendMessageW(GetDlgItem(dialog, kEdit), WM_CHAR, each, 0);
+        SendMessageW(GetFocus(), WM_CHAR, each, 0);
+    PostMessageW(GetFocus(), WM_KEYDOWN, key, 0);
 }
 
-void Press(WPARAM key) { PostMessageW(GetFocus(), WM_KEYDOWN, key, 0); }
-
-// Nothing overlaps, everything lies inside.
+// The box is on the screen, everything lies in it, and the prompt is wholly shown above the rest.
 void CheckLayout(HWND dialog) {
-    std::vector<RECT> areas;
-    RECT client = {};
+    RECT client = {}, box = {}, area = {}, common = {};
     GetClientRect(dialog, &client);
-    InflateRect(&client, -1, -1);
-    for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-        RECT area = {};
+    GetWindowRect(dialog, &box);
+    CHECK((box.left >= 0 && box.top >= 0 && box.right <= GetSystemMetrics(SM_CXSCREEN)));
+    const HWND prompt = GetWindow(dialog, GW_CHILD);
+    const win::WindowDc dc(prompt);
+    const win::Selected font(dc.get(), reinterpret_cast<HFONT>(SendMessageW(prompt, WM_GETFONT, 0, 0)));
+    RECT needed = {};
+    GetClientRect(prompt, &needed);
+    const LONG width = needed.right, height = needed.bottom;
+    DrawTextW(dc.get(), ui::TextOf(prompt).c_str(), -1, &needed, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+    CHECK((needed.right <= width && needed.bottom <= height));
+    for (HWND child = prompt; child; child = GetWindow(child, GW_HWNDNEXT)) {
         GetWindowRect(child, &area);
         MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&area), 2);
-        RECT common = {};
-        UnionRect(&common, &client, &area);
-        CHECK(EqualRect(&common, &client));
-        for (const RECT& other : areas)
-            CHECK_FALSE(IntersectRect(&common, &area, &other));
-        areas.push_back(area);
+        CHECK((UnionRect(&common, &client, &area) && EqualRect(&common, &client)));
+        CHECK((child == prompt || area.top >= height));
     }
-    REQUIRE(areas.size() == 4);
-    // The prompt is wholly shown, in the font of messages.
-    const HWND prompt = GetWindow(dialog, GW_CHILD);
-    NONCLIENTMETRICSW metrics = {};
-    metrics.cbSize = sizeof metrics;
-    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
-    const auto font = reinterpret_cast<HFONT>(SendMessageW(prompt, WM_GETFONT, 0, 0));
-    LOGFONTW look = {};
-    GetObjectW(font, sizeof look, &look);
-    CHECK(look.lfHeight == metrics.lfMessageFont.lfHeight);
-    CHECK(std::wstring(look.lfFaceName) == metrics.lfMessageFont.lfFaceName);
-    RECT needed = {0, 0, areas[0].right - areas[0].left, 0};
-    const win::WindowDc dc(prompt);
-    const win::Selected selected(dc.get(), font);
-    DrawTextW(dc.get(), TextOf(prompt).c_str(), -1, &needed, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
-    CHECK(needed.bottom <= areas[0].bottom - areas[0].top);
-    CHECK(needed.right <= areas[0].right - areas[0].left);
 }
 
 }  // namespace
 
-TEST_CASE("The input box returns what was typed on Enter and OK, nothing on Esc") {
-    const HWND owner = CreateWindowExW(0, L"STATIC", L"owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 200, 150, 700, 500,
-                                       nullptr, nullptr, nullptr, nullptr);
-    const auto typed = Ask(owner, kPrompt, [&](HWND dialog) {
-        CHECK(TextOf(dialog) == L"Qorvenix");
-        CHECK(TextOf(GetWindow(dialog, GW_CHILD)) == kPrompt);
-        CHECK(GetFocus() == GetDlgItem(dialog, kEdit));
-        CHECK_FALSE(IsWindowEnabled(owner));
+TEST_CASE("the input box returns what was typed on Enter and OK, nothing on Esc and on closing, and is read whole") {
+    constexpr wchar_t kPrompt[] = L"復元ポイントを識別するのに役立つ説明を入力してください。";
+    const win::Window owner(CreateWindowExW(0, L"STATIC", L"owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 200, 150, 700,
+                                            500, nullptr, nullptr, nullptr, nullptr));
+    const auto typed = Ask(owner.get(), kPrompt, [&](HWND dialog) {
+        CHECK(ui::TextOf(dialog) == L"Qorvenix");
+        CHECK(ui::TextOf(GetWindow(dialog, GW_CHILD)) == kPrompt);
+        CHECK_FALSE(IsWindowEnabled(owner.get()));
         CheckLayout(dialog);
-        RECT box = {}, around = {};
-        GetWindowRect(dialog, &box);
-        GetWindowRect(owner, &around);
-        CHECK(std::abs(box.left + box.right - around.left - around.right) <= 1);
-        CHECK(std::abs(box.top + box.bottom - around.top - around.bottom) <= 1);
-        Type(dialog, L"  導入前 & \"1\"");
-        Press(VK_RETURN);
+        TypeAndPress(L"  導入前 & \"1\"", VK_RETURN);
     });
     CHECK(typed == L"  導入前 & \"1\"");
-    CHECK(IsWindowEnabled(owner));
+    CHECK(IsWindowEnabled(owner.get()));
+    CHECK(Ask(owner.get(), kPrompt, [](HWND dialog) { SendMessageW(GetDlgItem(dialog, IDOK), BM_CLICK, 0, 0); }) ==
+          L"");
+    CHECK_FALSE(Ask(owner.get(), kPrompt, [](HWND) { TypeAndPress(L"typed", VK_ESCAPE); }).has_value());
 
-    CHECK(Ask(owner, kPrompt, [](HWND dialog) { PostMessageW(GetDlgItem(dialog, IDOK), BM_CLICK, 0, 0); }) == L"");
-    CHECK_FALSE(Ask(owner, kPrompt, [](HWND dialog) {
-                    Type(dialog, L"typed");
-                    Press(VK_ESCAPE);
-                }).has_value());
-    DestroyWindow(owner);
-}
-
-TEST_CASE("The input box wraps a long prompt, stays on the screen, and closing it is Cancel") {
-    const HWND owner = CreateWindowExW(0, L"STATIC", L"owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, -400, -200, 300, 200,
-                                       nullptr, nullptr, nullptr, nullptr);
-    const std::wstring prompt = L"Lines & more:\r\n" + std::wstring(300, L'説');
-    CHECK_FALSE(Ask(owner, prompt, [](HWND dialog) {
+    SetWindowPos(owner.get(), nullptr, -400, -200, 300, 200, SWP_NOZORDER);
+    CHECK_FALSE(Ask(owner.get(), L"Lines & more:\r\n" + std::wstring(300, L'説'), [](HWND dialog) {
                     CheckLayout(dialog);
-                    RECT box = {};
-                    GetWindowRect(dialog, &box);
-                    CHECK(box.left >= 0);
-                    CHECK(box.top >= 0);
-                    CHECK(box.right <= GetSystemMetrics(SM_CXSCREEN));
                     PostMessageW(dialog, WM_SYSCOMMAND, SC_CLOSE, 0);
                 }).has_value());
-    DestroyWindow(owner);
 }
