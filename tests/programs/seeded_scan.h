@@ -1,6 +1,7 @@
 // The uninstall scan on registry roots of a test's own, filling two real lists.
 #pragma once
 
+#include "programs/program_actions.h"
 #include "programs/uninstall_scan.h"
 #include "win/file_icon.h"
 
@@ -11,22 +12,26 @@
 #include "support/test_list.h"
 #include "win/edition.h"
 
-#include <vector>
-
 class SeededScan {
 public:
     static constexpr wchar_t kSid[] = L"S-1-5-21-1-2-3-1000";
-    static constexpr wchar_t kUninstall[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
-    static constexpr wchar_t kUninstall32[] = L"Software\\Wow6432Node\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
+    static constexpr wchar_t kUninstall[] = L"\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
+    static constexpr wchar_t kUninstall32[] = L"\\Software\\Wow6432Node\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
 
     void run() { programs::ScanUninstallKeys({programs.list, updates.list, icons.get()}, options, sid, host); }
 
-    TestKey sandbox{HKEY_CURRENT_USER, L"Software\\QorvenixTest\\scan"};
-    TestKey machine{HKEY_CURRENT_USER, sandbox.path() + L"\\machine\\" + kUninstall};
+    // The row of that name; a row without a name when there is none.
+    programs::ProgramRow row(const std::wstring& name) const {
+        const int index = programs.list.find(programs::ProgramColumn::Name, name);
+        return programs::ProgramAt(programs.list, index).value_or(programs::ProgramRow());
+    }
+
+    TestKey machine_root{HKEY_CURRENT_USER, L"Software\\QorvenixTest\\machine"};
+    TestKey users_root{HKEY_CURRENT_USER, L"Software\\QorvenixTest\\users"};
+    TestKey machine{HKEY_CURRENT_USER, machine_root.path() + kUninstall};
     // For a 32-bit program Wine takes such a key, wherever it lies, for the one without the node.
-    TestKey machine32{HKEY_CURRENT_USER,
-                      sandbox.path() + (win::kIs64Bit ? L"\\machine\\" : L"\\out of sight\\") + kUninstall32};
-    TestKey user{HKEY_CURRENT_USER, sandbox.path() + L"\\users\\" + kSid + L"\\" + kUninstall};
+    TestKey machine32{HKEY_CURRENT_USER, machine_root.path() + (win::kIs64Bit ? kUninstall32 : L"\\out of sight")};
+    TestKey user{HKEY_CURRENT_USER, users_root.path() + L"\\" + kSid + kUninstall};
 
     TestList programs{programs::kProgramColumns};
     TestList updates{programs::kProgramColumns};
@@ -36,14 +41,6 @@ public:
     TestHost host;
 
 private:
-    static win::RegKey Open(const std::wstring& path) {
-        win::RegKey key;
-        RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_ALL_ACCESS, key.put());
-        return key;
-    }
-
-    win::RegKey machine_root_ = Open(sandbox.path() + L"\\machine");
-    win::RegKey users_root_ = Open(sandbox.path() + L"\\users");
-    RootOverride machine_override_{HKEY_LOCAL_MACHINE, machine_root_.get()};
-    RootOverride users_override_{HKEY_USERS, users_root_.get()};
+    RootOverride machine_override_{HKEY_LOCAL_MACHINE, machine_root.get()};
+    RootOverride users_override_{HKEY_USERS, users_root.get()};
 };

@@ -1,6 +1,7 @@
-// The startup scan on registry roots and startup folders of a test's own, filling a real list.
+// The startup list on registry roots and startup folders of a test's own.
 #pragma once
 
+#include "startup/startup_actions.h"
 #include "startup/startup_scan.h"
 
 #include "support/root_override.h"
@@ -15,8 +16,8 @@
 class SeededStartup {
 public:
     SeededStartup() {
-        user_folders.set_text(L"", L"Startup", user_folder.path());
-        machine_folders.set_text(L"", L"Common Startup", common_folder.path());
+        user_folders.set_text({}, L"Startup", user_folder.path());
+        machine_folders.set_text({}, L"Common Startup", common_folder.path());
     }
 
     void run() { startup::ScanStartup(list.list, host); }
@@ -28,31 +29,20 @@ public:
     TestFolder user_folder{L"QorvenixStartup"};
     TestFolder common_folder{L"QorvenixCommon"};
     TestFolder programs{L"QorvenixPrograms"};
-    TestKey sandbox{HKEY_CURRENT_USER, L"Software\\QorvenixTest\\startup"};
-    TestKey user_folders{HKEY_CURRENT_USER, sandbox.path() + L"\\user\\" + kShellFolders};
-    TestKey machine_folders{HKEY_CURRENT_USER, sandbox.path() + L"\\machine\\" + kShellFolders};
-    TestKey machine_run{HKEY_CURRENT_USER, sandbox.path() + L"\\machine\\" + startup::kRunKey};
-    TestKey machine_once{HKEY_CURRENT_USER, sandbox.path() + L"\\machine\\" + startup::kRunOnceKey};
-    // For a 32-bit program Wine takes such a key, wherever it lies, for the one without the node.
-    static constexpr const wchar_t* kMachine32 = win::kIs64Bit ? L"\\machine\\" : L"\\out of sight\\";
-    TestKey machine_run32{HKEY_CURRENT_USER, sandbox.path() + kMachine32 + startup::kRunKey32};
-    TestKey machine_once32{HKEY_CURRENT_USER, sandbox.path() + kMachine32 + startup::kRunOnceKey32};
-    TestKey user_run{HKEY_CURRENT_USER, sandbox.path() + L"\\user\\" + startup::kRunKey};
-    TestKey user_once{HKEY_CURRENT_USER, sandbox.path() + L"\\user\\" + startup::kRunOnceKey};
+    TestKey machine{HKEY_CURRENT_USER, L"Software\\QorvenixTest\\machine"};
+    TestKey user{HKEY_CURRENT_USER, L"Software\\QorvenixTest\\user"};
+    TestKey user_folders{HKEY_CURRENT_USER, user.path() + L"\\" + kShellFolders};
+    TestKey machine_folders{HKEY_CURRENT_USER, machine.path() + L"\\" + kShellFolders};
+    TestKey machine_run{HKEY_CURRENT_USER, machine.path() + L"\\" + startup::kRunKey};
+    TestKey machine_once{HKEY_CURRENT_USER, machine.path() + L"\\" + startup::kRunOnceKey};
+    TestKey user_run{HKEY_CURRENT_USER, user.path() + L"\\" + startup::kRunKey};
+    TestKey user_once{HKEY_CURRENT_USER, user.path() + L"\\" + startup::kRunOnceKey};
     TestList list{startup::kStartupColumns};
     TestHost host;
 
 private:
-    win::RegKey machine_root_ = Open(L"machine");
-    win::RegKey user_root_ = Open(L"user");
-    RootOverride machine_override_{HKEY_LOCAL_MACHINE, machine_root_.get()};
-    RootOverride user_override_{HKEY_CURRENT_USER, user_root_.get()};
-
-    win::RegKey Open(const wchar_t* name) const {
-        win::RegKey key;
-        RegOpenKeyExW(sandbox.get(), name, 0, KEY_ALL_ACCESS, key.put());
-        return key;
-    }
+    RootOverride machine_override_{HKEY_LOCAL_MACHINE, machine.get()};
+    RootOverride user_override_{HKEY_CURRENT_USER, user.get()};
 };
 
 inline void MakeLink(const std::wstring& link_path, const std::wstring& target) {

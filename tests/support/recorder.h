@@ -1,56 +1,76 @@
-// Copies of the recorder program put in the place of others, and what they noted.
+// Files in the place of others until the end of a scope: of Windows' own, or of programs whose starts are recorded.
 #pragma once
 
-#include "support/stand_in.h"
+#include "support/show.h"
 #include "support/test_folder.h"
 #include "support/throw_away.h"
 #include "win/folders.h"
-#include "win/handle.h"
 #include "win/system_text.h"
+#include "win/text.h"
 
-#include <doctest/doctest.h>
-
+#include <deque>
+#include <sstream>
 #include <string>
 #include <vector>
 
-// What was there before comes back at the end.
+// A copy of `source` at the path `place`, or under that name in the system folder. What was there comes back.
+class StandIn {
+public:
+    StandIn(const std::wstring& place, const std::wstring& source)
+        : path_(win::Contains(place, L"\\") ? place : win::SystemDirectory() + L"\\" + place),
+          module_(PathFindFileNameW(place.c_str())) {
+        REQUIRE_THROW_AWAY();
+        MoveFileW(path_.c_str(), kept_.c_str());
+        // Else Wine loads its own program or library, whatever the file is. It names libraries without extension.
+        if (module_.ends_with(L".dll")) module_.resize(module_.size() - 4);
+        SHSetValueW(HKEY_CURRENT_USER, kOverrides, module_.c_str(), REG_SZ, L"native", sizeof L"native");
+        placed_ = CopyFileW(source.c_str(), path_.c_str(), TRUE) != FALSE;
+    }
+    StandIn(const StandIn&) = delete;
+    StandIn& operator=(const StandIn&) = delete;
+    ~StandIn() {
+        SHDeleteValueW(HKEY_CURRENT_USER, kOverrides, module_.c_str());
+        // It may still run.
+        for (int turn = 0; turn < 100 && win::IsFile(path_) && !DeleteFileW(path_.c_str()); ++turn)
+            Sleep(50);
+        MoveFileW(kept_.c_str(), path_.c_str());
+    }
+
+    bool placed() const { return placed_; }
+
+    // A file that was built beside the test program.
+    static std::wstring built(const std::wstring& name) { return win::ApplicationFolder() + L"\\" + name; }
+
+private:
+    static constexpr const wchar_t* kOverrides = L"Software\\Wine\\DllOverrides";
+
+    std::wstring path_;
+    std::wstring module_;
+    std::wstring kept_ = path_ + L".kept";
+    bool placed_ = false;
+};
+
+// Copies of the recorder program put in the place of others, and what they noted.
 class Recorder {
 public:
+    // A line of the recorder's file.
     struct Start {
-        std::wstring program;  // the full path of the copy that ran, in lower case
-        std::wstring show;     // its show command, in decimal
+        std::wstring program;  // in lower case
+        std::wstring show;
         std::wstring command_line;
     };
 
     Recorder() {
         REQUIRE_THROW_AWAY();
         GetDesktopWindow();  // Wine starts its Explorer now, before that may be replaced
-        // The program that wrote last may not have closed it yet.
-        for (int turn = 0; turn < 100 && !DeleteFileW(kRecord) && GetLastError() != ERROR_FILE_NOT_FOUND; ++turn) {
-            Sleep(10);
-        }
-    }
-    Recorder(const Recorder&) = delete;
-    Recorder& operator=(const Recorder&) = delete;
-    ~Recorder() {
-        for (const std::wstring& path : installed_) {
-            // It may still run.
-            for (int turn = 0; turn < 100 && win::IsFile(path) && !DeleteFileW(path.c_str()); ++turn)
-                Sleep(50);
-            MoveFileW(Aside(path).c_str(), path.c_str());
-        }
+        for (int turn = 0; turn < 100 && win::IsFile(kRecord) && !DeleteFileW(kRecord); ++turn)
+            Sleep(10);  // until the program that wrote last has closed it
     }
 
-    // Makes `path` a copy of the recorder. False when that cannot be.
-    bool install(const std::wstring& path) {
-        MoveFileW(path.c_str(), Aside(path).c_str());
-        if (!CopyFileW(StandIn::built(L"recorder_gui.exe").c_str(), path.c_str(), TRUE)) return false;
-        installed_.push_back(path);
-        return true;
+    // At a path, or in the place of a program of the system folder. False when that cannot be.
+    bool install(const std::wstring& place) {
+        return installed_.emplace_back(place, StandIn::built(L"recorder_gui.exe")).placed();
     }
-
-    // The same for a program of Windows' own.
-    bool install_in_system(const std::wstring& name) { return install(win::SystemDirectory() + L"\\" + name); }
 
     // `program` is `name` in the folder that 64-bit Windows shows to the product as its system folder.
     static bool is_in_system(const std::wstring& program, const std::wstring& name) {
@@ -59,37 +79,29 @@ public:
 
     // The starts noted so far; waits until there are `expected` of them, 5 seconds at most.
     std::vector<Start> starts(std::size_t expected) const {
-        std::vector<Start> noted = read();
-        for (int turn = 0; turn < 100 && noted.size() < expected; ++turn) {
+        for (int turn = 0; turn < 100 && starts().size() < expected; ++turn)
             Sleep(50);
-            noted = read();
-        }
-        return noted;
+        return starts();
     }
 
     // The starts noted after a time in which a wrong one would have shown.
     std::vector<Start> starts_after_a_while() const {
         Sleep(400);
-        return read();
+        return starts();
     }
 
 private:
     static constexpr const wchar_t* kRecord = L"C:\\record.txt";
 
-    static std::wstring Aside(const std::wstring& path) { return path + L".aside"; }
-
-    static std::vector<Start> read() {
+    static std::vector<Start> starts() {
         std::vector<Start> noted;
-        const std::wstring text = WideContentOf(kRecord);
-        std::size_t from = 0;
-        for (std::size_t end; (end = text.find(L'\n', from)) != text.npos; from = end + 1) {
-            const std::size_t first = text.find(L'\t', from);
-            const std::size_t second = text.find(L'\t', first + 1);
-            noted.push_back({win::LowerCase(text.substr(from, first - from)),
-                             text.substr(first + 1, second - first - 1), text.substr(second + 1, end - second - 1)});
-        }
+        std::wistringstream lines(WideContentOf(kRecord));
+        Start each;
+        while (
+            std::getline(std::getline(std::getline(lines, each.program, L'\t'), each.show, L'\t'), each.command_line))
+            noted.push_back({win::LowerCase(each.program), each.show, each.command_line});
         return noted;
     }
 
-    std::vector<std::wstring> installed_;
+    std::deque<StandIn> installed_;
 };
