@@ -2,10 +2,9 @@
 #include "bare_list.h"
 #include "results.h"
 
-#include "../tests/services/service_row_double.h"
+#include "../tests/support/automation_double.h"
 #include "../tests/support/test_host.h"
 #include "../tests/support/test_list.h"
-#include "../tests/support/wmi_double.h"
 #include "services/service_list.h"
 #include "win/text.h"
 
@@ -17,11 +16,17 @@ doubles::Members MakeRows(int count) {
     doubles::Members members;
     for (int index = 0; index < count; ++index) {
         const std::wstring number = win::ToText(index);
-        members.values.emplace_back(
-            MakeService({L"Service number " + number, L"Running", L"Manual",
-                         L"サービスの説明です。" + std::wstring(80, L'説') + L"。",
-                         L"C:\\WINDOWS\\system32\\svchost.exe -k " + number, false, true, L"service" + number})
-                .get());
+        const auto service = doubles::MakeObject({
+            {L"Caption", win::Variant(L"Service number " + number)},
+            {L"State", win::Variant(L"Running")},
+            {L"StartMode", win::Variant(L"Manual")},
+            {L"Description", win::Variant(L"サービスの説明です。" + std::wstring(80, L'説') + L"。")},
+            {L"PathName", win::Variant(L"C:\\WINDOWS\\system32\\svchost.exe -k " + number)},
+            {L"AcceptPause", doubles::OfType(VT_BOOL, VARIANT_FALSE)},
+            {L"AcceptStop", doubles::OfType(VT_BOOL, VARIANT_TRUE)},
+            {L"Name", win::Variant(L"service" + number)},
+        });
+        members.values.emplace_back(service.get());
     }
     return members;
 }

@@ -6,6 +6,7 @@
 #include "../tests/support/test_host.h"
 #include "tools/modFile.h"
 #include "tools/real_path.h"
+#include "win/process.h"
 #include "win/system_library.h"
 #include "win/system_text.h"
 #include "win/text.h"
@@ -15,6 +16,19 @@ namespace {
 constexpr wchar_t kFolder[] = L"C:\\bench temp";
 constexpr int kRounds = 5;
 constexpr int kFiles = 10000;
+
+// Runs a shell command of the host, which has to bring `sign` into being, a path on drive C:. False when it is not
+// there after that many seconds: such a program has no process handle to wait for.
+bool RunOnHost(const std::wstring& shell_command, const std::wstring& sign, int seconds) {
+    throw_away::RequireWine();
+    const std::wstring command = L"sh -c \"" + shell_command + L"\"";
+    win::StartProcess(L"\\\\?\\unix\\bin\\sh", command, win::WindowStyle::Normal);
+    for (int turn = 0; turn < 50 * seconds; ++turn) {
+        if (GetFileAttributesW(sign.c_str()) != INVALID_FILE_ATTRIBUTES) return true;
+        Sleep(20);
+    }
+    return false;
+}
 
 // The host makes them: Wine looks through the whole folder for each new name.
 bool MakeFiles(int count) {

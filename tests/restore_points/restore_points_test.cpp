@@ -1,177 +1,129 @@
 #include "programs/restore_page.h"
 
-#include "provider.h"
-
+#include "support/automation_double.h"
+#include "support/recorder.h"
 #include "support/show.h"
-#include "support/stand_in.h"
 #include "support/test_folder.h"
 #include "support/test_host.h"
 #include "support/test_list.h"
-
-#include <string>
-#include <vector>
 
 using namespace programs;
 
 namespace {
 
-constexpr wchar_t kNamespace[] = L"winmgmts:\\\\.\\root\\default";
-constexpr wchar_t kClass[] = L"winmgmts:\\\\.\\root\\default:Systemrestore";
-constexpr wchar_t kPrompt[] = L"復元ポイントを識別するのに役立つ説明を入力してください。";
-constexpr wchar_t kCreating[] = L"復元ポイント作成中...";
-constexpr wchar_t kCreated[] =
-    L"復元ポイント作成完了。リストを更新してください。表示されるのには数分かかる場合があります";
-
-using Rows = std::vector<std::vector<std::wstring>>;
+using Texts = std::vector<std::wstring>;
 
 win::Variant Point(const win::Variant& time, const win::Variant& description, const win::Variant& number) {
-    auto point = doubles::MakeObject();
-    point->property(L"CreationTime", time);
-    point->property(L"Description", description);
-    point->property(L"SequenceNumber", number);
+    const auto point =
+        doubles::MakeObject({{L"CreationTime", time}, {L"Description", description}, {L"SequenceNumber", number}});
     return win::Variant(point.get());
 }
 
 struct Machine {
     win::ComApartment apartment;
     const TestList test{kRestoreColumns};
+    const ui::ListView& list = test.list;
     Provider provider;
     TestHost host;
 };
 
-std::string Removed() { return ContentOf(L"C:\\removed.txt"); }
-
 }  // namespace
 
-TEST_CASE("Times move nine hours on; the minutes stand twice, the seconds not at all") {
-    const auto shown = [](const wchar_t* time) { return RestorePointTime(time).value_or(L"(none)"); };
-    CHECK(shown(L"20090301150405.000000-000") == L"2009/03/02 00:04:04");
-    CHECK(shown(L"20090301145959.999999+540") == L"2009/03/01 23:59:59");
-    CHECK(shown(L"20081231153012.") == L"2009/01/01 00:30:30");  // over the year
-    CHECK(shown(L"20080228200700.") == L"2008/02/29 05:07:07");  // onto the leap day
-    CHECK(shown(L"20090228200700.") == L"2009/03/01 05:07:07");
-    CHECK(shown(L"21000228200700.") == L"2100/03/01 05:07:07");  // no leap year
-    for (const wchar_t* broken :
-         {L"", L"2009030115040", L"20091301150405.", L"20090001150405.", L"20090230150405.", L"20090229150405.",
-          L"20090301240405.", L"20090301156005.", L"20090301150460.", L"2009030115040x.", L"-0090301150405.",
-          L"２00903011504.", L"00000000000000.", L"**************.******+***"}) {
-        CAPTURE(std::wstring(broken));
-        CHECK(shown(broken) == L"(none)");
+TEST_CASE("a point's time moves nine hours on, with the minutes in the place of the seconds, or it is none") {
+    const std::pair<const wchar_t*, const wchar_t*> times[] = {
+        {L"20090301150405.000000-000", L"2009/03/02 00:04:04"},
+        {L"20081231153012.", L"2009/01/01 00:30:30"},  // over the year
+        {L"20080228200700.", L"2008/02/29 05:07:07"},  // onto the leap day
+        {L"21000228200700.", L"2100/03/01 05:07:07"},  // no leap year
+    };
+    for (const auto& [time, shown] : times)
+        CHECK(RestorePointTime(time).value_or(L"") == shown);
+    for (const wchar_t* broken : {L"", L"2009030115040", L"20091301150405.", L"20090229150405.", L"20090301240405.",
+                                  L"2009030115040x.", L"-0090301150405.", L"00000000000000."}) {
+        CHECK(RestorePointTime(broken).value_or(L"") == L"");
     }
 }
 
-TEST_CASE_FIXTURE(Machine, "Points are listed in the provider's order, those without a time not at all") {
+TEST_CASE_FIXTURE(Machine, "points are listed in the provider's order, or the list is hidden and nothing can be done") {
+    const win::Variant null = doubles::OfType(VT_NULL);
     provider.points = {Point(win::Variant(L"20090301150405.000000-000"), win::Variant(L"二番"), win::Variant(12)),
-                       Point(doubles::Null(), doubles::Null(), win::Variant(0)),
-                       Point(win::Variant(L"broken"), win::Variant(L"broken"), win::Variant(13)),
-                       Point(win::Variant(L"20080101000000."), win::Variant(L""), win::Variant(L"7")),
-                       Point(win::Variant(L"20080101000000."), doubles::Null(), doubles::Null()),
-                       win::Variant(L"no object")};
-    test.list.add_row(L"a former row");
-    CHECK(ListRestorePoints(test.list));
-    CHECK(test.list.visible());
-    CHECK(test.list.header(0) == L"日時");
-    CHECK(test.list.header(1) == L"説明");
-    CHECK(test.rows() ==
-          Rows{{L"2009/03/02 00:04:04", L"二番"}, {L"2008/01/01 09:00:00", L""}, {L"2008/01/01 09:00:00", L""}});
-    CHECK(test.list.item_data(0) == 12);
-    CHECK(test.list.item_data(1) == 7);
-    CHECK(test.list.item_data(2) == 0);
-    CHECK(provider.calls == std::vector<std::wstring>{kNamespace, L"InstancesOf [systemrestore]"});
+                       Point(null, null, win::Variant(0)),
+                       Point(win::Variant(L"20080101000000."), null, win::Variant(L"7")),
+                       Point(win::Variant(L"20080101000000."), win::Variant(L"b"), null), win::Variant(L"no object")};
+    list.add_row(L"a former row");
+    list.show(false);
+    CHECK((ListRestorePoints(list) && list.visible()));
+    CHECK(test.rows() == std::vector<Texts>{{L"2009/03/02 00:04:04", L"二番"},
+                                            {L"2008/01/01 09:00:00", {}},
+                                            {L"2008/01/01 09:00:00", L"b"}});
+    CHECK((list.item_data(0) == 12 && list.item_data(1) == 7 && list.item_data(2) == 0));
+    CHECK(provider.calls == Texts{L"winmgmts:\\\\.\\root\\default", L"InstancesOf [systemrestore]"});
 
-    provider.points.clear();
-    test.list.show(false);
-    CHECK(ListRestorePoints(test.list));
-    CHECK(test.list.count() == 0);
-    CHECK(test.list.visible());
+    host.typed = L"described";
+    for (int fault = 0; fault < 3; ++fault) {
+        CAPTURE(fault);
+        provider.end = fault == 0 ? E_FAIL : S_FALSE;
+        provider.answer = fault == 1 ? E_ACCESSDENIED : S_OK;
+        provider.exists = fault != 2;
+        list.show(true);
+        CHECK_FALSE((ListRestorePoints(list) || list.visible()));
+        list.select(0);
+        CreateRestorePoint(list, host);
+        CHECK_FALSE(DeleteRestorePoint(list, host));
+        CHECK((host.questions.empty() && host.statuses.empty()));
+    }
 }
 
-TEST_CASE_FIXTURE(Machine, "A listing that fails leaves the list hidden, and creation and deletion off") {
-    provider.points = {Point(win::Variant(L"20090301150405."), win::Variant(L"one"), win::Variant(1))};
-    const auto fails = [&] {
-        test.list.show(true);
-        CHECK_FALSE(ListRestorePoints(test.list));
-        CHECK_FALSE(test.list.visible());
-        host.typed = L"described";
-        test.list.select(0);
-        CreateRestorePoint(test.list, host);
-        CHECK_FALSE(DeleteRestorePoint(test.list, host));
-        CHECK(host.questions.empty());
-        CHECK(host.statuses.empty());
-    };
-    provider.end = E_FAIL;
-    fails();
-    provider.end = S_FALSE;
-    provider.instances = E_ACCESSDENIED;
-    fails();
-    provider.instances = S_OK;
-    provider.exists = false;
-    fails();
-    CHECK(test.list.count() == 0);
-}
-
-TEST_CASE_FIXTURE(Machine, "A point is created from a description, with the kind and the event of a beginning change") {
+TEST_CASE_FIXTURE(Machine, "a point is created from a description, and one that fails leaves the status as it was") {
     host.set_status(L"12 個の項目");
     for (const std::optional<std::wstring>& nothing : {std::optional<std::wstring>(), std::optional(std::wstring())}) {
         host.typed = nothing;
-        CreateRestorePoint(test.list, host);
+        CreateRestorePoint(list, host);
     }
     CHECK(provider.calls.empty());
-    CHECK(host.statuses.size() == 1);
     REQUIRE(host.questions.size() == 2);
-    CHECK(host.questions[0].text == kPrompt);
-    CHECK(host.questions[0].title == L"Qorvenix");
-
+    CHECK(host.questions[0].text == L"復元ポイントを識別するのに役立つ説明を入力してください。");
     host.typed = L"導入前 \"1\"";
-    CreateRestorePoint(test.list, host);
-    CHECK(provider.calls == std::vector<std::wstring>{kClass, L"createrestorepoint [導入前 \"1\"][0][100]"});
-    CHECK(host.statuses == std::vector<std::wstring>{L"12 個の項目", kCreating, kCreated});
-    CHECK_FALSE(host.pointer_shows_hourglass);
-
-    provider.creation = E_ACCESSDENIED;
-    host.statuses = {L"12 個の項目"};
-    CreateRestorePoint(test.list, host);
-    CHECK(host.statuses == std::vector<std::wstring>{L"12 個の項目", kCreating, L"12 個の項目"});
-    provider.exists = false;
-    CreateRestorePoint(test.list, host);
-    CHECK(host.status_text() == L"12 個の項目");
+    provider.answer = E_ACCESSDENIED;
+    CreateRestorePoint(list, host);
+    provider.answer = S_OK;
+    CreateRestorePoint(list, host);
+    CHECK(provider.calls.back() == L"createrestorepoint [導入前 \"1\"] [0] [100]");
+    CHECK(provider.calls.front() == L"winmgmts:\\\\.\\root\\default:Systemrestore");
+    CHECK(host.statuses ==
+          Texts{L"12 個の項目", L"復元ポイント作成中...", L"12 個の項目", L"復元ポイント作成中...",
+                L"復元ポイント作成完了。リストを更新してください。表示されるのには数分かかる場合があります"});
     CHECK_FALSE(host.pointer_shows_hourglass);
 }
 
-TEST_CASE_FIXTURE(Machine, "The selected point is deleted by its number after a question") {
+TEST_CASE_FIXTURE(Machine, "the selected point is deleted by its number, after a question and no other") {
     const StandIn library(L"srclient.dll", StandIn::built(L"srclient_dll.dll"));
     REQUIRE(library.placed());
     DeleteFileW(L"C:\\removed.txt");
+    const auto removed = [] { return ContentOf(L"C:\\removed.txt"); };
     provider.points = {Point(win::Variant(L"20090301150405."), win::Variant(L"b"), win::Variant(12)),
                        Point(win::Variant(L"20090401150405."), win::Variant(L"a"), win::Variant(345))};
-    CHECK_FALSE(DeleteRestorePoint(test.list, host));
-    REQUIRE(ListRestorePoints(test.list));
-    CHECK_FALSE(DeleteRestorePoint(test.list, host));
+    REQUIRE(ListRestorePoints(list));
+    CHECK_FALSE(DeleteRestorePoint(list, host));
     CHECK(host.questions.empty());
 
-    test.list.sort(1, ui::SortOrder::Ascending);
-    test.list.select(0);
+    list.sort(RestoreColumn::Description, ui::SortOrder::Ascending);
+    list.select(0);
     host.answer = ui::Answer::Cancel;
-    CHECK_FALSE(DeleteRestorePoint(test.list, host));
+    CHECK_FALSE(DeleteRestorePoint(list, host));
     REQUIRE(host.questions.size() == 1);
     CHECK(host.questions[0].text == L"2009/04/02 00:04:04 の復元ポイントを削除します。\r\nよろしいですか？");
-    CHECK(Removed().empty());
-
+    CHECK(removed().empty());
     host.answer = ui::Answer::Ok;
-    host.on_question = [&] { test.list.clear(); };  // the rows may change while the question is open
-    CHECK(DeleteRestorePoint(test.list, host));
-    CHECK(Removed() == "345\n");
-
+    host.on_question = [&] { list.clear(); };  // the rows may change while the question is open
+    CHECK(DeleteRestorePoint(list, host));
+    CHECK(removed() == "345\n");
     // A point without a number cannot be meant; the list is read again all the same.
-    host.on_question = nullptr;
-    test.list.add_row(L"2009/01/01 00:00:00", 0);
-    test.list.select(0);
-    CHECK(DeleteRestorePoint(test.list, host));
-    CHECK(Removed() == "345\n");
-    CHECK(host.statuses.empty());
-}
+    list.add_row(L"2009/01/01 00:00:00", 0);
+    list.select(0);
+    CHECK(DeleteRestorePoint(list, host));
+    CHECK(removed() == "345\n");
 
-TEST_CASE("The Delete key is the first button") {
     const RestorePage page;
     CHECK(page.item_of_key(VK_DELETE, false, false) == page.item_of_button(0));
     CHECK(page.item_of_key(L'C', true, false) == ui::Page::kCopyItem);

@@ -1,4 +1,4 @@
-// Automation objects made by a test and registered for a class as a stranger's server would be.
+// Automation objects made by a test, registered for a class in this process as a stranger's server would be.
 #pragma once
 
 #include "win/automation.h"
@@ -10,39 +10,8 @@
 
 namespace doubles {
 
-// Reference counting and QueryInterface of an object with one interface. `alive` counts the objects of all kinds.
+// The objects that live.
 inline long alive = 0;
-
-// COM's interfaces have no virtual destructor: an object is destroyed by its last Release alone.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
-
-template <class Interface, const IID& id>
-class Counted : public Interface {
-public:
-    Counted() { ++alive; }
-    Counted(const Counted&) = delete;
-    Counted& operator=(const Counted&) = delete;
-    virtual ~Counted() { --alive; }
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID wanted, void** object) override {
-        const bool known = wanted == id || wanted == IID_IUnknown;
-        *object = known ? static_cast<Interface*>(this) : nullptr;
-        if (known) this->AddRef();
-        return known ? S_OK : E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG left = --references_;
-        if (left == 0) delete this;
-        return left;
-    }
-
-private:
-    ULONG references_ = 1;
-};
-
-#pragma GCC diagnostic pop
 
 inline HRESULT CopyTo(VARIANT* target, const win::Variant& value) {
     return VariantCopy(target, const_cast<VARIANT*>(&value.get()));
@@ -54,34 +23,22 @@ struct Members {
     HRESULT end = S_FALSE;
 };
 
-class Enumeration final : public Counted<IEnumVARIANT, IID_IEnumVARIANT> {
-public:
-    explicit Enumeration(Members members) : members_(std::move(members)) {}
-
-    HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* out, ULONG* fetched) override {
-        ULONG done = 0;
-        while (done < count && next_ < members_.values.size())
-            CopyTo(&out[done++], members_.values[next_++]);
-        if (fetched) *fetched = done;
-        return done == count ? S_OK : members_.end;
-    }
-    HRESULT STDMETHODCALLTYPE Skip(ULONG) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Reset() override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT**) override { return E_NOTIMPL; }
-
-private:
-    Members members_;
-    std::size_t next_ = 0;
-};
-
 // The arguments of a call, in its order.
 using Arguments = std::vector<VARIANT*>;
 
+// COM's interfaces have no virtual destructor: an object is destroyed by its last Release alone.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+
 // An object with late-bound members. As WMI's objects it wants a property read or a method call with both flags at
-// once and, as Wine's do, it overwrites the caller's parameter record.
-class Object final : public Counted<IDispatch, IID_IDispatch> {
+// once and, as Wine's do, it overwrites the caller's parameter record. It can be a collection or a factory as well.
+class Object final : public IDispatch, public IEnumVARIANT, public IClassFactory, public IParseDisplayName {
 public:
     using Member = std::function<HRESULT(const Arguments&, win::Variant&)>;
+    // `moniker` is empty where a class is asked for an object. A null object is a failure.
+    using Make = std::function<win::ComPtr<Object>(const std::wstring& moniker)>;
+
+    explicit Object(Make make = {}) : make_(std::move(make)) { ++alive; }
 
     Object& method(std::wstring name, Member member) {
         members_.emplace_back(std::move(name), std::move(member));
@@ -93,110 +50,193 @@ public:
             return S_OK;
         });
     }
-    Object& collection(std::function<Members()> members) {
-        members_of_collection_ = std::move(members);
+    Object& collection(std::function<Members()> rows) {
+        rows_ = std::move(rows);
         return *this;
     }
 
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
-        *count = 0;
-        return S_OK;
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID wanted, void** object) override {
+        *object = nullptr;
+        if (wanted == IID_IUnknown || wanted == IID_IDispatch) *object = static_cast<IDispatch*>(this);
+        if (wanted == IID_IEnumVARIANT) *object = static_cast<IEnumVARIANT*>(this);
+        if (wanted == IID_IClassFactory && make_) *object = static_cast<IClassFactory*>(this);
+        if (wanted == IID_IParseDisplayName && make_) *object = static_cast<IParseDisplayName*>(this);
+        if (*object) AddRef();
+        return *object ? S_OK : E_NOINTERFACE;
     }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+    ULONG STDMETHODCALLTYPE Release() override {
+        const ULONG left = --references_;
+        if (left == 0) delete this;
+        return left;
+    }
 
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
-        for (std::size_t index = 0; index < members_.size(); ++index) {
-            if (lstrcmpiW(members_[index].first.c_str(), names[0]) != 0) continue;
-            ids[0] = static_cast<DISPID>(index + 1);
-            return S_OK;
+        for (ids[0] = 1; static_cast<std::size_t>(ids[0]) <= members_.size(); ++ids[0]) {
+            if (lstrcmpiW(at(ids[0]).first.c_str(), names[0]) == 0) return S_OK;
         }
         return DISP_E_UNKNOWNNAME;
     }
-
     HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* parameters, VARIANT* result,
                                      EXCEPINFO*, UINT*) override {
-        const bool puts = flags == DISPATCH_PROPERTYPUT;
-        if (!puts && flags != (DISPATCH_METHOD | DISPATCH_PROPERTYGET)) return E_NOTIMPL;
+        if (flags != DISPATCH_PROPERTYPUT && flags != (DISPATCH_METHOD | DISPATCH_PROPERTYGET)) return E_NOTIMPL;
         const DISPPARAMS given = std::exchange(*parameters, DISPPARAMS());
         Arguments arguments;
         for (UINT index = given.cArgs; index > 0; --index)
             arguments.push_back(&given.rgvarg[index - 1]);
         win::Variant answer;
-        if (id == DISPID_NEWENUM && members_of_collection_) {
-            VARIANT* members = answer.put();
-            members->vt = VT_UNKNOWN;
-            members->punkVal = new Enumeration(members_of_collection_());
-        } else {
-            if (id < 1 || static_cast<std::size_t>(id) > members_.size()) return DISP_E_MEMBERNOTFOUND;
-            const HRESULT code = members_[static_cast<std::size_t>(id) - 1].second(arguments, answer);
-            if (FAILED(code)) return code;
+        if (id == DISPID_NEWENUM && rows_) {
+            left_ = rows_();
+            next_ = 0;
+            answer = win::Variant(this);
+        } else if (id < 1 || static_cast<std::size_t>(id) > members_.size()) {
+            return DISP_E_MEMBERNOTFOUND;
+        } else if (const HRESULT code = at(id).second(arguments, answer); FAILED(code)) {
+            return code;
         }
         return result ? CopyTo(result, answer) : S_OK;
     }
 
+    // The one next member, whatever is asked for.
+    HRESULT STDMETHODCALLTYPE Next(ULONG, VARIANT* out, ULONG* fetched) override {
+        *fetched = next_ < left_.values.size() ? 1 : 0;
+        return *fetched ? CopyTo(out, left_.values[next_++]) : left_.end;
+    }
+    HRESULT STDMETHODCALLTYPE Skip(ULONG) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE Reset() override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT**) override { return E_NOTIMPL; }
+
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID wanted, void** object) override {
+        const win::ComPtr<Object> made = make_({});
+        *object = nullptr;
+        return made ? made->QueryInterface(wanted, object) : E_FAIL;
+    }
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE ParseDisplayName(IBindCtx*, LPOLESTR name, ULONG* eaten, IMoniker** moniker) override {
+        const win::ComPtr<Object> made = make_(name);
+        *moniker = nullptr;
+        *eaten = static_cast<ULONG>(lstrlenW(name));
+        return made ? CreatePointerMoniker(static_cast<IDispatch*>(made.get()), moniker) : E_ACCESSDENIED;
+    }
+
 private:
+    friend class RegisteredClass;
+    ~Object() { --alive; }
+
+    const std::pair<std::wstring, Member>& at(DISPID id) const { return members_[static_cast<std::size_t>(id) - 1]; }
+
+    ULONG references_ = 1;
+    Make make_;
     std::vector<std::pair<std::wstring, Member>> members_;
-    std::function<Members()> members_of_collection_;
+    std::function<Members()> rows_;
+    Members left_;  // of the enumeration, which is the collection itself
+    std::size_t next_ = 0;
 };
 
-inline win::ComPtr<Object> MakeObject() { return win::ComPtr<Object>(new Object); }
+#pragma GCC diagnostic pop
 
-inline win::Variant Boolean(bool value) {
+inline win::ComPtr<Object> MakeObject(std::initializer_list<std::pair<const wchar_t*, win::Variant>> properties = {}) {
+    win::ComPtr<Object> object(new Object);
+    for (const auto& [name, value] : properties)
+        object->property(name, value);
+    return object;
+}
+
+// VT_NULL, or VT_BOOL with one of its values.
+inline win::Variant OfType(VARTYPE type, VARIANT_BOOL value = VARIANT_FALSE) {
     win::Variant variant;
-    VARIANT* target = variant.put();
-    target->vt = VT_BOOL;
-    target->boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
+    variant.put()->boolVal = value;
+    variant.put()->vt = type;
     return variant;
 }
 
-inline win::Variant Null() {
-    win::Variant variant;
-    variant.put()->vt = VT_NULL;
-    return variant;
-}
-
-// Gives out a factory for the class `prog_id` in this process while it lives.
-class Registration {
+// Makes the objects of the class `prog_id` in this process while it lives.
+class RegisteredClass {
 public:
-    Registration(const wchar_t* prog_id, win::ComPtr<IClassFactory> factory) : factory_(std::move(factory)) {
+    RegisteredClass(const wchar_t* prog_id, Object::Make make) : factory_(std::move(make)) {
         CLSID id = {};
+        IUnknown* const factory = static_cast<IDispatch*>(&factory_);
         if (FAILED(CLSIDFromProgID(prog_id, &id))) return;
-        CoRegisterClassObject(id, factory_.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie_);
+        CoRegisterClassObject(id, factory, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie_);
     }
-    Registration(const Registration&) = delete;
-    Registration& operator=(const Registration&) = delete;
-    ~Registration() { CoRevokeClassObject(cookie_); }
+    RegisteredClass(const wchar_t* prog_id, std::function<win::ComPtr<Object>()> make)
+        : RegisteredClass(prog_id, [make = std::move(make)](const std::wstring&) { return make(); }) {}
+    RegisteredClass(const RegisteredClass&) = delete;
+    RegisteredClass& operator=(const RegisteredClass&) = delete;
+    ~RegisteredClass() { CoRevokeClassObject(cookie_); }
 
 private:
-    win::ComPtr<IClassFactory> factory_;
+    Object factory_;  // its own reference is never released
     DWORD cookie_ = 0;
 };
 
-// Makes the objects of the class `prog_id`; a null object fails the creation.
-class RegisteredClass {
-public:
-    using Make = std::function<win::ComPtr<Object>()>;
+}  // namespace doubles
 
-    RegisteredClass(const wchar_t* prog_id, Make make)
-        // The factory counts its references. NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
-        : registration_(prog_id, win::ComPtr<IClassFactory>(new Factory(std::move(make)))) {}
+// This computer's WMI as a test wants it: while it lives, "WbemScripting.SWbemLocator" is made here.
+class WmiDouble {
+public:
+    explicit WmiDouble(std::function<doubles::Members(const std::wstring& query)> answer)
+        : answer_(std::move(answer)), locator_(L"WbemScripting.SWbemLocator", [this] { return locator(); }) {}
+
+    int steps = 3;  // that succeed: the locator is made, connects, takes queries
+    std::vector<std::wstring> queries;
 
 private:
-    class Factory final : public Counted<IClassFactory, IID_IClassFactory> {
-    public:
-        explicit Factory(Make make) : make_(std::move(make)) {}
-        HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID wanted, void** object) override {
-            const win::ComPtr<Object> made = make_();
-            *object = nullptr;
-            return made ? made->QueryInterface(wanted, object) : E_FAIL;
-        }
-        HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
+    win::ComPtr<doubles::Object> locator() {
+        if (steps < 1) return {};
+        auto locator = doubles::MakeObject();
+        locator->method(L"ConnectServer", [this](const doubles::Arguments& arguments, win::Variant& result) {
+            result = win::Variant(&doubles::MakeObject()->method(
+                L"ExecQuery", [this](const auto& query, auto& rows) { return execute(query, rows); }));
+            return steps < 2 || !arguments.empty() ? E_ACCESSDENIED : S_OK;
+        });
+        return locator;
+    }
+    HRESULT execute(const doubles::Arguments& arguments, win::Variant& result) {
+        if (steps < 3 || arguments.size() != 1 || arguments[0]->vt != VT_BSTR) return E_FAIL;
+        queries.emplace_back(arguments[0]->bstrVal);
+        result =
+            win::Variant(&doubles::MakeObject()->collection([this, query = queries.back()] { return answer_(query); }));
+        return S_OK;
+    }
 
-    private:
-        Make make_;
-    };
-
-    Registration registration_;
+    std::function<doubles::Members(const std::wstring& query)> answer_;
+    doubles::RegisteredClass locator_;
 };
 
-}  // namespace doubles
+// A machine's restore points, and what was asked of their provider: names that begin with "winmgmts:" mean it.
+class Provider {
+public:
+    std::vector<win::Variant> points;
+    HRESULT end = S_FALSE;  // how their enumeration ends
+    HRESULT answer = S_OK;  // of the methods
+    bool exists = true;
+    std::vector<std::wstring> calls;
+
+private:
+    // What the methods return but for the points is nobody's concern.
+    win::ComPtr<doubles::Object> bind(const std::wstring& moniker) {
+        calls.push_back(moniker);
+        if (!exists) return {};
+        auto object = doubles::MakeObject();
+        for (const wchar_t* name : {L"InstancesOf", L"createrestorepoint"}) {
+            object->method(name, [this, name](const doubles::Arguments& arguments, win::Variant& result) {
+                std::wstring& call = calls.emplace_back(name);
+                for (VARIANT* argument : arguments) {
+                    win::Variant copy;
+                    VariantCopy(copy.put(), argument);
+                    call += L" [" + copy.text() + L"]";
+                }
+                result = win::Variant(&doubles::MakeObject()->collection([this] {
+                    return doubles::Members{points, end};
+                }));
+                return answer;
+            });
+        }
+        return object;
+    }
+
+    doubles::RegisteredClass parser_{L"winmgmts", [this](const std::wstring& moniker) { return bind(moniker); }};
+};

@@ -1,33 +1,18 @@
-// What the host does for a test: links, which Wine cannot make, and many files at once.
+// What the host does for a test: links, which Wine cannot make.
 #pragma once
 
 #include "throw_away.h"
 #include "win/edition.h"
-#include "win/process.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
 // The host's name of a path on drive C:.
 inline std::wstring HostPath(const std::wstring& path) {
     std::wstring host = throw_away::Variable(L"WINEPREFIX") + L"/dosdevices/c:" + path.substr(2);
-    for (wchar_t& each : host) {
-        if (each == L'\\') each = L'/';
-    }
+    std::ranges::replace(host, L'\\', L'/');
     return host;
-}
-
-// Runs a shell command of the host, which has to bring `sign` into being, a path on drive C:. False when it is not
-// there after that many seconds: such a program has no process handle to wait for.
-inline bool RunOnHost(const std::wstring& shell_command, const std::wstring& sign, int seconds = 5) {
-    throw_away::RequireWine();
-    const std::wstring command = L"sh -c \"" + shell_command + L"\"";
-    win::StartProcess(L"\\\\?\\unix\\bin\\sh", command, win::WindowStyle::Normal);
-    for (int turn = 0; turn < 50 * seconds; ++turn) {
-        if (GetFileAttributesW(sign.c_str()) != INVALID_FILE_ATTRIBUTES) return true;
-        Sleep(20);
-    }
-    return false;
 }
 
 // A call into the host's kernel, which a program under Wine can make like any other: quicker than a shell, and between
@@ -40,8 +25,8 @@ bool CallHost(HostCall call, const std::wstring& first, const std::wstring& seco
     throw_away::RequireWine();
     const auto utf8 = [](const std::wstring& text) {
         std::string bytes(text.size() * 3 + 1, '\0');
-        WideCharToMultiByte(CP_UTF8, 0, text.c_str(), -1, bytes.data(), static_cast<int>(bytes.size()), nullptr,
-                            nullptr);
+        const auto size = static_cast<int>(bytes.size());
+        WideCharToMultiByte(CP_UTF8, 0, text.c_str(), -1, bytes.data(), size, nullptr, nullptr);
         return bytes;
     };
     const std::string one = utf8(first);
@@ -56,23 +41,16 @@ bool CallHost(HostCall call, const std::wstring& first, const std::wstring& seco
     return result == 0;
 }
 
-// The links that are still there at the program's end. The host removes them: Wine would remove what they lead to.
-class HostLinks {
-public:
-    HostLinks() = default;
-    HostLinks(const HostLinks&) = delete;
-    HostLinks& operator=(const HostLinks&) = delete;
-    ~HostLinks() {
-        for (const std::wstring& path : made)
-            CallHost(HostCall::Unlink, path);
-    }
-
-    std::vector<std::wstring> made;
-};
-
-// Makes a link at `path` ("C:\...") that leads to `target`, a path as the host reads it from there ("../outside").
+// Makes a link at `path` ("C:\...") that leads to `target`, a path as the host reads it from there ("../outside"). What
+// is still there at the program's end the host removes: Wine would remove what it leads to.
 inline bool MakeHostLink(const std::wstring& target, const std::wstring& path) {
-    static HostLinks links;
-    links.made.push_back(HostPath(path));
-    return CallHost(HostCall::Symlink, target, HostPath(path));
+    struct Links {
+        std::vector<std::wstring> made;
+        ~Links() {
+            for (const std::wstring& link : made)
+                CallHost(HostCall::Unlink, link);
+        }
+    };
+    static Links links;
+    return CallHost(HostCall::Symlink, target, links.made.emplace_back(HostPath(path)));
 }

@@ -3,20 +3,22 @@
 
 #include "win/platform.h"
 
+#include <doctest/doctest.h>
+
 #include <string_view>
+#include <utility>
 
 class ImportHook {
 public:
     // Every call of the function `name` goes to `replacement` from now on, until the hook's end.
     template <class Function>
     ImportHook(std::string_view name, Function* replacement) : slot_(find(name)) {
-        if (slot_) original_ = write(reinterpret_cast<ULONG_PTR>(replacement));
+        REQUIRE(slot_);
+        original_ = write(reinterpret_cast<ULONG_PTR>(replacement));
     }
     ImportHook(const ImportHook&) = delete;
     ImportHook& operator=(const ImportHook&) = delete;
-    ~ImportHook() {
-        if (slot_) write(original_);
-    }
+    ~ImportHook() { write(original_); }
 
     explicit operator bool() const { return slot_ != nullptr; }
 
@@ -29,10 +31,7 @@ private:
     ULONG_PTR write(ULONG_PTR function) const {
         DWORD protection = 0;
         VirtualProtect(slot_, sizeof *slot_, PAGE_READWRITE, &protection);
-        const ULONG_PTR before = *slot_;
-        *slot_ = function;
-        VirtualProtect(slot_, sizeof *slot_, protection, &protection);
-        return before;
+        return std::exchange(*slot_, function);
     }
 
     // The place in the import table through which the program calls `name`; null when it never does.
