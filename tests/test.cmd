@@ -1,5 +1,6 @@
 @echo off
-rem test.cmd [/throw-away]   runs the tests of both editions, one program after another.
+rem test.cmd [/throw-away [NAME]]   runs the tests of both editions, one program after another,
+rem or the program of that name in both.
 rem
 rem What would change this machine (services, uninstallers, deletions, Windows' own registry keys)
 rem is skipped, unless /throw-away tells that the machine may be thrown away afterwards. Run it then
@@ -8,15 +9,17 @@ setlocal
 cd /d "%~dp0"
 set QORVENIX_THROW_AWAY=0
 if /i "%~1"=="/throw-away" set QORVENIX_THROW_AWAY=1
+set tests=test_*.exe
+if not "%~2"=="" set tests=test_%~2.exe
 set QORVENIX_RESULTS=%CD%\results.txt
 set passed=0
 set failed=0
 set skipped=0
 
-for %%t in (32\test_*.exe) do call :run_tests %%t
+for %%t in (32\%tests%) do call :run_tests %%t
 call :run_program 32\peek.exe Qorvenix.exe
 if "%PROCESSOR_ARCHITECTURE%%PROCESSOR_ARCHITEW6432%"=="x86" goto :without_64_bits
-for %%t in (64\test_*.exe) do call :run_tests %%t
+for %%t in (64\%tests%) do call :run_tests %%t
 call :run_program 64\peek.exe Qorvenix64.exe
 goto :end
 
