@@ -1,6 +1,7 @@
 #include "services/service_control.h"
 
 #include "services/service_advice.h"
+#include "shell/process_list.h"
 #include "support/automation_double.h"
 #include "support/recorder.h"
 #include "support/test_host.h"
@@ -12,7 +13,6 @@ namespace {
 
 using Cells = std::vector<std::wstring>;
 
-// The service list as a user has it before him.
 struct Desk {
     win::ComApartment apartment;
     TestList window{kServiceColumns};
@@ -32,7 +32,6 @@ struct Desk {
         for (int column = 1; column < list.column_count(); ++column)
             list.set_cell(row, column, cells[static_cast<std::size_t>(column)]);
     }
-    // The choice of an item for the service's row, which has to be enabled.
     void choose(ServiceItem::Index item, const std::wstring& service) {
         list.select(list.find(ServiceColumn::Name, service));
         REQUIRE(IsServiceItemEnabled(item, ServiceCellsOf(list, list.selected())));
@@ -106,14 +105,13 @@ TEST_CASE_FIXTURE(Desk, "a row offers what its cells allow, and tells its descri
             if (IsServiceItemEnabled(item.index, cells)) items.push_back(item.index);
         return items;
     };
-    CHECK(enabled({}) == std::vector<int>{1, 99});
     for (int row = 0; const auto& [cells, items] : rows) {
         add_row(cells);
         CHECK(enabled(ServiceCellsOf(list, row)) == items);
         const ServiceDetail detail = ServiceDetailOf(list, row++);
         CHECK(std::pair(detail.comment, detail.advice) == details[row - 1]);
     }
-    CHECK_FALSE(ServiceCellsOf(list, -1));
+    CHECK(enabled(ServiceCellsOf(list, -1)) == std::vector<int>{1, 99});
     for (const auto& [name, advice] : AdviceTable())
         CHECK(LookupServiceAdvice(name) == advice);
 }
@@ -241,4 +239,17 @@ TEST_CASE_FIXTURE(Desk, "a request is believed only when it returns 0, and a sta
     RunServiceItem(ServiceItem::Start, list, host);
     CHECK(window.rows()[0] == rows[0]);
     CHECK(list.cell(1, ServiceColumn::State) == L"開始");
+}
+
+TEST_CASE_FIXTURE(Desk, "this process is listed with its number and owner") {
+    const TestList processes(shell::kProcessColumns);
+    shell::FillProcessList(processes.list, host);
+    const int own = processes.list.find(shell::ProcessColumn::Id, std::to_wstring(GetCurrentProcessId()));
+    CHECK(processes.list.cell(own, shell::ProcessColumn::Name) == L"test_services.exe");
+    CHECK(processes.list.cell(own, shell::ProcessColumn::Description) == L"test_services.exe");
+    wchar_t user[256] = {};
+    DWORD length = 256;
+    GetUserNameW(user, &length);
+    CHECK(processes.list.cell(own, shell::ProcessColumn::UserName) == user);
+    CHECK((processes.list.visible() && host.statuses.empty()));
 }

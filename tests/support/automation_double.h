@@ -99,7 +99,6 @@ public:
         return result ? CopyTo(result, answer) : S_OK;
     }
 
-    // The one next member, whatever is asked for.
     HRESULT STDMETHODCALLTYPE Next(ULONG, VARIANT* out, ULONG* fetched) override {
         *fetched = next_ < left_.values.size() ? 1 : 0;
         return *fetched ? CopyTo(out, left_.values[next_++]) : left_.end;
@@ -216,7 +215,6 @@ public:
     std::vector<std::wstring> calls;
 
 private:
-    // What the methods return but for the points is nobody's concern.
     win::ComPtr<doubles::Object> bind(const std::wstring& moniker) {
         calls.push_back(moniker);
         if (!exists) return {};

@@ -117,7 +117,6 @@ TEST_CASE("rows are opened themselves or through control.exe, with exact paramet
     OpenControlPanelRow(nullptr, system + L"\\missing.exe");
     std::size_t opened = 0;
     for (const auto& opening : openings) {
-        CAPTURE(opening.path);
         OpenControlPanelRow(nullptr, opening.path);
         const auto starts = recorder.starts(++opened);
         REQUIRE(starts.size() == opened);

@@ -25,8 +25,6 @@ BOOL WINAPI TellVersion(OSVERSIONINFOW* record) {
     return size <= told.dwOSVersionInfoSize;
 }
 
-HRESULT bin_answer = S_OK;
-
 }  // namespace
 
 TEST_CASE("the display has its inches, the keyboard its name") {
@@ -43,6 +41,7 @@ TEST_CASE("the display has its inches, the keyboard its name") {
 
 TEST_CASE("the report tells this machine's facts line by line; what cannot be had is empty") {
     throw_away::RequireWine();
+    static HRESULT bin_answer = S_OK;
     const ImportHook bin(
         "SHQueryRecycleBinA", +[](LPCSTR, SHQUERYRBINFO* record) WINAPI -> HRESULT {
             record->i64NumItems = 2;
