@@ -10,20 +10,15 @@
 #include <windows.h>
 
 #include <cwchar>
-#include <string_view>
 
 namespace {
 
-struct Options {
-    bool pause = false;
-    bool stop = true;
-    bool frozen = false;
-    DWORD steps = 0;
-    DWORD step = 0;
-    DWORD hint = 0;
-};
+// Whether the command line has that option, and the number behind it.
+bool Has(const wchar_t* option) { return std::wcsstr(GetCommandLineW(), option) != nullptr; }
+DWORD NumberAfter(const wchar_t* option) {
+    return Has(option) ? std::wcstoul(std::wcsstr(GetCommandLineW(), option) + std::wcslen(option), nullptr, 10) : 0;
+}
 
-Options options;
 SERVICE_STATUS_HANDLE reporter = nullptr;
 HANDLE stop_wanted = nullptr;
 
@@ -31,8 +26,8 @@ void Report(DWORD state, DWORD check_point = 0, DWORD hint = 0) {
     SERVICE_STATUS status = {};
     status.dwServiceType = SERVICE_WIN32_OWN_PROCESS;
     status.dwCurrentState = state;
-    if (options.stop) status.dwControlsAccepted |= SERVICE_ACCEPT_STOP;
-    if (options.pause) status.dwControlsAccepted |= SERVICE_ACCEPT_PAUSE_CONTINUE;
+    if (!Has(L"nostop")) status.dwControlsAccepted |= SERVICE_ACCEPT_STOP;
+    if (Has(L"pause")) status.dwControlsAccepted |= SERVICE_ACCEPT_PAUSE_CONTINUE;
     status.dwCheckPoint = check_point;
     status.dwWaitHint = hint;
     SetServiceStatus(reporter, &status);
@@ -42,7 +37,7 @@ void WINAPI Control(DWORD control) {
     if (control == SERVICE_CONTROL_PAUSE) Report(SERVICE_PAUSED);
     if (control == SERVICE_CONTROL_CONTINUE) Report(SERVICE_RUNNING);
     if (control == SERVICE_CONTROL_STOP) {
-        if (options.steps > 0) Report(SERVICE_STOP_PENDING, 1, options.hint);
+        if (NumberAfter(L"steps=") > 0) Report(SERVICE_STOP_PENDING, 1, NumberAfter(L"hint="));
         SetEvent(stop_wanted);
     }
 }
@@ -52,31 +47,16 @@ void WINAPI Run(DWORD, LPWSTR* arguments) {
     stop_wanted = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     Report(SERVICE_RUNNING);
     WaitForSingleObject(stop_wanted, INFINITE);
-    for (DWORD step = 1; step <= options.steps; ++step) {
-        Report(SERVICE_STOP_PENDING, options.frozen ? 1 : step, options.hint);
-        Sleep(options.step);
+    for (DWORD step = 1; step <= NumberAfter(L"steps="); ++step) {
+        Report(SERVICE_STOP_PENDING, Has(L"frozen") ? 1 : step, NumberAfter(L"hint="));
+        Sleep(NumberAfter(L"step="));
     }
     Report(SERVICE_STOPPED);
 }
 
-void Read(std::wstring_view argument) {
-    const std::size_t equals = argument.find(L'=');
-    const std::wstring_view name = argument.substr(0, equals);
-    const DWORD number =
-        equals == argument.npos ? 0 : static_cast<DWORD>(wcstoul(argument.data() + equals + 1, nullptr, 10));
-    if (name == L"pause") options.pause = true;
-    if (name == L"nostop") options.stop = false;
-    if (name == L"frozen") options.frozen = true;
-    if (name == L"steps") options.steps = number;
-    if (name == L"step") options.step = number;
-    if (name == L"hint") options.hint = number;
-}
-
 }  // namespace
 
-int wmain(int count, wchar_t** arguments) {
-    for (int index = 1; index < count; ++index)
-        Read(arguments[index]);
+int wmain() {
     wchar_t name[] = L"";
     const SERVICE_TABLE_ENTRYW table[] = {{name, Run}, {nullptr, nullptr}};
     return StartServiceCtrlDispatcherW(table) ? 0 : 1;

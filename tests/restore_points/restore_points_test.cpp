@@ -1,9 +1,8 @@
 #include "programs/restore_page.h"
 
 #include "support/automation_double.h"
-#include "support/recorder.h"
+#include "support/import_hook.h"
 #include "support/show.h"
-#include "support/test_folder.h"
 #include "support/test_host.h"
 #include "support/test_list.h"
 
@@ -37,10 +36,10 @@ TEST_CASE("a point's time moves nine hours on, with the minutes in the place of 
         {L"21000228200700.", L"2100/03/01 05:07:07"},  // no leap year
     };
     for (const auto& [time, shown] : times)
-        CHECK(RestorePointTime(time).value_or(L"") == shown);
+        CHECK(RestorePointTime(time) == shown);
     for (const wchar_t* broken : {L"", L"2009030115040", L"20091301150405.", L"20090229150405.", L"20090301240405.",
                                   L"2009030115040x.", L"-0090301150405.", L"00000000000000."}) {
-        CHECK(RestorePointTime(broken).value_or(L"") == L"");
+        CHECK(RestorePointTime(broken) == std::nullopt);
     }
 }
 
@@ -97,10 +96,13 @@ TEST_CASE_FIXTURE(Machine, "a point is created from a description, and one that 
 }
 
 TEST_CASE_FIXTURE(Machine, "the selected point is deleted by its number, after a question and no other") {
-    const StandIn library(L"srclient.dll", StandIn::built(L"srclient_dll.dll"));
-    REQUIRE(library.placed());
-    DeleteFileW(L"C:\\removed.txt");
-    const auto removed = [] { return ContentOf(L"C:\\removed.txt"); };
+    static std::vector<DWORD> removed;
+    LookUpHook library;
+    library.put(
+        "SRRemoveRestorePoint", +[](DWORD number) WINAPI -> DWORD {
+            removed.push_back(number);
+            return ERROR_INVALID_DATA;
+        });
     provider.points = {Point(win::Variant(L"20090301150405."), win::Variant(L"b"), win::Variant(12)),
                        Point(win::Variant(L"20090401150405."), win::Variant(L"a"), win::Variant(345))};
     REQUIRE(ListRestorePoints(list));
@@ -113,16 +115,16 @@ TEST_CASE_FIXTURE(Machine, "the selected point is deleted by its number, after a
     CHECK_FALSE(DeleteRestorePoint(list, host));
     REQUIRE(host.questions.size() == 1);
     CHECK(host.questions[0].text == L"2009/04/02 00:04:04 の復元ポイントを削除します。\r\nよろしいですか？");
-    CHECK(removed().empty());
+    CHECK(removed.empty());
     host.answer = ui::Answer::Ok;
     host.on_question = [&] { list.clear(); };  // the rows may change while the question is open
     CHECK(DeleteRestorePoint(list, host));
-    CHECK(removed() == "345\n");
+    CHECK(removed == std::vector<DWORD>{345});
     // A point without a number cannot be meant; the list is read again all the same.
     list.add_row(L"2009/01/01 00:00:00", 0);
     list.select(0);
     CHECK(DeleteRestorePoint(list, host));
-    CHECK(removed() == "345\n");
+    CHECK(removed == std::vector<DWORD>{345});
 
     const RestorePage page;
     CHECK(page.item_of_key(VK_DELETE, false, false) == page.item_of_button(0));

@@ -5,6 +5,7 @@
 
 #include <doctest/doctest.h>
 
+#include <map>
 #include <string_view>
 #include <utility>
 
@@ -55,4 +56,38 @@ private:
 
     ULONG_PTR* slot_;
     ULONG_PTR original_ = 0;
+};
+
+// The same for functions that the program looks up while it runs. One at a time.
+class LookUpHook {
+public:
+    LookUpHook() {
+        functions_.clear();
+        real_ = hook_.original<decltype(GetProcAddress)>();
+    }
+
+    // A null `replacement`: the function is missing.
+    template <class Function>
+    void put(std::string_view name, Function* replacement) {
+        functions_[name] = Cast<std::remove_pointer_t<FARPROC>>(replacement);
+    }
+    // The real function, for its replacement.
+    template <class Function>
+    static Function* original(const wchar_t* library, const char* name) {
+        return Cast<Function>(real_(GetModuleHandleW(library), name));
+    }
+
+private:
+    template <class To, class From>
+    static To* Cast(From* function) {
+        return reinterpret_cast<To*>(reinterpret_cast<void*>(function));
+    }
+    static FARPROC WINAPI Find(HMODULE library, LPCSTR name) {
+        const auto found = functions_.find(name);
+        return found == functions_.end() ? real_(library, name) : found->second;
+    }
+
+    static inline std::map<std::string_view, FARPROC> functions_;
+    static inline decltype(GetProcAddress)* real_;
+    const ImportHook hook_{"GetProcAddress", &Find};
 };

@@ -21,8 +21,7 @@ public:
           module_(PathFindFileNameW(place.c_str())) {
         REQUIRE_THROW_AWAY();
         MoveFileW(path_.c_str(), kept_.c_str());
-        // Else Wine loads its own program or library, whatever the file is. It names libraries without extension.
-        if (module_.ends_with(L".dll")) module_.resize(module_.size() - 4);
+        // Else Wine loads its own program, whatever the file is.
         SHSetValueW(HKEY_CURRENT_USER, kOverrides, module_.c_str(), REG_SZ, L"native", sizeof L"native");
         placed_ = CopyFileW(source.c_str(), path_.c_str(), TRUE) != FALSE;
     }

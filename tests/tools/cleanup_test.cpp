@@ -43,13 +43,6 @@ BOOL WINAPI InterferingFindNext(HANDLE entries, INTERNET_CACHE_ENTRY_INFOA* entr
     return FindNextUrlCacheEntryA(entries, entry, size);
 }
 
-decltype(GetProcAddress)* find_function = nullptr;
-
-FARPROC WINAPI FindInterfering(HMODULE library, const char* name) {
-    if (std::string_view(name) != "FindNextUrlCacheEntryA") return find_function(library, name);
-    return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&InterferingFindNext));
-}
-
 }  // namespace
 
 TEST_CASE("the recycle bin is emptied after a question that tells what it holds, and an empty one asks nothing") {
@@ -134,8 +127,8 @@ TEST_CASE("cookies or pages go from the cache, of any size, and one that vanishe
     // What is read after a small entry has vanished needs more room than that.
     for (unsigned number = 0; number < 40; ++number)
         kinds.push_back({"http://page/" + std::to_string(number), NORMAL_CACHE_ENTRY, 20 + number % 2 * 20000, kPages});
-    const ImportHook hook("GetProcAddress", &FindInterfering);
-    find_function = hook.original<decltype(GetProcAddress)>();
+    LookUpHook hook;
+    hook.put("FindNextUrlCacheEntryA", &InterferingFindNext);
     // The cache's library stays: a thread of it may still run.
     static int freed = 0;
     const ImportHook frees(

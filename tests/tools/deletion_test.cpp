@@ -49,7 +49,13 @@ Texts Names(const std::wstring& folder, const std::wstring& before = {}) {
 // name begins with a device there, which Wine does not show. A folder named "closed" may never be listed.
 class Ways {
 public:
-    explicit Ways(int way) : links_show_(way % 2 == 0), vista_(way < 2) { self_ = this; }
+    explicit Ways(int way) : links_show_(way % 2 == 0) {
+        self_ = this;
+        functions_.put("NtSetInformationFile", &SetInformation);
+        if (way < 2) return;
+        functions_.put<void>("GetFinalPathNameByHandleW", nullptr);
+        functions_.put("NtQueryObject", &QueryObject);
+    }
     ~Ways() { step = &Nothing; }
 
     static void Nothing(std::wstring_view) {}
@@ -57,31 +63,14 @@ public:
     static inline std::function<void(std::wstring_view path)> step = &Nothing;
 
 private:
-    template <class To, class From>
-    static To* As(From* function) {
-        return reinterpret_cast<To*>(reinterpret_cast<void*>(function));
-    }
-    static FARPROC Real(HMODULE library, LPCSTR name) {
-        return self_->functions_.original<decltype(GetProcAddress)>()(library, name);
-    }
-    template <class Function>
-    static Function* Native(LPCSTR name) {
-        return As<Function>(Real(GetModuleHandleW(L"ntdll.dll"), name));
-    }
-    static FARPROC WINAPI Find(HMODULE library, LPCSTR name) {
-        const std::string_view wanted = name;
-        using Found = std::remove_pointer_t<FARPROC>;
-        if (wanted == "NtSetInformationFile") return As<Found>(&SetInformation);
-        if (!self_->vista_ && wanted == "GetFinalPathNameByHandleW") return {};
-        if (!self_->vista_ && wanted == "NtQueryObject") return As<Found>(&QueryObject);
-        return Real(library, name);
-    }
     static LONG NTAPI SetInformation(HANDLE file, void* status, void* record, ULONG size, int kind) {
         step({});
-        return Native<decltype(SetInformation)>("NtSetInformationFile")(file, status, record, size, kind);
+        const auto set = LookUpHook::original<decltype(SetInformation)>(L"ntdll.dll", "NtSetInformationFile");
+        return set(file, status, record, size, kind);
     }
     static LONG NTAPI QueryObject(HANDLE object, ULONG kind, void* name, ULONG size, ULONG* length) {
-        const LONG result = Native<decltype(QueryObject)>("NtQueryObject")(object, kind, name, size, length);
+        const auto query = LookUpHook::original<decltype(QueryObject)>(L"ntdll.dll", "NtQueryObject");
+        const LONG result = query(object, kind, name, size, length);
         auto* const text = static_cast<UNICODE_STRING*>(name);
         const std::wstring old(text->Buffer, text->Length / sizeof(wchar_t));
         wchar_t device[MAX_PATH] = {};
@@ -117,8 +106,8 @@ private:
     }
 
     static inline const Ways* self_;
-    const bool links_show_, vista_;
-    const ImportHook functions_{"GetProcAddress", &Find};
+    const bool links_show_;
+    LookUpHook functions_;
     const ImportHook first_{"FindFirstFileW", &FindFirst};
     const ImportHook next_{"FindNextFileW", &FindNext};
     const ImportHook opens_{"CreateFileW", &Open};
