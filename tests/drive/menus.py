@@ -3,12 +3,13 @@
 import os
 import pathlib
 
-from driver import HOME_PAGE, VERSION, Session, becomes, until
+from driver import HOME_PAGE, TOOLS, VERSION, Session, becomes, until
 
 PROGRAM = '見本 "引用" & 20,5'
 UNINSTALL = r"HKLM\Software\Microsoft\Windows\CurrentVersion\Uninstall\Sample"
 SEND_TO = r"HKCR\AllFilesystemObjects\shellex\ContextMenuHandlers\Send To"
 ATTACHMENTS = r"HKCU\Software\Microsoft\Windows\Shell\AttachmentExecute\{0002DF01-0000-0000-C000-000000000046}"
+SERVICE = "QorvenixDriven"
 home = pathlib.Path(os.environ["HOME"])
 opened = home / "opened"
 trash = pathlib.Path(os.environ["XDG_DATA_HOME"]) / "Trash"
@@ -27,28 +28,15 @@ def texts_of_dialog(session):
     return [each.text for each in session.dialog()]
 
 
-def copied(window, text, tab):
-    """Checks what was copied, as the path box of the information panel receives it."""
+def popup_menus(window):
+    session = window.session
+    window.click_tab(0)
+    window.select("ListView1_0", PROGRAM)
+    window.keys("ctrl+c")
     window.click_tab(6)
     window.click("txtMemPath", 5, 5)
     window.keys("ctrl+a", "ctrl+v")
-    becomes(lambda: window.text("txtMemPath"), text)
-    window.click_tab(tab)
-
-
-def popup_menus(window):
-    session = window.session
-    for tab, name, row in (0, "ListView1_0", PROGRAM), (2, "lvStartUp", "見本"), (3, "lvService", "Event Log"):
-        window.click_tab(tab)
-        window.select(name, row)
-        window.keys("ctrl+c") if tab == 0 else window.choose("c")
-        copied(window, row, tab)
-        window.select(name, row)
-        session.keys("Menu")
-        session.menu_items()
-        window.keys("Up", "Return")  # the last item refreshes
-        window.says(f"{len(window.names(name))} 個の項目")
-        assert window.list(name).selected == -1
+    becomes(lambda: window.text("txtMemPath"), PROGRAM)
     for tab, name, row, window_class in ((0, "ListView1_0", PROGRAM, "ExplorerWClass"),
                                          (2, "lvStartUp", "見本", "RegEdit_RegEdit"),
                                          (2, "lvStartUp", "startup.txt", "ExplorerWClass")):
@@ -60,6 +48,28 @@ def popup_menus(window):
     before = len(session.windows())
     window.choose("p")  # Wine has no property sheets; what must not happen is that the file opens
     assert len(session.windows()) == before
+
+
+def service_menu(window):
+    """It offers what the row's cells allow; behind empty space nothing can be done with a service."""
+    session = window.session
+    cells = lambda: next(row for row in window.list("lvService").rows if row[7] == SERVICE)[1:3]  # noqa: E731
+    offers = lambda letters: [letter in letters for letter in "csoumeald-"]  # noqa: E731
+    window.click_tab(3)
+    for offered, letter, now in (("csad-", "s", ["開始", "手動"]), ("coeal-", "o", ["停止", "無効"])):
+        window.select("lvService", SERVICE, 7)
+        session.keys("Menu")
+        assert session.menu_items() == offers(offered)
+        window.says("判断基準：windows searchバーが不要なら「無効」")
+        window.keys(letter)
+        becomes(cells, now)
+        window.choose("d")
+        becomes(cells, [now[0], "無効"])
+        window.keys("F5")  # what the service accepts is read by a refresh only
+    window.click("lvService", 20, window.tree()["lvService"].height - 30, button=3)
+    assert session.menu_items() == offers("c-")
+    becomes(lambda: (window.status(), window.text("txtComment")), ("", ""))
+    window.keys("Escape")
 
 
 def file_menu(window):
@@ -148,11 +158,13 @@ with Session(variables=record_addresses()) as session:
     session.registry(r"HKLM\Software\Microsoft\Windows\CurrentVersion\Run", "見本", r"C:\none.exe")
     startup = session.user / "AppData/Roaming/Microsoft/Windows/Start Menu/Programs/StartUp"
     (startup / "startup.txt").write_text("x")
-    session.import_registry('[HKEY_CLASSES_ROOT\\.txt]\n@="txtfile"\n')  # Wine forgets it
-    session.settings()
+    session.registry(r"HKCR\.txt", "", "txtfile")  # Wine forgets it
+    session.run("wine", "sc", "create", SERVICE, "binPath=", TOOLS + r"\test_service.exe", "start=", "demand", "type=",
+                "own", "DisplayName=", "Windows Search")  # there is advice for that name
+    session.settings(W=13500, H=12000)  # empty space stays below the last service
     fill_bin()
     window = session.start()
-    for part in (popup_menus, file_menu, view_menu, delete_menu, registry_menu, help_menu):
+    for part in (popup_menus, service_menu, file_menu, view_menu, delete_menu, registry_menu, help_menu):
         part(window)
         print(part.__name__.replace("_", " "), "is right")
     session.keys("alt+f", "x")

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The window as a user meets it by keys and mouse: tabs by Windows version, keys, focus, menus, a dragged border."""
+"""The window as a user meets it by keys and mouse: tabs by Windows version, keys, focus, menus."""
 from driver import LISTS, SETTINGS_KEY, Session, becomes, until
 
 UNINSTALL = r"HKLM\Software\Microsoft\Windows\CurrentVersion\Uninstall\Sample"
@@ -59,26 +59,12 @@ def letters(window):
     assert not window.session.windows("#32770") and window.names("ListView1_0")
 
 
-def dragged_border(window):
-    before = window.tree()["frmMain"]
-    right, bottom = before.left + before.width, before.top + before.height
-    window.session.xdotool("mousemove", right + 1, bottom + 1, "mousedown", 1)
-    for away in (50, 200, 100, 0, 120):
-        window.session.xdotool("mousemove", right + away, bottom + away * 3 // 4, "sleep", "0.04")
-    window.session.xdotool("mouseup", 1)
-    window.settle()
-    tree = window.tree()
-    after = tree["frmMain"]
-    assert after.width > before.width + 80 and after.height > before.height + 60, after
-    assert tree["st"].top + tree["st"].height == after.height and tree["tb"].width == after.width, tree
-
-
 with Session() as session:
     session.registry(UNINSTALL, "DisplayName", "見本")
     session.registry(UNINSTALL, "UninstallString", r"C:\windows\system32\winver.exe")
     tabs_of_windows_2000(session)
     session.settings()
     with session.start() as window:
-        for part in keys_and_focus, letters, dragged_border:
+        for part in keys_and_focus, letters:
             part(window)
             print(part.__name__.replace("_", " "), "are right")
