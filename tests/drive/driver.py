@@ -28,7 +28,6 @@ SETTINGS_KEY = r"HKCU\Software\Wine\AppDefaults\Qorvenix.exe"
 LISTS = "ListView1_0", "ListView1_1", "lvStartUp", "lvService", "ListView2", "lvRestore"  # by tab
 
 # What peek tells of each.
-TopLevel = collections.namedtuple("TopLevel", "handle window_class left top width height text")
 Control = collections.namedtuple("Control", "handle window_class id visible enabled focus left top width height text")
 Tab = collections.namedtuple("Tab", "left top right bottom caption")
 Rows = collections.namedtuple("Rows", "headers selected rows")
@@ -117,21 +116,10 @@ class Session:
     def registry(self, key, value, data, kind="REG_SZ", wine="wine"):
         self.run(wine, "reg", "add", key, "/v", value, "/t", kind, "/d", str(data), "/f")
 
-    def import_registry(self, text):
-        """Merges a registry file, given without its first line, by one start of the registry editor."""
-        file = self.prefix / "drive_c/import.reg"
-        file.write_bytes(("Windows Registry Editor Version 5.00\n\n" + text).encode("utf-16"))
-        self.run("wine", "regedit", "/S", r"C:\import.reg")
-        file.unlink()
-
     def settings(self, **values):
         """Writes setting.ini."""
         lines = "".join(f"{name}={value}\r\n" for name, value in values.items())
         (self.folder / "setting.ini").write_bytes(("[Morlet]\r\n" + lines).encode("cp932"))
-
-    def stored_settings(self):
-        text = (self.folder / "setting.ini").read_bytes().decode("cp932")
-        return dict(line.split("=", 1) for line in text.splitlines() if "=" in line)
 
     def start(self, *arguments):
         return Window(self, arguments)
@@ -149,8 +137,8 @@ class Session:
 
     def windows(self, window_class=None):
         """The visible top-level windows of all programs, the topmost first."""
-        found = itertools.starmap(TopLevel, self.peek("windows") or [])
-        return [each for each in found if window_class in (None, each.window_class)]
+        found = itertools.starmap(Control, self.peek("windows") or [])
+        return [each for each in found if each.visible and window_class in (None, each.window_class)]
 
     def dialog(self):
         """The controls of the message box or dialog that is open, itself first; waits for it."""
@@ -186,9 +174,6 @@ class Session:
     def keys(self, *names):
         """Presses keys by their X names, one after another: "ctrl+Tab", "Down", "alt+f"."""
         self.xdotool("key", "--delay", 20, *names)
-
-    def move(self, x, y):
-        self.xdotool("mousemove", x, y)
 
 
 class Window:

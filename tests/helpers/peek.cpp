@@ -1,15 +1,13 @@
 // Looks into the running program from another process. Reads commands from standard input, one a line, and answers each
 // with a line of JSON: a list of records, or null when there was nothing to look at. Without a handle the main window
 // is meant.
-//   windows         the visible top-level windows: handle, class, left, top, width, height, text
-//   tree [HANDLE]   a window (place and size are those of its client area on the screen), then its child windows:
-//   handle,
-//                   class, control id, visible, enabled, focus, left, top, width, height, text
+//   windows         the top-level windows, each as its handle, class, control id, visible, enabled, focus, left, top,
+//                   width, height, text
+//   tree [HANDLE]   the same of a window (place and size are those of its client area), then of its child windows
 //   list ID         headers; selected row; then the cells of each row
 //   tabs            selected tab; then each tab: left, top, right, bottom, caption
 //   wait            until the window answers
 //   close [HANDLE]  as the title bar does
-// peek start PROGRAM   starts it, waits until its window has counted its programs, closes it and waits for its end
 #include "win/handle.h"
 
 #include <cstdio>
@@ -33,10 +31,8 @@ std::string Json(const std::wstring& text) {
     }
     return json + "\"";
 }
-std::string Json(long number) { return std::to_string(number); }
-std::string Json(int number) { return std::to_string(number); }
-std::string Json(bool value) { return value ? "true" : "false"; }
-std::string Json(HWND window) { return std::to_string(reinterpret_cast<LONG_PTR>(window)); }
+std::string Json(long long number) { return std::to_string(number); }
+std::string Json(HWND window) { return Json(reinterpret_cast<LONG_PTR>(window)); }
 
 template <class Fields>
 void RecordOf(const Fields& fields) {
@@ -121,20 +117,8 @@ int Ask(HWND window, UINT message, WPARAM wide = 0, LPARAM parameter = 0) {
 
 // ---- commands: false when there is nothing to look at -----------------------------------------------------------
 
-BOOL CALLBACK ShowTopLevel(HWND window, LPARAM) {
-    RECT place = {};
-    GetWindowRect(window, &place);
-    if (IsWindowVisible(window)) {
-        Record(window, ClassOf(window), place.left, place.top, place.right - place.left, place.bottom - place.top,
-               TextOf(window));
-    }
-    return TRUE;
-}
-
-bool Windows(const Words&) { return EnumWindows(ShowTopLevel, 0); }
-
 struct Look {
-    HWND top;
+    HWND top;  // none: places are those on the screen
     HWND focus;
 };
 
@@ -152,6 +136,11 @@ BOOL CALLBACK LookAt(HWND window, LPARAM parameter) {
            IsWindowEnabled(window) != FALSE, window == look.focus, place.left, place.top, place.right - place.left,
            place.bottom - place.top, TextOf(window));
     return TRUE;
+}
+
+bool Windows(const Words&) {
+    Look look = {};
+    return EnumWindows(LookAt, reinterpret_cast<LPARAM>(&look)) != FALSE;
 }
 
 bool Tree(const Words& words) {
@@ -244,34 +233,13 @@ void Serve() {
     }
 }
 
-bool Start(const wchar_t* program) {
-    SHELLEXECUTEINFOW record = {};
-    record.cbSize = sizeof record;
-    record.fMask = SEE_MASK_NOCLOSEPROCESS;
-    record.lpFile = program;
-    record.nShow = SW_SHOWNORMAL;
-    if (!ShellExecuteExW(&record)) return false;
-    const win::Handle process(record.hProcess);
-    const auto counted = [] {
-        const HWND bar = FindWindowExW(MainWindow(), nullptr, STATUSCLASSNAMEW, nullptr);
-        return bar && TextOf(bar).ends_with(L"個の項目");
-    };
-    for (int tenths = 0; tenths < 600 && !counted(); ++tenths)
-        Sleep(100);
-    if (!counted() || !Wait({}) || !Close({})) return false;
-    DWORD code = 1;
-    return WaitForSingleObject(process.get(), 20000) == WAIT_OBJECT_0 && GetExitCodeProcess(process.get(), &code) &&
-           code == 0;
-}
-
 }  // namespace
 
-int wmain(int count, wchar_t** arguments) {
+int wmain() {
     // Else coordinates are those of 96 dpi.
     const auto aware = reinterpret_cast<BOOL(WINAPI*)()>(
         reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"user32.dll"), "SetProcessDPIAware")));
     if (aware) aware();
-    if (count == 3) return Start(arguments[2]) ? 0 : 1;
     Serve();
     return 0;
 }

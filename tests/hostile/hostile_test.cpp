@@ -1,7 +1,6 @@
 // What the program reads from outside, whatever is in it: a bad value costs its own cell or row and no other, and
 // nothing is shown that is not in it.
-#include "hostile_registry.h"
-
+#include "support/hostile.h"
 #include "programs/detail_link.h"
 #include "programs/modReg.h"
 #include "programs/program_actions.h"

@@ -47,7 +47,6 @@ TEST_CASE("A caption leads to a URL of a harmless scheme, to a file that is ther
     const auto look = +[](LPCWSTR) WINAPI -> int { return ++looks; };
     const ImportHook attributes("GetFileAttributesW", look);
     const ImportHook exists("PathFileExistsW", look);
-    REQUIRE((attributes && exists));
     for (const wchar_t* on_network : {L"\"\\\\no.such.server\\share\\x.exe\" -x", L"/\\no.such.server\\share\\a",
                                       L"\"\\/no.such.server/share/a\" /S", L" //no.such.server\\share\\x.exe /S"})
         CHECK(LooksLikeLink(on_network));

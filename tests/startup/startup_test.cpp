@@ -270,7 +270,6 @@ TEST_CASE("a drive or share that is not there cannot be reached, and a server th
     static std::vector<std::wstring> asked;
     const ImportHook hook(
         "PathFileExistsW", +[](LPCWSTR path) WINAPI -> BOOL { return asked.emplace_back(path), FALSE; });
-    REQUIRE(hook);
     FileProbe probe;
     for (const wchar_t* there : {L"C:\\gone\\b.exe", L"::{20D04FE0-3AEA-1069-A2D8-08002B30309D}"})
         CHECK(probe.reachable(there));

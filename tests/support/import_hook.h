@@ -21,8 +21,6 @@ public:
     ImportHook& operator=(const ImportHook&) = delete;
     ~ImportHook() { write(original_); }
 
-    explicit operator bool() const { return slot_ != nullptr; }
-
     template <class Function>
     Function* original() const {
         return reinterpret_cast<Function*>(original_);

@@ -26,10 +26,7 @@ public:
         if (on_pump) on_pump();
         return !closing;
     }
-    void hourglass(bool shown) override {
-        pointer_shows_hourglass = shown;
-        ++hourglasses;
-    }
+    void hourglass(bool shown) override { pointer_shows_hourglass = shown; }
 
     struct Question {
         std::wstring text;
@@ -45,7 +42,6 @@ public:
     int pumps = 0;
     bool closing = false;
     bool pointer_shows_hourglass = false;
-    int hourglasses = 0;  // calls
     std::function<void()> on_pump;
     std::function<void()> on_question;
 };

@@ -51,8 +51,6 @@ public:
         return item.iImage;
     }
 
-    HWND frame() const { return frame_.get(); }
-
     ui::ListView list;
 
 private:

@@ -2,7 +2,7 @@
 #include "driven.h"
 
 #include <algorithm>
-#include <map>
+#include <vector>
 
 using namespace shell;
 
@@ -11,34 +11,35 @@ namespace {
 constexpr Control kValues[] = {Control::lblMem_0, Control::lblMem_1, Control::lblMem_2, Control::lblMem_3,
                                Control::lblMem_4};
 
-struct Seen {
-    std::wstring kind;
-    std::wstring text;
-    RECT place;
-    SIZE needs;
-};
-
-std::map<Control, Seen> ShownControls(const Driven& window) {
-    std::map<Control, Seen> shown;
+void CheckShownControls(const Driven& window) {
+    RECT client = {}, common = {};
+    GetClientRect(window.window(), &client);
+    std::vector<RECT> places;
     for (int index = 0; index < static_cast<int>(Control::Count); ++index) {
         const auto which = static_cast<Control>(index);
         const HWND control = window.at(which);
-        Seen seen = {};
-        if (!control || !window.shown(which)) continue;
+        RECT place = BoundsOf(control);
+        if (!window.shown(which) || IsRectEmpty(&place)) continue;
+        MapWindowPoints(nullptr, window.window(), reinterpret_cast<POINT*>(&place), 2);
+        const std::wstring text = window.text(which);
+        CAPTURE(text);
+        UnionRect(&common, &place, &client);
+        CHECK(EqualRect(&common, &client));
+        for (const RECT& other : places)
+            CHECK_FALSE(IntersectRect(&common, &place, &other));
+        places.push_back(place);
+        // Values may be shortened, captions never.
         wchar_t kind[32] = {};
         GetClassNameW(control, kind, 32);
-        seen.kind = kind;
-        seen.text = window.text(which);
-        GetWindowRect(control, &seen.place);
-        MapWindowPoints(nullptr, window.form.window(), reinterpret_cast<POINT*>(&seen.place), 2);
+        const bool value = kind != std::wstring(L"Static") || std::ranges::count(kValues, which) > 0;
+        if (value && kind != std::wstring(L"Button")) continue;
         const win::MemoryDc dc(CreateCompatibleDC(nullptr));
         const win::Selected font(dc.get(), reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)));
-        RECT text = {};
-        DrawTextW(dc.get(), seen.text.c_str(), -1, &text, DT_CALCRECT);
-        seen.needs = {text.right, text.bottom};
-        if (!IsRectEmpty(&seen.place)) shown[which] = seen;
+        RECT needs = {};
+        DrawTextW(dc.get(), text.c_str(), -1, &needs, DT_CALCRECT);
+        CHECK((needs.right <= place.right - place.left && needs.bottom <= place.bottom - place.top));
     }
-    return shown;
+    CHECK(places.size() >= 3);
 }
 
 }  // namespace
@@ -49,34 +50,16 @@ TEST_CASE("in the smallest window no control is cut off or covered and every cap
         CAPTURE(font);
         const SettingsFile settings("W=7200\r\nH=4800\r\nStripe=-1\r\n" + font);
         const Driven window;
-        RECT client = {};
-        GetClientRect(window.form.window(), &client);
+        RECT client = {}, strip = {};
+        GetClientRect(window.window(), &client);
         CHECK(client.right < 640 * dpi / 96);
-        for (int tab = 0; tab < 7; ++tab) {
+        for (int tab = 0; tab < kTabs; ++tab) {
             CAPTURE(tab);
             window.click(tab);
-            RECT strip = {};
             SendMessageW(window.at(Control::tb), TCM_GETITEMRECT, static_cast<WPARAM>(tab),
                          reinterpret_cast<LPARAM>(&strip));
             CHECK(strip.right <= client.right);
-            const auto shown = ShownControls(window);
-            CHECK(shown.size() >= 3);
-            for (const auto& each : shown) {
-                const Control which = each.first;
-                const Seen& seen = each.second;
-                CAPTURE(seen.text);
-                RECT common = {};
-                UnionRect(&common, &seen.place, &client);
-                CHECK(EqualRect(&common, &client));
-                // Values may be shortened, captions never.
-                const bool value = std::ranges::count(kValues, which) > 0;
-                if (seen.kind == L"Button" || (seen.kind == L"Static" && !value)) {
-                    CHECK(seen.needs.cx <= seen.place.right - seen.place.left);
-                    CHECK(seen.needs.cy <= seen.place.bottom - seen.place.top);
-                }
-                for (const auto& [other, one] : shown)
-                    CHECK((other == which || !IntersectRect(&common, &seen.place, &one.place)));
-            }
+            CheckShownControls(window);
         }
     }
 }

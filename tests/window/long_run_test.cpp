@@ -14,27 +14,23 @@ void CALLBACK CloseBox(HWND, UINT, UINT_PTR, DWORD) {
 
 void PressKeys(const Driven& window, std::initializer_list<int> keys) {
     for (const int key : keys)
-        PostMessageW(window.form.window(), WM_KEYDOWN, static_cast<WPARAM>(key), 0);
+        PostMessageW(window.window(), WM_KEYDOWN, static_cast<WPARAM>(key), 0);
 }
 
 // What a user does all day, but for the restore points: under Wine each binding of a WMI moniker keeps two handles.
 void UseEverything(const Driven& window) {
-    const HWND form = window.form.window();
-    constexpr Control kLists[] = {Control::ListView1_0, Control::ListView1_1, Control::lvStartUp, Control::lvService,
-                                  Control::ListView2};
-    window.click(6);
+    const HWND form = window.window();
+    window.click(kInformation);
     for (int tab = 0; tab < 5; ++tab) {
         window.click(tab);
-        const ui::ListView list = window.list(kLists[tab]);
+        const ui::ListView list = window.list(kViews[tab]);
         list.select(0);
         SendMessageW(list.window(), WM_KEYDOWN, VK_END, 0);
         PostMessageW(list.window(), WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(30, 40));
         PostMessageW(list.window(), WM_RBUTTONUP, 0, MAKELPARAM(30, 40));
         PressKeys(window, {VK_DOWN, VK_ESCAPE, VK_ESCAPE});
-        window.form.pump();
-        NMLISTVIEW header = {};
-        header.hdr = {list.window(), static_cast<UINT_PTR>(IdOf(kLists[tab])), static_cast<UINT>(LVN_COLUMNCLICK)};
-        SendMessageW(form, WM_NOTIFY, header.hdr.idFrom, reinterpret_cast<LPARAM>(&header));
+        window.pump();
+        window.click_header(kViews[tab], 0);
         window.command(MenuArray::mnuFileItem, FileItem::Refresh);
         for (const int item : {ViewItem::Icons, ViewItem::Stripes, ViewItem::SystemComponents})
             window.command(MenuArray::mnuViewItem, item);
@@ -46,7 +42,7 @@ void UseEverything(const Driven& window) {
     window.command(MenuArray::mnuHelpItem, HelpItem::Version);
     for (const int width : {900, 700, 800})
         SetWindowPos(form, nullptr, 0, 0, width, width / 2, SWP_NOMOVE | SWP_NOZORDER);
-    window.form.pump();
+    window.pump();
 }
 
 }  // namespace

@@ -2,6 +2,9 @@
 
 #include "support/hostile.h"
 #include "support/import_hook.h"
+#include "support/test_folder.h"
+#include "support/throw_away.h"
+#include "win/process.h"
 #include "win/system_text.h"
 
 #include <functional>
@@ -45,6 +48,26 @@ TEST_CASE_FIXTURE(
     CHECK(window.text(Control::txtSys).starts_with(L"\r\nOS\t\t"));
     for (const auto& [argument, tab] : {std::pair(L"2", 1), {L"6", 5}, {L"7", 0}, {L"1", 0}, {L"22", 0}})
         CHECK(Driven(argument).tab() == tab);
+}
+
+TEST_CASE("the program that users start opens its window, fills its list and ends when it is closed") {
+    REQUIRE_THROW_AWAY();
+    TestFolder folder(L"the program");
+    const std::wstring copy = folder.own(L"Qorvenix.exe");
+    folder.own(L"setting.ini");
+    REQUIRE(CopyFileW(throw_away::Variable(L"QORVENIX").c_str(), copy.c_str(), FALSE));
+    const auto program = win::StartProcess(copy, L"Qorvenix", win::WindowStyle::Normal);
+    const auto counted = [] {
+        const HWND bar = FindWindowExW(FindWindowW(kMainClass, nullptr), nullptr, STATUSCLASSNAMEW, nullptr);
+        return bar && ui::TextOf(bar).ends_with(L"個の項目");
+    };
+    for (int tenths = 0; tenths < 600 && !counted(); ++tenths)
+        Sleep(100);
+    CHECK(counted());
+    PostMessageW(FindWindowW(kMainClass, nullptr), WM_CLOSE, 0, 0);
+    CHECK(WaitForSingleObject(program.process.get(), 20000) == WAIT_OBJECT_0);
+    DWORD code = 1;
+    CHECK((GetExitCodeProcess(program.process.get(), &code) && code == 0));
 }
 
 TEST_CASE("place, font, options and the width of every column come back at every start") {
