@@ -12,13 +12,8 @@ Section
     File "sample.nsi"
     WriteUninstaller "$INSTDIR\uninstall.exe"
     WriteRegStr HKLM "${KEY}" "DisplayName" "${NAME}"
-    WriteRegStr HKLM "${KEY}" "Publisher" "見本工房"
-    WriteRegStr HKLM "${KEY}" "InstallDate" "20100401"
-    WriteRegStr HKLM "${KEY}" "InstallLocation" "$INSTDIR"
-    WriteRegStr HKLM "${KEY}" "DisplayIcon" '"$INSTDIR\uninstall.exe",0'
     ; With _?= the uninstaller works where it lies; without, it hands over to a copy of itself and ends.
     WriteRegStr HKLM "${KEY}" "UninstallString" '"$INSTDIR\uninstall.exe" /S _?=$INSTDIR'
-    WriteRegDWORD HKLM "${KEY}" "EstimatedSize" 1536
 SectionEnd
 
 Section Uninstall
