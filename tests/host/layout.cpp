@@ -79,20 +79,6 @@ TEST_CASE("no control covers another or leaves the window, and each has its room
     }
 }
 
-TEST_CASE("the box of comments has room for the longest one, as far as a quarter of the window goes") {
-    const LayoutMetrics metrics = MetricsFor(96, 100);
-    const auto box_height = [&metrics](std::vector<Paragraphs> comments, int width = 784, int height = 900) {
-        const Surroundings around = {width, height, 20, 20, comments};
-        return Arrange(metrics, around, DetailKind::Comment)[IndexOf(Control::txtComment)].height;
-    };
-    const int usual = box_height({});
-    CHECK(usual == box_height({{100}, {0}, {600, 50}}));
-    CHECK(box_height({{100}, {600, 0, 600, 600, 600, 600}}) == 6 * 12 + 8);
-    CHECK(box_height({{600, 600, 600, 600, 600, 600}}, 464) > 10 * 12);  // each goes on in a second line
-    CHECK(box_height({{60000}}) == (900 - 40) / 4 - 12);
-    CHECK(box_height({{60000}}, 784, 260) == usual);
-}
-
 TEST_CASE("the contrast of colours is that of the guidelines, whichever is the text") {
     CHECK(ui::ContrastRatio(0x000000, 0xFFFFFF) == doctest::Approx(21));
     CHECK(ui::ContrastRatio(0xFFFFFF, 0x0000FF) == doctest::Approx(3.998).epsilon(0.001));

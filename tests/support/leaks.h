@@ -7,6 +7,8 @@
 #include "win/handle.h"
 #include "win/system_library.h"
 
+#include <psapi.h>
+
 #include <doctest/doctest.h>
 
 #include <algorithm>
@@ -18,11 +20,6 @@
 
 namespace leaks {
 
-template <class Function>
-Function Native(const char* name) {
-    return win::FindFunction<Function>(GetModuleHandleW(L"ntdll.dll"), name);
-}
-
 inline long Handles() {
     struct Entry {
         DWORD process;
@@ -33,7 +30,8 @@ inline long Handles() {
         DWORD access;
     };
     constexpr ULONG kSystemHandleInformation = 16;
-    const auto query = Native<LONG(WINAPI*)(ULONG, void*, ULONG, ULONG*)>("NtQuerySystemInformation");
+    const auto query = win::FindFunction<LONG(WINAPI*)(ULONG, void*, ULONG, ULONG*)>(GetModuleHandleW(L"ntdll.dll"),
+                                                                                     "NtQuerySystemInformation");
     std::vector<std::byte> buffer(1 << 20);
     REQUIRE(query(kSystemHandleInformation, buffer.data(), static_cast<ULONG>(buffer.size()), nullptr) == 0);
     const ULONG count = *reinterpret_cast<const ULONG*>(buffer.data());
@@ -89,16 +87,11 @@ inline long UserObjects() {
 
 // The private memory that is in use.
 inline long Kilobytes() {
-    struct Record {  // VM_COUNTERS
-        SIZE_T other[9];
-        SIZE_T page_file;
-        SIZE_T page_file_peak;
-    };
-    constexpr ULONG kProcessVmCounters = 3;
-    const auto query = Native<LONG(WINAPI*)(HANDLE, ULONG, void*, ULONG, ULONG*)>("NtQueryInformationProcess");
-    Record record = {};
-    REQUIRE(query(GetCurrentProcess(), kProcessVmCounters, &record, sizeof record, nullptr) == 0);
-    return static_cast<long>(record.page_file / 1024);
+    const auto query = win::FindFunction<decltype(&GetProcessMemoryInfo)>(GetModuleHandleW(L"kernel32.dll"),
+                                                                          "K32GetProcessMemoryInfo");
+    PROCESS_MEMORY_COUNTERS counters = {};
+    REQUIRE(query(GetCurrentProcess(), &counters, sizeof counters));
+    return static_cast<long>(counters.PagefileUsage / 1024);
 }
 
 }  // namespace leaks

@@ -94,7 +94,10 @@ private:
 
     static std::vector<Start> starts() {
         std::vector<Start> noted;
-        std::wistringstream lines(WideContentOf(kRecord));
+        const std::string content = ContentOf(kRecord);
+        std::wstring text(content.size() / sizeof(wchar_t), L'\0');
+        content.copy(reinterpret_cast<char*>(text.data()), text.size() * sizeof(wchar_t));
+        std::wistringstream lines(text);
         Start each;
         while (
             std::getline(std::getline(std::getline(lines, each.program, L'\t'), each.show, L'\t'), each.command_line))

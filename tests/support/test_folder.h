@@ -17,14 +17,6 @@ inline std::string ContentOf(const std::wstring& path) {
     return content;
 }
 
-// The same of a file of UTF-16.
-inline std::wstring WideContentOf(const std::wstring& path) {
-    const std::string content = ContentOf(path);
-    std::wstring text(content.size() / sizeof(wchar_t), L'\0');
-    content.copy(reinterpret_cast<char*>(text.data()), text.size() * sizeof(wchar_t));
-    return text;
-}
-
 class TestFolder {
 public:
     explicit TestFolder(std::wstring_view name) {
