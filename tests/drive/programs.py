@@ -12,11 +12,11 @@ MSI = "{5D6C0E1A-7B1B-4F0B-9E57-2B6F3C1D0A11}"
 WAITING = TOOLS + r"\recorder_gui.exe --wait 60000"  # notes each start of itself in C:\record.txt
 PROGRAMS, STARTUP = "ListView1_0", "lvStartUp"
 
-# Below which key, value name, data. The first four bring nothing to uninstall.
+# Below which key, value name, data. The first three bring nothing to uninstall.
 VALUES = [
     *((rf"{place}\Uninstall\{key}", value, data)
       for place, key, name in ((OWN, "Slow", "時間のかかる削除"), (OWN, "Machine", "全ユーザーの見本"),
-                               (OTHER, "Machine", "もう一方の見本"), (USER, "PerUser", "個別ユーザーの見本"))
+                               (OTHER, "Machine", "もう一方の見本"))
       for value, data in (("DisplayName", name), ("UninstallString", WAITING))),
     (rf"{OWN}\Run", "起動時の見本", r"C:\windows\notepad.exe"),
     (rf"{OTHER}\Run", "起動時の見本", "nothing.exe"),
@@ -89,12 +89,12 @@ def question(session, text, key):
     until(lambda: not session.windows("#32770"), 5, "the end of the question")
 
 
-def forced(window, row, place, name, key, stays):
+def forced(window, row, place):
     window.select(PROGRAMS, row)
     window.choose("f")
-    question(window.session, f"「{row}」を強制アンインストールしますか？", key)
-    becomes(lambda: (row in window.names(PROGRAMS), has(window, rf"{place}\Uninstall\{name}", "Uninst")), (stays, stays))
-    window.says(row if key == "Escape" else f"{len(window.names(PROGRAMS))} 個の項目")
+    question(window.session, f"「{row}」を強制アンインストールしますか？", "Return")
+    becomes(lambda: (row in window.names(PROGRAMS), has(window, rf"{place}\Uninstall\Machine", "Uninst")), (False, False))
+    window.says(f"{len(window.names(PROGRAMS))} 個の項目")
 
 
 def delete_startup_item(window, keys, status):
@@ -129,11 +129,9 @@ with Session() as session:
         while_one_runs(window)
         print("the window stays usable while an uninstaller runs")
         if IS_64_BIT:
-            forced(window, "もう一方の見本", OTHER, "Machine", "Return", stays=False)
-        forced(window, "全ユーザーの見本", OWN, "Machine", "Escape", stays=True)
-        forced(window, "全ユーザーの見本", OWN, "Machine", "Return", stays=False)
+            forced(window, "もう一方の見本", OTHER)
+        forced(window, "全ユーザーの見本", OWN)
         assert has(window, rf"{OTHER}\Uninstall\Machine", "Uninst") != IS_64_BIT
-        forced(window, "個別ユーザーの見本", USER, "PerUser", "Return", stays=True)
         copies = sorted(file.name.split(" ", 1)[1] for file in (session.folder / "backup").iterdir())
         assert copies == sorted(["全ユーザーの見本.reg", *["もう一方の見本.reg"] * IS_64_BIT]), copies
         print("forced uninstall removes machine-wide entries, after its question, and keeps copies")

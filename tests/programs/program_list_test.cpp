@@ -103,6 +103,7 @@ TEST_CASE("the lists hold exactly what is registered, in the registry's order, a
         }
     }
     scan.user.set_text(L"z1", L"UninstallString", L"");
+    scan.machine.set_text(L"a", L"InstallLocation", L"");
     scan.user.set_text(L"z2", L"UninstallString", kCommand);
     scan.user.set_number(L"z2", L"SystemComponent", 1);
     scan.user.set_text(L"z3", L"UninstallString", kCommand);
@@ -118,6 +119,9 @@ TEST_CASE("the lists hold exactly what is registered, in the registry's order, a
         CHECK(scan.updates.rows() == update_rows);
         CHECK(scan.host.pumps == refresh * std::ssize(keys));
     }
+    // A folder that is told to be none is another thing than one that is not told.
+    for (const auto& [row, told] : {std::pair(0, false), {1, true}, {2, false}})
+        CHECK(ProgramAt(scan.programs.list, row)->empty_install_folder == told);
     scan.options.show_system_components = true;
     scan.run();
     CHECK(scan.programs.list.count() == std::ssize(program_rows) + 1);
@@ -242,7 +246,7 @@ TEST_CASE("A forced uninstall asks, and removes the row's own key of the machine
     CHECK(EnumerateSubkeyNames(scan.user.get(), L"") == Texts{L"Same"});
 }
 
-TEST_CASE("Details come from the machine's key, from the user's where that is missing, and have at most 255 bytes") {
+TEST_CASE("Details come from the machine's key, from the user's where that is missing, and have at most 256 bytes") {
     const SeededScan scan;
     const auto read = [](const wchar_t* key, const wchar_t* sid = SeededScan::kSid,
                          UninstallPlace place = UninstallPlace::Machine) {
@@ -259,8 +263,9 @@ TEST_CASE("Details come from the machine's key, from the user's where that is mi
 
     scan.machine.set_text(L"Full", L"HelpLink", std::wstring(255, L'a'));
     scan.machine.set_text(L"Full", L"URLInfoAbout", std::wstring(127, L'あ') + L"b");
-    scan.machine.set_bytes(L"Full", L"HelpTelephone", REG_BINARY, std::as_bytes(std::span("12", 2)));
-    CHECK(read(L"Full") == std::wstring(255, L'a') + L"|" + std::wstring(127, L'あ') + L"b|12");
+    const std::string without_end(256, '1');
+    scan.machine.set_bytes(L"Full", L"HelpTelephone", REG_BINARY, std::as_bytes(std::span(without_end)));
+    CHECK(read(L"Full") == std::wstring(255, L'a') + L"|" + std::wstring(127, L'あ') + L"b|" + std::wstring(256, L'1'));
     scan.machine.set_text(L"Full", L"HelpLink", std::wstring(256, L'a'));
     scan.machine.set_text(L"Full", L"URLInfoAbout", std::wstring(128, L'あ'));
     scan.machine.set_bytes(L"Full", L"HelpTelephone", REG_SZ, {});
