@@ -192,7 +192,7 @@ TEST_CASE("Start-up values and what the repairs take away come back, each where 
         check(run, L"a_b_c=]\x2122.reg", {}, [&](Place& place) {
             const std::wstring location = std::wstring(hive.tag) + startup::kRunKey;
             CHECK(startup::DeleteStartupEntry({name, {}, location, {}}, place.backup, place.host));
-            REQUIRE_FALSE(ValueExists(run.get(), name));
+            REQUIRE(RegQueryValueExW(run.get(), name.c_str(), {}, {}, {}, {}) == ERROR_FILE_NOT_FOUND);
         });
     }
     const TestKey handlers(HKEY_CLASSES_ROOT, L"AllFilesystemObjects\\shellex\\ContextMenuHandlers");

@@ -29,7 +29,7 @@ LISTS = "ListView1_0", "ListView1_1", "lvStartUp", "lvService", "ListView2", "lv
 
 # What peek tells of each.
 Control = collections.namedtuple("Control", "handle window_class id visible enabled focus left top width height text")
-Tab = collections.namedtuple("Tab", "left top right bottom caption")
+Tab = collections.namedtuple("Tab", "left top right bottom")
 Rows = collections.namedtuple("Rows", "headers selected rows")
 
 
@@ -64,11 +64,11 @@ def becomes(read, expected):
 class Session:
     """A display, a Wine desktop on it, and a folder C:\\Qorvenix with the program in the prefix."""
 
-    def __init__(self, dpi=96, variables=None):
+    def __init__(self, dpi=96):
         self.prefix = pathlib.Path(os.environ["PREFIX"])
         self.folder = self.prefix / "drive_c/Qorvenix"
         self.user = next((self.prefix / "drive_c/users").glob("[!P]*"))  # and not Public
-        self.environment = dict(os.environ, **(variables or {}))
+        self.environment = dict(os.environ)
         self.dpi = dpi
         self._display = self._peek = None
 

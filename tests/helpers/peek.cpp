@@ -5,7 +5,7 @@
 //                   width, height, text
 //   tree [HANDLE]   the same of a window (place and size are those of its client area), then of its child windows
 //   list ID         headers; selected row; then the cells of each row
-//   tabs            selected tab; then each tab: left, top, right, bottom, caption
+//   tabs            selected tab; then each tab: left, top, right, bottom
 //   wait            until the window answers
 //   close [HANDLE]  as the title bar does
 #include "win/handle.h"
@@ -51,12 +51,6 @@ HWND MainWindow() { return FindWindowW(L"Qorvenix.frmMain", nullptr); }
 HWND WindowOf(const Words& words) {
     if (words.size() < 2) return MainWindow();
     return reinterpret_cast<HWND>(static_cast<LONG_PTR>(std::wcstol(words[1].c_str(), nullptr, 10)));
-}
-
-std::wstring ClassOf(HWND window) {
-    wchar_t name[128] = {};
-    GetClassNameW(window, name, 128);
-    return name;
 }
 
 std::wstring TextOf(HWND window) {
@@ -132,7 +126,9 @@ BOOL CALLBACK LookAt(HWND window, LPARAM parameter) {
         GetWindowRect(window, &place);
         MapWindowPoints(nullptr, look.top, reinterpret_cast<POINT*>(&place), 2);
     }
-    Record(window, ClassOf(window), GetDlgCtrlID(window), IsWindowVisible(window) != FALSE,
+    wchar_t name[128] = {};
+    GetClassNameW(window, name, 128);
+    Record(window, std::wstring(name), GetDlgCtrlID(window), IsWindowVisible(window) != FALSE,
            IsWindowEnabled(window) != FALSE, window == look.focus, place.left, place.top, place.right - place.left,
            place.bottom - place.top, TextOf(window));
     return TRUE;
@@ -188,12 +184,9 @@ bool Tabs(const Words&) {
     Shared shared(strip);
     Record(Ask(strip, TCM_GETCURSEL));
     for (int tab = 0, tabs = Ask(strip, TCM_GETITEMCOUNT); tab < tabs; ++tab) {
-        TCITEMW item = {};
-        item.mask = TCIF_TEXT;
-        const std::wstring caption = shared.text(strip, TCM_GETITEMW, tab, item, item.pszText, item.cchTextMax);
         RECT area = {};
         shared.send(strip, TCM_GETITEMRECT, tab, area);
-        Record(area.left, area.top, area.right, area.bottom, caption);
+        Record(area.left, area.top, area.right, area.bottom);
     }
     return true;
 }

@@ -6,6 +6,8 @@
 #include <windows.h>
 
 #include <cwchar>
+#include <fstream>
+#include <process.h>
 #include <string>
 
 namespace {
@@ -22,19 +24,8 @@ DWORD NumberAfter(const wchar_t* command_line, const wchar_t* option) {
 }
 
 void Record(const std::wstring& line) {
-    const HANDLE file = CreateFileW(L"C:\\record.txt", FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                    OPEN_ALWAYS, 0, nullptr);
-    DWORD written = 0;
-    WriteFile(file, line.data(), static_cast<DWORD>(line.size() * sizeof(wchar_t)), &written, nullptr);
-    CloseHandle(file);
-}
-
-void StartSelf() {
-    std::wstring command_line = L"\"" + OwnPath() + L"\" --hold";
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION started = {};
-    CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &started);
+    std::ofstream file("C:\\record.txt", std::ios::app | std::ios::binary);
+    file.write(reinterpret_cast<const char*>(line.data()), static_cast<std::streamsize>(line.size() * sizeof(wchar_t)));
 }
 
 }  // namespace
@@ -44,7 +35,8 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
     STARTUPINFOW startup = {};
     GetStartupInfoW(&startup);
     Record(OwnPath() + L"\t" + std::to_wstring(startup.wShowWindow) + L"\t" + command_line + L"\n");
-    if (std::wcsstr(command_line, L"--start")) StartSelf();
+    if (std::wcsstr(command_line, L"--start"))
+        _wspawnl(_P_NOWAIT, OwnPath().c_str(), L"recorder", L"--hold", static_cast<wchar_t*>(nullptr));
     const HANDLE release = OpenEventW(SYNCHRONIZE, FALSE, L"Qorvenix release");
     if (std::wcsstr(command_line, L"--hold") && WaitForSingleObject(release, 10000) == WAIT_OBJECT_0)
         Record(L"\t\treleased\n");

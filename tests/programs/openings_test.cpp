@@ -87,8 +87,9 @@ TEST_CASE("What is opened starts with its exact command line, by programs of the
         wchar_t last_key[64] = {};
         DWORD size = sizeof last_key;
         RegQueryValueExW(settings->get(), L"LastKey", nullptr, nullptr, reinterpret_cast<BYTE*>(last_key), &size);
-        return (Recorder::is_in_system(path, name) ? L"SYS\\" : L"") + name + L" " + show + L" " + command_line + L"|" +
-               host.status_text() + L"|" + last_key;
+        const bool in_system = path.ends_with(L"\\syswow64\\" + name) || path.ends_with(L"\\system32\\" + name);
+        return (in_system ? L"SYS\\" : L"") + name + L" " + show + L" " + command_line + L"|" + host.status_text() +
+               L"|" + last_key;
     };
     CHECK(started_by([&] { open_folder(L""); }) == L"SYS\\explorer.exe 1 explorer.exe \"||");
     CHECK(started_by([&] { open_folder(L"\"C:\\x y\""); }) == L"SYS\\explorer.exe 1 explorer.exe \"C:\\x y\"||");

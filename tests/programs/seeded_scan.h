@@ -5,7 +5,6 @@
 #include "programs/uninstall_scan.h"
 #include "win/file_icon.h"
 
-#include "support/root_override.h"
 #include "support/show.h"
 #include "support/test_host.h"
 #include "support/test_key.h"

@@ -43,7 +43,6 @@ TEST_CASE("A stored command means one file, and nothing starts where that file i
         // The file "My.exe" is not meant by a path that leads on behind the blank, or by a folder.
         {slashes + L"/My Files/Gone App/un.exe /S"},
         {base + L"\\My Remover.v2.MSI"},
-        {base + L"\\My - Old\\gone /S"},
         {base + L"\\My App\\read me.txt 1"},
         {base + L"\\My App /S"},
         {L"%TEST_BASE%\\My Files\\gone.exe /S"},

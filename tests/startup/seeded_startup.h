@@ -4,7 +4,6 @@
 #include "startup/startup_actions.h"
 #include "startup/startup_scan.h"
 
-#include "support/root_override.h"
 #include "support/show.h"
 #include "support/test_folder.h"
 #include "support/test_host.h"
@@ -50,7 +49,6 @@ inline void MakeLink(const std::wstring& link_path, const std::wstring& target) 
     REQUIRE(
         SUCCEEDED(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW, link.put_void())));
     link->SetPath(target.c_str());
-    link->SetDescription(L"説明");
     link->SetArguments(L"/a \"b c\"");
     link->SetIconLocation(L"%windir%\\regedit.exe", 0);
     REQUIRE(SUCCEEDED(link.as<IPersistFile>(IID_IPersistFile)->Save(link_path.c_str(), TRUE)));

@@ -29,7 +29,7 @@ struct DetailsShell {
     std::wstring name;
 
     doubles::RegisteredClass registered{
-        L"Shell.Application", [this] {
+        L"Shell.Application", [this](const auto&) {
             win::ComPtr<doubles::Object> shell = doubles::MakeObject();
             shell->method(L"Namespace", [this, own = shell.get()](const auto& arguments, win::Variant& result) {
                 folders.emplace_back(arguments[0]->bstrVal);
@@ -56,7 +56,7 @@ int shortcuts_asked = 0;  // of script hosts
 
 // A script host that is its own shortcut, which answers with `target` or fails; without a `code` there is none.
 doubles::RegisteredClass ScriptHost(std::optional<HRESULT> code, const std::wstring& target) {
-    return {L"WScript.Shell", [code, target] {
+    return {L"WScript.Shell", [code, target](const auto&) {
                 win::ComPtr<doubles::Object> host = doubles::MakeObject();
                 host->method(L"CreateShortcut", [host = host.get()](const auto&, win::Variant& result) {
                     ++shortcuts_asked;

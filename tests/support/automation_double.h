@@ -160,8 +160,6 @@ public:
         if (FAILED(CLSIDFromProgID(prog_id, &id))) return;
         CoRegisterClassObject(id, factory, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie_);
     }
-    RegisteredClass(const wchar_t* prog_id, std::function<win::ComPtr<Object>()> make)
-        : RegisteredClass(prog_id, [make = std::move(make)](const std::wstring&) { return make(); }) {}
     RegisteredClass(const RegisteredClass&) = delete;
     RegisteredClass& operator=(const RegisteredClass&) = delete;
     ~RegisteredClass() { CoRevokeClassObject(cookie_); }
@@ -177,7 +175,8 @@ private:
 class WmiDouble {
 public:
     explicit WmiDouble(std::function<doubles::Members(const std::wstring& query)> answer)
-        : answer_(std::move(answer)), locator_(L"WbemScripting.SWbemLocator", [this] { return locator(); }) {}
+        : answer_(std::move(answer)),
+          locator_(L"WbemScripting.SWbemLocator", [this](const auto&) { return locator(); }) {}
 
     int steps = 3;  // that succeed: the locator is made, connects, takes queries
     std::vector<std::wstring> queries;

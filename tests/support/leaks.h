@@ -22,10 +22,7 @@ namespace leaks {
 
 inline long Handles() {
     struct Entry {
-        DWORD process;
-        BYTE type;
-        BYTE flags;
-        WORD handle;
+        DWORD process, handle;
         void* object;
         DWORD access;
     };
@@ -44,12 +41,7 @@ inline long Handles() {
 // to. A 32-bit process of a 64-bit prefix has these, too.
 inline long GdiObjects() {
     struct Entry {
-        std::uint64_t object;
-        std::uint32_t owner;
-        std::uint16_t unique;
-        std::uint8_t type;
-        std::uint8_t flags;
-        std::uint64_t user;
+        std::uint8_t before[14], type, behind[9];
     };
     constexpr int kTableLength = 0x4000;
     const auto at = [](const std::byte* block, int offset) {

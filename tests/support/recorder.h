@@ -71,11 +71,6 @@ public:
         return installed_.emplace_back(place, StandIn::built(L"recorder_gui.exe")).placed();
     }
 
-    // `program` is `name` in the folder that 64-bit Windows shows to the product as its system folder.
-    static bool is_in_system(const std::wstring& program, const std::wstring& name) {
-        return program.ends_with(L"\\syswow64\\" + name) || program.ends_with(L"\\system32\\" + name);
-    }
-
     // The starts noted so far; waits until there are `expected` of them, 5 seconds at most.
     std::vector<Start> starts(std::size_t expected) const {
         for (int turn = 0; turn < 100 && starts().size() < expected; ++turn)

@@ -3,18 +3,16 @@
 
 #include "win/handle.h"
 
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
 
 // What is in a file; nothing when it cannot be read.
 inline std::string ContentOf(const std::wstring& path) {
-    const win::File file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                     OPEN_EXISTING, 0, nullptr));
-    std::string content(file ? GetFileSize(file.get(), nullptr) : 0, '\0');
-    DWORD bytes = 0;
-    ReadFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &bytes, nullptr);
-    return content;
+    std::ifstream file(path.c_str(), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 class TestFolder {

@@ -61,11 +61,20 @@ private:
     win::RegKey key_;
 };
 
+// Puts a test's key in the place of a registry root, for this process alone: what is read and deleted below the root
+// is then the test's own.
+class RootOverride {
+public:
+    RootOverride(HKEY root, HKEY instead) : root_(root) { RegOverridePredefKey(root_, instead); }
+    RootOverride(const RootOverride&) = delete;
+    RootOverride& operator=(const RootOverride&) = delete;
+    ~RootOverride() { RegOverridePredefKey(root_, nullptr); }
+
+private:
+    HKEY root_;
+};
+
 inline bool KeyExists(HKEY root, const std::wstring& path) {
     win::RegKey key;
     return RegOpenKeyExW(root, path.c_str(), 0, KEY_QUERY_VALUE, key.put()) == ERROR_SUCCESS;
-}
-
-inline bool ValueExists(HKEY key, const std::wstring& name) {
-    return RegQueryValueExW(key, name.c_str(), nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
 }

@@ -36,9 +36,8 @@ public:
 
     std::vector<std::wstring> column(int index) const {
         std::vector<std::wstring> cells;
-        cells.reserve(static_cast<std::size_t>(list.count()));
-        for (int row = 0; row < list.count(); ++row)
-            cells.push_back(list.cell(row, index));
+        for (const auto& row : rows())
+            cells.push_back(row[static_cast<std::size_t>(index)]);
         return cells;
     }
 

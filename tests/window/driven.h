@@ -73,6 +73,21 @@ inline RECT BoundsOf(HWND window) {
     return bounds;
 }
 
+// Answers every box of this program with Cancel while it lives.
+struct BoxesCancelled {
+    BoxesCancelled() : timer(SetTimer(nullptr, 0, 20, &Cancel)) {}
+    BoxesCancelled(const BoxesCancelled&) = delete;
+    BoxesCancelled& operator=(const BoxesCancelled&) = delete;
+    ~BoxesCancelled() { KillTimer(nullptr, timer); }
+
+    static void CALLBACK Cancel(HWND, UINT, UINT_PTR, DWORD) {
+        for (HWND box = nullptr; (box = FindWindowExW(nullptr, box, L"#32770", nullptr)) != nullptr;)
+            if (GetWindowThreadProcessId(box, nullptr) == GetCurrentThreadId())
+                PostMessageW(box, WM_COMMAND, IDCANCEL, 0);
+    }
+    const UINT_PTR timer;
+};
+
 class Driven {
 public:
     explicit Driven(const wchar_t* argument = L"") {

@@ -27,11 +27,6 @@ std::wstring Clipboard() {
     return text;
 }
 
-void CALLBACK CancelBoxes(HWND, UINT, UINT_PTR, DWORD) {
-    for (HWND box = nullptr; (box = FindWindowExW(nullptr, box, L"#32770", nullptr)) != nullptr;)
-        if (GetWindowThreadProcessId(box, nullptr) == GetCurrentThreadId()) PostMessageW(box, WM_COMMAND, IDCANCEL, 0);
-}
-
 // Of the tabs that have one.
 constexpr MenuArray kPopups[] = {MenuArray::mnuPopItem, MenuArray::mnuPopItem, MenuArray::mnuStartItem,
                                  MenuArray::mnuServiceItem};
@@ -274,7 +269,7 @@ private:
 TEST_CASE("whatever the user does, whenever: the press, the row, its details and the tab agree") {
     const SettingsFile settings;
     const Seeded seeded;
-    const UINT_PTR timer = SetTimer(nullptr, 0, 40, &CancelBoxes);
+    const BoxesCancelled cancelled;
     hostile::Run("window model", kWalks, [](hostile::Source& source, std::uint64_t) {
         Walk walk(source);
         for (int step = 0; step < kSteps; ++step) {
@@ -283,5 +278,4 @@ TEST_CASE("whatever the user does, whenever: the press, the row, its details and
         }
         walk.close();
     });
-    KillTimer(nullptr, timer);
 }

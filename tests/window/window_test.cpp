@@ -7,8 +7,6 @@
 #include "win/process.h"
 #include "win/system_text.h"
 
-#include <functional>
-
 using namespace shell;
 
 namespace {
@@ -166,25 +164,6 @@ TEST_CASE("a maximised window, an early close, a log-off and a quit from outside
     PostQuitMessage(0);
     quit.run_until_closed();
     CHECK(settings.number("X") == 3030);
-}
-
-TEST_CASE_FIXTURE(Opened, "one fill of programs and updates leaves each its order and the shown one its count") {
-    for (const int tab : {1, 0}) {
-        const Control view = kViews[tab];
-        window.click(tab);
-        for (const int column : {0, 2}) {  // the sizes are those of the names, as numbers
-            CHECK_FALSE(std::ranges::is_sorted(window.names(view)));
-            window.click_header(view, column);
-            CHECK(std::ranges::is_sorted(window.names(view)));
-            window.click_header(view, column);
-            for (int times = 0; times < 2; ++times) {
-                window.command(MenuArray::mnuViewItem, ViewItem::SystemComponents);
-                CHECK(std::ranges::is_sorted(window.names(view), std::greater()));
-                CHECK(window.status() == window.count(view));
-            }
-            window.click_header(view, 6);  // the registry's order
-        }
-    }
 }
 
 TEST_CASE_FIXTURE(Opened, "stripes colour every other row while they can be read, and the selected row stands out") {
