@@ -20,7 +20,7 @@ public:
     void expect_rows() const {
         bench::Expect(programs_.list.count() + updates_.list.count() == rows, "the rows of the programs");
     }
-    void show() { ShowWindow(programs_.frame(), SW_SHOWNOACTIVATE); }
+    void show() { ShowWindow(GetParent(programs_.list.window()), SW_SHOWNOACTIVATE); }
     void paint() { UpdateWindow(programs_.list.window()); }
 
     int rows = 0;

@@ -2,7 +2,6 @@
 #include "bare_list.h"
 #include "results.h"
 
-#include "../tests/support/root_override.h"
 #include "../tests/support/test_host.h"
 #include "../tests/support/test_key.h"
 #include "../tests/support/test_list.h"

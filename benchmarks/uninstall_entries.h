@@ -1,7 +1,6 @@
 // An Uninstall key with entries as installers write them, in the place of the machine's own.
 #pragma once
 
-#include "../tests/support/root_override.h"
 #include "../tests/support/test_key.h"
 #include "programs/uninstall_scan.h"
 #include "win/text.h"

@@ -84,7 +84,7 @@ Values ValuesOf(HKEY root, const std::wstring& path, const std::wstring& shown =
         values[shown + L"\\" + name.substr(0, length)] = {type, {data.data(), data.data() + size}};
     }
     for (const std::wstring& subkey : programs::EnumerateSubkeyNames(key.get(), L""))
-        values.merge(ValuesOf(key.get(), subkey, shown + L"\\" + subkey));
+        values.merge(ValuesOf(key.get(), subkey, std::wstring(shown).append(L"\\").append(subkey)));
     return values;
 }
 
@@ -92,8 +92,9 @@ bool IsText(DWORD type) { return type == REG_SZ || type == REG_EXPAND_SZ || type
 
 void CheckSame(const Values& restored, const Values& kept) {
     REQUIRE(restored.size() == kept.size());
-    for (const auto& [name, value] : kept) {
-        CAPTURE(name);
+    for (const auto& each : kept) {
+        const auto& [name, value] = each;
+        CAPTURE(each.first);
         REQUIRE(restored.contains(name));
         const auto& [type, bytes] = restored.at(name);
         REQUIRE(type == value.type);

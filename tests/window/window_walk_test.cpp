@@ -60,7 +60,6 @@ void CheckPainted(const Driven& driven, const std::string& done) {
     const std::vector<DWORD> whole = Picture(driven.window());
     const auto first_different = std::ranges::mismatch(seen, whole).in1 - seen.begin();
     CAPTURE(done);
-    CAPTURE(driven.tab());
     CAPTURE(first_different);
     CHECK((seen == whole));
 }
