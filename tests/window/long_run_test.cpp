@@ -51,5 +51,5 @@ TEST_CASE("hours of use cost neither handles nor windows nor memory") {
     program.set_text({}, L"UninstallString", L"C:\\none.exe");
     const Driven window;
     const BoxesCancelled cancelled;
-    CheckHoldsOnToNothing(3, 6, 200, [&window] { UseEverything(window); });
+    CheckHoldsOnToNothing(2, 5, 200, [&window] { UseEverything(window); });
 }
