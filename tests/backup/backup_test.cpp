@@ -129,7 +129,7 @@ void MakeFile(const std::wstring& path, DWORD attributes = FILE_ATTRIBUTE_NORMAL
 
 }  // namespace
 
-TEST_CASE("A program that was forced out of the list comes back with its subkeys, value for value") {
+TEST_CASE("a program that was forced out of the list comes back with its subkeys, value for value") {
     hostile::Run("forced uninstalls brought back", 2, [](hostile::Source& source, std::uint64_t round) {
         Place place;
         const Entry entry;
@@ -167,7 +167,7 @@ TEST_CASE("A program that was forced out of the list comes back with its subkeys
     });
 }
 
-TEST_CASE("What the editor itself may read in another way is written byte by byte") {
+TEST_CASE("what the editor itself may read in another way is written byte by byte") {
     const auto line = [](std::wstring_view name, DWORD type, std::string_view bytes) {
         return win::RegistrationValue(name, type, {reinterpret_cast<const BYTE*>(bytes.data()), bytes.size()});
     };
@@ -175,7 +175,7 @@ TEST_CASE("What the editor itself may read in another way is written byte by byt
     CHECK(line(L"", REG_SZ, {"A\0\n\0\0\0", 6}) == L"@=hex(1):41,00,0a,00,00,00\r\n");
 }
 
-TEST_CASE("Start-up values and what the repairs take away come back, each where it was, and nothing beside it") {
+TEST_CASE("start-up values and what the repairs take away come back, each where it was, and nothing beside it") {
     const auto check = [](const TestKey& key, const wchar_t* copy, const Texts& statuses, const auto& remove) {
         Place place;
         const Values kept = ValuesOf(key.get(), {});
@@ -211,7 +211,7 @@ TEST_CASE("Start-up values and what the repairs take away come back, each where 
     repair(attachments, kDownloads, RepairItem::DownloadLocation, L"", L"ダウンロードの保存先.reg", L"完了");
 }
 
-TEST_CASE("A start-up file is kept with its content, its attributes and its times") {
+TEST_CASE("a start-up file is kept with its content, its attributes and its times") {
     Place place;
     const std::wstring folder = win::GetSpecialFolderPath(CSIDL_STARTUP);
     const std::wstring file = folder + L"\\a.b 見本.lnk";
@@ -242,7 +242,7 @@ TEST_CASE("A start-up file is kept with its content, its attributes and its time
     CHECK((ContentOf(copy) == std::string("a\0b", 3) && place.host.statuses.empty()));
 }
 
-TEST_CASE("Without room or rights the deletion goes on, and the status bar says that there is no copy") {
+TEST_CASE("without room or rights the deletion goes on, and the status bar says that there is no copy") {
     Place place;
     const std::wstring startup_folder = win::GetSpecialFolderPath(CSIDL_STARTUP);
     const std::wstring file = startup_folder + L"\\見本.lnk";
@@ -301,7 +301,7 @@ TEST_CASE("Without room or rights the deletion goes on, and the status bar says 
     CHECK((Names(place.folder).empty() && Names(in_data).empty()));
 }
 
-TEST_CASE("The two hundred newest copies stay, files of others always, and all that a link leads to") {
+TEST_CASE("the two hundred newest copies stay, files of others always, and all that a link leads to") {
     Place place;
     Place linked;
     const Entry entry;

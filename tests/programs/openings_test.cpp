@@ -16,7 +16,7 @@
 
 using namespace programs;
 
-TEST_CASE("A caption leads to a URL of a harmless scheme, to a file that is there, or to a tagged registry key") {
+TEST_CASE("a caption leads to a URL of a harmless scheme, to a file that is there, or to a tagged registry key") {
     TestFolder folder(L"detail links");
     const std::wstring help = folder.make_file(L"the help.html");
     const struct {
@@ -53,7 +53,7 @@ TEST_CASE("A caption leads to a URL of a harmless scheme, to a file that is ther
     CHECK(looks == 0);
 }
 
-TEST_CASE("What is opened starts with its exact command line, by programs of the system's folders and no planted one") {
+TEST_CASE("what is opened starts with its exact command line, by programs of the system's folders and no planted one") {
     const win::ComApartment apartment;
     Recorder recorder;
     TestFolder folder(L"opened here");
@@ -148,7 +148,7 @@ TEST_CASE("What is opened starts with its exact command line, by programs of the
     SetCurrentDirectoryW(L"C:\\");
 }
 
-TEST_CASE("The history holds the fourteen most recent paths, each once") {
+TEST_CASE("the history holds the fourteen most recent paths, each once") {
     std::vector<std::wstring> history;
     for (const int number : {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 16, 5})
         RememberRegistryPath(win::ToText(number), history);

@@ -185,7 +185,7 @@ TEST_CASE("rows show the icon of the file that their entry names, and refreshes 
     if (throw_away::OnWine()) CheckHoldsOnToNothing(20, 100, 64, [&] { scan.run(); });
 }
 
-TEST_CASE("A forced uninstall asks, and removes the row's own key of the machine and nothing else") {
+TEST_CASE("a forced uninstall asks, and removes the row's own key of the machine and nothing else") {
     SeededScan scan;
     const auto add = [](const TestKey& key, const std::wstring& tag, std::initializer_list<const wchar_t*> names) {
         for (const wchar_t* name : names) {
@@ -246,7 +246,7 @@ TEST_CASE("A forced uninstall asks, and removes the row's own key of the machine
     CHECK(EnumerateSubkeyNames(scan.user.get(), L"") == Texts{L"Same"});
 }
 
-TEST_CASE("Details come from the machine's key, from the user's where that is missing, and have at most 256 bytes") {
+TEST_CASE("details come from the machine's key, from the user's where that is missing, and have at most 256 bytes") {
     const SeededScan scan;
     const auto read = [](const wchar_t* key, const wchar_t* sid = SeededScan::kSid,
                          UninstallPlace place = UninstallPlace::Machine) {

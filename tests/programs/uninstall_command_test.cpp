@@ -8,7 +8,7 @@
 
 using namespace programs;
 
-TEST_CASE("A stored command means one file, and nothing starts where that file is gone") {
+TEST_CASE("a stored command means one file, and nothing starts where that file is gone") {
     TestFolder folder(L"commands");
     const std::wstring& base = folder.path();
     for (const wchar_t* each : {L"My App", L"My - Old", L"My - Old\\App 1.0 x"})
@@ -66,7 +66,7 @@ TEST_CASE("A stored command means one file, and nothing starts where that file i
     SetCurrentDirectoryW(L"C:\\");
 }
 
-TEST_CASE("A command runs as stored, by no planted program, and messages are processed until its process ends") {
+TEST_CASE("a command runs as stored, by no planted program, and messages are processed until its process ends") {
     const win::ComApartment apartment;
     Recorder recorder;
     TestFolder folder(L"C Program Files");

@@ -281,7 +281,7 @@ TEST_CASE("a drive or share that is not there cannot be reached, and a server th
     CHECK(asked == std::vector<std::wstring>{L"//server/late/a.exe"});
 }
 
-TEST_CASE("An entry is deleted from its own place after a question, and nothing beside it") {
+TEST_CASE("an entry is deleted from its own place after a question, and nothing beside it") {
     REQUIRE_THROW_AWAY();
     SeededStartup startup;
     const ui::ListView& list = startup.list.list;
@@ -343,7 +343,7 @@ TEST_CASE("An entry is deleted from its own place after a question, and nothing 
         DeleteFileW((L"\\\\?\\" + win::ReplaceAll(each.substr(0, each.rfind(L'|')), L"|", L"\\")).c_str());
 }
 
-TEST_CASE("The menu of the startup list follows the row under the mouse, or the selected one for the key") {
+TEST_CASE("the menu of the startup list follows the row under the mouse, or the selected one for the key") {
     TestFolder folder(L"start menu");
     folder.make_file(L"there.lnk");
     folder.make_folder(L"folder.lnk");
@@ -373,7 +373,7 @@ TEST_CASE("The menu of the startup list follows the row under the mouse, or the 
     CHECK(open({}, nullptr) == L"99 スタートアップフォルダを開く(&O)");
 }
 
-TEST_CASE("A shortcut in the startup folder is made by the script host, or by the shell where that is better") {
+TEST_CASE("a shortcut in the startup folder is made by the script host, or by the shell where that is better") {
     const win::ComApartment apartment;
     CheckShortcuts();
     {
@@ -392,7 +392,7 @@ TEST_CASE("A shortcut in the startup folder is made by the script host, or by th
     CHECK_FALSE(TakeLink(startup, L"plain.lnk").empty());
 }
 
-TEST_CASE("Of three dropped files the first counts") {
+TEST_CASE("of three dropped files the first counts") {
     constexpr std::wstring_view kNames(L"C:\\first.exe\0C:\\second.exe\0C:\\third.exe\0", 40);
     const HGLOBAL memory = GlobalAlloc(GHND, sizeof(DROPFILES) + (kNames.size() + 1) * sizeof(wchar_t));
     auto* drop = static_cast<DROPFILES*>(GlobalLock(memory));
