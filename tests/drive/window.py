@@ -118,14 +118,14 @@ def service_menu(window):
 
 def file_and_view_menu(window):
     session = window.session
-    window.click_tab(0)
+    window.click_tab(2)
     session.keys("alt+f", "s")
     session.dialog()
     session.xdotool("type", "--delay", 20, r"C:\list.csv")
     session.keys("Return")
     window.says("保存が完了しました")
     lines = session.path(r"C:\list.csv").read_bytes().decode("cp932").split("\r\n")
-    assert lines[0].startswith("プログラム名,") and lines[1].startswith(f'"{PROGRAM}",'), lines
+    assert lines[0].startswith("名前,") and lines[1].startswith('"startup.txt",'), lines
     window.click_tab(6)
     before = window.status()
     session.keys("alt+f", "s", "Escape", "Escape")

@@ -40,6 +40,8 @@ TEST_CASE("a stored command means one file, and nothing starts where that file i
         {program + L" %TEST_BASE%", program, L"%TEST_BASE%"},
         {L"\"msiexec\" /X{A-B}", installer, L"/X{A-B}"},
         {L"MsiExec /x C:\\gone.msi %TEST_BASE%", installer, L"/x C:\\gone.msi %TEST_BASE%"},
+        {L"rundll32 shell32.dll,Control_RunDLL appwiz.cpl", win::SystemDirectory() + L"\\rundll32.exe",
+         L"shell32.dll,Control_RunDLL appwiz.cpl"},
         // The file "My.exe" is not meant by a path that leads on behind the blank, or by a folder.
         {slashes + L"/My Files/Gone App/un.exe /S"},
         {base + L"\\My Remover.v2.MSI"},
@@ -85,13 +87,14 @@ TEST_CASE("a command runs as stored, by no planted program, and messages are pro
         TestHost host;
         std::vector<std::wstring> statuses = {L"before"};
         host.statuses = statuses;
-        host.on_pump = [&] { host.pumps == 3 && SetEvent(release.get()); };
+        host.on_pump = [&] { lines == 2 && host.pumps == 3 && SetEvent(release.get()); };
         ProgramRow row;
         row.uninstall_command = each;
         CHECK(Uninstall(row, host) == (lines != 0));
         if (lines != 0) statuses.insert(statuses.end(), {L"アンインストーラの実行中です...", L"before"});
         CHECK(host.statuses == statuses);
         if (lines == 2) CHECK(host.pumps >= 3);
+        if (lines == 3) CHECK(recorder.starts(noted + 2).size() == noted + 2);  // the child still waits
         SetEvent(release.get());
         noted += lines;
         CHECK(recorder.starts(noted).size() == noted);

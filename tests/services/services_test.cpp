@@ -127,6 +127,8 @@ TEST_CASE_FIXTURE(Desk, "WMI's services are listed once, in its order and the pr
             const auto service = doubles::MakeObject({{L"DisplayName", win::Variant(each[0])},
                                                       {L"State", win::Variant(each[0])},
                                                       {L"StartMode", win::Variant(each[1])},
+                                                      {L"Description", win::Variant(each[1])},
+                                                      {L"PathName", win::Variant(each[0])},
                                                       {L"AcceptPause", doubles::OfType(VT_BOOL, VARIANT_TRUE)},
                                                       {L"AcceptStop", doubles::OfType(VT_BOOL)}});
             members.values.emplace_back(service.get());
@@ -135,7 +137,7 @@ TEST_CASE_FIXTURE(Desk, "WMI's services are listed once, in its order and the pr
     });
     std::vector<Cells> rows;
     for (const Cells& each : words)
-        rows.push_back({each[0], each[2], each[3], L"", L"", L"-1", L"0", L""});
+        rows.push_back({each[0], each[2], each[3], each[1], each[0], L"-1", L"0", L""});
     for (int time = 0; time < 2; ++time)
         CHECK(fill() == rows);
     CHECK(wmi.queries.back() == L"Select * From Win32_Service");
@@ -175,7 +177,7 @@ TEST_CASE_FIXTURE(Desk, "a restart waits alive, no longer than the service promi
         DWORD real_state;
         bool restarts, closes;
     } waits[] = {
-        {L"steps=3 step=600 hint=700", L"開始", SERVICE_RUNNING, true, false},
+        {L"steps=4 step=300 hint=900", L"開始", SERVICE_RUNNING, true, false},
         {L"nostop", L"開始", SERVICE_RUNNING, false, false},
         // The stop is accepted, the start refused by a service that is still stopping.
         {L"steps=1 step=20000 hint=400 frozen", L"停止", SERVICE_STOP_PENDING, false, false},

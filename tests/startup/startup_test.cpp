@@ -143,6 +143,8 @@ TEST_CASE("both folders and the keys are listed in their order, with targets, pl
     }
     startup.user_run.set_text({}, L"v1", L"regedit.exe -m");
 
+    CHECK(kRunOnceKey == std::wstring(L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnce"));
+    CHECK(kRunOnceKey32 == std::wstring(L"SOFTWARE\\Wow6432Node\\Microsoft\\Windows\\CurrentVersion\\RunOnce"));
     startup.list.list.add_row(L"old");
     std::vector<Texts> expected = {
         {L"a.lnk", program, user, L"常駐 1.exe の説明"},

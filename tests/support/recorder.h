@@ -71,9 +71,9 @@ public:
         return installed_.emplace_back(place, StandIn::built(L"recorder_gui.exe")).placed();
     }
 
-    // The starts noted so far; waits until there are `expected` of them, 5 seconds at most.
+    // The starts noted so far; waits until there are `expected` of them, 20 seconds at most.
     std::vector<Start> starts(std::size_t expected) const {
-        for (int turn = 0; turn < 100 && starts().size() < expected; ++turn)
+        for (int turn = 0; turn < 400 && starts().size() < expected; ++turn)
             Sleep(50);
         return starts();
     }

@@ -35,7 +35,7 @@ void TypeAndPress(std::wstring_view text, WPARAM key) {
 
 // The box is on the screen, everything lies in it, and the prompt is wholly shown above the rest.
 void CheckLayout(HWND dialog) {
-    RECT client = {}, box = {}, area = {}, common = {};
+    RECT client = {}, box = {}, area = {}, common = {}, former = {};
     GetClientRect(dialog, &client);
     GetWindowRect(dialog, &box);
     CHECK((box.left >= 0 && box.top >= 0 && box.right <= GetSystemMetrics(SM_CXSCREEN)));
@@ -52,6 +52,8 @@ void CheckLayout(HWND dialog) {
         MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&area), 2);
         CHECK((UnionRect(&common, &client, &area) && EqualRect(&common, &client)));
         CHECK((child == prompt || area.top >= height));
+        CHECK_FALSE(IntersectRect(&common, &former, &area));
+        former = area;
     }
 }
 

@@ -25,6 +25,8 @@ TEST_CASE("size texts change their unit exactly at its first byte, and totals co
     CHECK(win::SizeText(1179648) == L"1.13 MB");  // 1.125: the half goes up
     CHECK(win::SizeText(1073741824) == L"1.00 GB");
     CHECK(win::SizeText(0xFFFFFFFFFFFFFFFF) == L"17179869184.00 GB");
+    CHECK(win::MegabyteText(0xFFFFFFFF) == L"4194304.00MB");
+    CHECK(win::SizeSortKey(L"4194304.00MB") == L"4194304.00");
     CHECK(win::ToText(static_cast<long long>(INT64_MIN)) == L"-9223372036854775808");
     CHECK((win::ToInteger(L" -12x") == -12 && win::ToInteger(L"99999999999") == INT_MAX));
     CHECK(win::FileTotalText(5'000'000'000, 0x200000000) == L"ファイル総数 5000000000個 (8.00 GB)");

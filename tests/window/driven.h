@@ -93,7 +93,7 @@ public:
     explicit Driven(const wchar_t* argument = L"") {
         REQUIRE(form.open(argument));
         // The catalogue is the last thing that a start makes.
-        for (int wait = 0; wait < 500 && list(Control::ListView2).count() == 0; ++wait) {
+        for (int wait = 0; wait < 2000 && list(Control::ListView2).count() == 0; ++wait) {
             form.pump();
             Sleep(10);
         }

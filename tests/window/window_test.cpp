@@ -4,6 +4,8 @@
 #include "support/import_hook.h"
 #include "support/test_folder.h"
 #include "support/throw_away.h"
+#include "tools/cleanup.h"
+#include "tools/shell_repairs.h"
 #include "win/process.h"
 #include "win/system_text.h"
 
@@ -37,6 +39,24 @@ TEST_CASE_FIXTURE(
     CHECK((place.left == 0 && place.top == 0 && place.right == 800 && place.bottom == 533));  // 8000 twips
     CHECK(window.names(Control::ListView1_0).size() == Seeded::kPrograms * 3 / 4);
     CHECK(window.text(Control::cmdMenu_1) == L"強制削除(&F)");
+    constexpr const wchar_t* captions[] = {L"プログラムの追加と削除", L"更新プログラム"};
+    for (int tab = 0; tab < 2; ++tab) {
+        wchar_t caption[64] = {};
+        TCITEMW item = {TCIF_TEXT, 0, 0, caption, 64, 0, 0};
+        SendMessageW(window.at(Control::tb), TCM_GETITEMW, static_cast<WPARAM>(tab), reinterpret_cast<LPARAM>(&item));
+        CHECK(caption == std::wstring(captions[tab]));
+    }
+    for (const int column : {2, 0}) {  // the sizes are those of the names, as numbers
+        window.click_header(Control::ListView1_0, column);
+        CHECK(std::ranges::is_sorted(window.names(Control::ListView1_0)));
+    }
+    NMHEADERW pulled = {{nullptr, 0, static_cast<UINT>(HDN_BEGINTRACKW)}, 6, 0, nullptr};
+    for (; pulled.iItem < 8; ++pulled.iItem) {  // the last column has the sort keys and stays closed
+        const auto at = reinterpret_cast<LPARAM>(&pulled);
+        CHECK(SendMessageW(window.at(Control::ListView1_0), WM_NOTIFY, 0, at) == (pulled.iItem == 7));
+    }
+    window.click(2);
+    CHECK((window.shown(Control::cmdMenu_0) && !window.shown(Control::cmdMenu_1)));
     window.click(5);
     CHECK(window.text(Control::cmdMenu_1) == L"作成(&N)");
     window.click(3);
@@ -79,10 +99,12 @@ TEST_CASE("place, font, options and the width of every column come back at every
         CHECK(window.text(Control::txtMemPath) == L"C:\\a b.exe");
         const auto stripes = static_cast<UINT>(CommandId(MenuArray::mnuViewItem, ViewItem::Stripes));
         CHECK(GetMenuState(GetMenu(window.window()), stripes, MF_BYCOMMAND) == MF_CHECKED);
-        for (const Control control : {Control::ListView1_0, Control::cmdMenu_0, Control::txtSys, Control::tb}) {
+        for (const Control control : {Control::ListView1_0, Control::cmdMenu_0, Control::txtSys, Control::Label1_0,
+                                      Control::Label1_2, Control::st, Control::cb, Control::tb}) {
             LOGFONTW look = {};
             GetObjectW(reinterpret_cast<HFONT>(SendMessageW(window.at(control), WM_GETFONT, 0, 0)), sizeof look, &look);
-            CHECK((std::wstring_view(look.lfFaceName) == L"IPAGothic") == (control != Control::tb));
+            const bool takes_it = control != Control::tb && control != Control::cb;
+            CHECK((std::wstring_view(look.lfFaceName) == L"IPAGothic") == takes_it);
         }
         if (start == 0) CHECK(window.list(Control::ListView1_0).column_width(2) == 32767);
         int width = 20 + start;
@@ -180,6 +202,8 @@ TEST_CASE_FIXTURE(Opened, "stripes colour every other row while they can be read
         CHECK((answer_at(CDDS_PREPAINT) == CDRF_NOTIFYITEMDRAW && answer_at(CDDS_ITEMPREPAINT) == CDRF_DODEFAULT));
         return draw.clrTextBk;
     };
+    draw.nmcd.hdr = {window.at(Control::ListView1_0), 0, static_cast<UINT>(NM_CUSTOMDRAW)};
+    CHECK(answer_at(CDDS_PREPAINT) == CDRF_DODEFAULT);
     window.command(MenuArray::mnuViewItem, ViewItem::Stripes);
     CHECK(colour_of(0) == RGB(255, 255, 255));
     CHECK(colour_of(7) == RGB(240, 240, 255));
@@ -189,6 +213,11 @@ TEST_CASE_FIXTURE(Opened, "stripes colour every other row while they can be read
     SetFocus(window.at(Control::tb));
     CHECK(colour_of(0, CDIS_SELECTED) != RGB(255, 255, 255));
     CHECK((draw.nmcd.uItemState & CDIS_SELECTED) == 0);
+    {
+        const ImportHook grey(
+            "GetSysColor", +[](int) WINAPI -> DWORD { return 0x767676; });  // to be read on white alone
+        CHECK(colour_of(7) == 0);
+    }
     const ImportHook contrast("SystemParametersInfoW", HighContrast);
     CHECK(colour_of(7) == 0);
 }
@@ -212,6 +241,34 @@ TEST_CASE_FIXTURE(Opened, "hints cover the status text for as long as menu or st
     CHECK(after(tb, WM_MOUSEMOVE, 0, window.middle(3) + 1) == hint);
 }
 
+TEST_CASE_FIXTURE(Opened, "what a full bin and this Windows allow can be chosen, and Ctrl+A selects the whole report") {
+    const ImportHook bin(
+        "SHQueryRecycleBinA", +[](LPCSTR, SHQUERYRBINFO* record) WINAPI -> HRESULT {
+            record->i64NumItems = 2;
+            return S_OK;
+        });
+    for (const auto& [place, array, item] :
+         {std::tuple(2, MenuArray::mnuDeleteItem, static_cast<int>(tools::CleanupItem::RecycleBin)),
+          {3, MenuArray::mnuSetItem, static_cast<int>(tools::RepairItem::DownloadLocation)}}) {
+        const HMENU menu = GetSubMenu(GetMenu(window.window()), place);
+        SendMessageW(window.window(), WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(menu), place);
+        const UINT state = GetMenuState(menu, static_cast<UINT>(CommandId(array, item)), MF_BYCOMMAND);
+        CHECK((state & MF_GRAYED) == 0);
+    }
+    window.click(kInformation);
+    const HWND report = window.at(Control::txtSys);
+    SetFocus(report);
+    BYTE keys[256] = {};
+    keys[VK_CONTROL] = 0x80;
+    SetKeyboardState(keys);
+    PostMessageW(report, WM_KEYDOWN, L'A', 1);
+    window.pump();
+    keys[VK_CONTROL] = 0;
+    SetKeyboardState(keys);
+    const auto length = static_cast<WORD>(window.text(Control::txtSys).size());
+    CHECK(SendMessageW(report, EM_GETSEL, 0, 0) == MAKELONG(0, length));
+}
+
 TEST_CASE_FIXTURE(Opened, "a link is its text and acts once a press, and so does the box for registry paths") {
     constexpr LPARAM kRepeated = 1 << 30;
     window.list(Control::ListView1_0).select(0);
@@ -230,10 +287,12 @@ TEST_CASE_FIXTURE(Opened, "a link is its text and acts once a press, and so does
     window.click(kInformation);
     const HWND cb = window.at(Control::cb);
     const HWND box = GetWindow(cb, GW_CHILD);
+    SendMessageW(cb, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(std::wstring(75, L'W').c_str()));
     for (const WPARAM open : {WPARAM{TRUE}, WPARAM{FALSE}}) {  // no tip lies over the open list
         SendMessageW(cb, CB_SHOWDROPDOWN, open, 0);
         CHECK(window.tip(Control::cb).empty() == (open != FALSE));
     }
+    CHECK(SendMessageW(cb, CB_GETDROPPEDWIDTH, 0, 0) > 350);
     SetFocus(box);
     SetWindowTextW(cb, L"  ");
     for (const LPARAM held : {LPARAM{0}, kRepeated, kRepeated})
