@@ -155,12 +155,15 @@ class Session:
     def menu_items(self):
         """Waits for a pop-up menu and tells of each of its items, separators left out, whether it is enabled. No other
         process can ask a menu: what is read is the black or grey of its texts."""
-        place = until(lambda: self.windows("#32768"), 5, "a pop-up menu")[0]
-        time.sleep(0.2)  # until it is drawn
+        place = until(lambda: self.windows("#32768"), what="a pop-up menu")[0]
         width = place.width - 30
         crop = f"{width}x{place.height - 8}+{place.left + 20}+{place.top + 4}"
-        pixels = subprocess.run(["import", "-window", "root", "-crop", crop, "-depth", "8", "gray:-"],
-                                env=self.environment, check=True, stdout=subprocess.PIPE).stdout
+        pixels, former = b"", None
+        while pixels != former:  # until it is drawn
+            time.sleep(0.1)
+            former, pixels = pixels, subprocess.run(
+                ["import", "-window", "root", "-crop", crop, "-depth", "8", "gray:-"], env=self.environment, check=True,
+                stdout=subprocess.PIPE).stdout
         lines = [pixels[start:start + width] for start in range(0, len(pixels), width)]
         bands = itertools.groupby(lines, lambda line: line.count(line[0]) == width)
         texts = [[*band] for empty, band in bands if not empty]
@@ -205,18 +208,17 @@ class Window:
         assert self.process.poll() is None, "the program has ended"
         return self.session.peek("tree") and self.tree()["frmMain"].visible
 
-    def _ticks(self):
-        """Processor time used so far, in hundredths of a second."""
-        fields = pathlib.Path(f"/proc/{self.process.pid}/stat").read_text().rsplit(")", 1)[1].split()
-        return int(fields[11]) + int(fields[12])
+    def _run_time(self):
+        """Processor time used so far, in seconds."""
+        return time.clock_gettime(~self.process.pid << 3 | 2)  # the clock that clock_getcpuclockid(3) tells
 
     def settle(self):
-        """Waits until the window answers and the program has not used the processor for a moment."""
+        """Waits until the window answers and the program has done next to nothing for a moment."""
         def at_rest():
             assert self.session.peek("wait") is not None, "the window hangs"
-            before = self._ticks()
+            before = self._run_time()
             time.sleep(0.15)
-            return self._ticks() == before
+            return self._run_time() - before < 0.002
         until(at_rest, 30, "the program's rest")
 
     # ---- looking

@@ -52,7 +52,7 @@ def while_one_runs(window):
     while window.focus() != "cmdMenu_0":
         window.keys("Tab")
     window.keys("space")
-    until(lambda: started(session), 10, "the start of the uninstaller")
+    until(lambda: started(session), what="the start of the uninstaller")
     assert started(session)[0][1:] == ["2", WAITING], started(session)  # minimised, with the focus
     window.says("アンインストーラの実行中です...")
     becomes(lambda: (window.focus(), buttons(window)), (PROGRAMS, [False, False]))
@@ -84,9 +84,9 @@ def has(window, path, text):
 
 def question(session, text, key):
     """Answers the open question, which must have that text, by a key."""
-    until(lambda: any(text in each.text for each in session.dialog()), 5, text)
+    until(lambda: any(text in each.text for each in session.dialog()), what=text)
     session.keys(key)
-    until(lambda: not session.windows("#32770"), 5, "the end of the question")
+    until(lambda: not session.windows("#32770"), what="the end of the question")
 
 
 def forced(window, row, place):

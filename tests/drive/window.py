@@ -144,6 +144,7 @@ def delete_menu(window):
     left_over.write_text("x")
     for letter in "tricu":
         window.keys("alt+f", "u")
+        window.says("2 個の項目")
         window.keys("alt+d", letter)
         window.says("削除完了")
     assert not left_over.parent.exists()
