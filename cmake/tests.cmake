@@ -12,6 +12,8 @@
 # The cross compiler does not search /usr/include, and must not: those headers are the host's.
 find_file(DOCTEST_HEADER doctest/doctest.h PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH REQUIRED)
 configure_file(${DOCTEST_HEADER} ${generated}/system/doctest/doctest.h COPYONLY)
+find_path(JSON_HEADERS nlohmann/json.hpp PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+file(COPY ${JSON_HEADERS}/nlohmann DESTINATION ${generated}/system)
 
 add_library(test_flags INTERFACE)
 target_link_libraries(test_flags INTERFACE common_flags wininet)

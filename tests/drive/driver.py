@@ -29,7 +29,6 @@ LISTS = "ListView1_0", "ListView1_1", "lvStartUp", "lvService", "ListView2", "lv
 
 # What peek tells of each.
 Control = collections.namedtuple("Control", "handle window_class id visible enabled focus left top width height text")
-Tab = collections.namedtuple("Tab", "left top right bottom")
 Rows = collections.namedtuple("Rows", "headers selected rows")
 
 
@@ -47,7 +46,7 @@ def until(condition, seconds=20, what="what was waited for"):
     """Waits for a condition and returns its value; fails when it stays false for that long."""
     end = time.monotonic() + seconds
     while not (value := condition()):
-        assert time.monotonic() < end, f"{what} did not happen"
+        assert time.monotonic() < end, what() if callable(what) else f"{what} did not happen"
         time.sleep(0.03)
     return value
 
@@ -55,10 +54,7 @@ def until(condition, seconds=20, what="what was waited for"):
 def becomes(read, expected):
     """Waits until what is read is what is expected; keys and clicks take a moment to arrive."""
     seen = []
-    try:
-        until(lambda: seen.append(read()) or seen[-1] == expected)
-    except AssertionError:
-        raise AssertionError(f"{seen[-1]!r} instead of {expected!r}") from None
+    until(lambda: seen.append(read()) or seen[-1] == expected, what=lambda: f"{seen[-1]!r} instead of {expected!r}")
 
 
 class Session:
@@ -255,9 +251,9 @@ class Window:
         return next((name for name in LISTS if tree[name].visible), None)
 
     def tabs(self):
-        """The number of the selected tab, counted from 0, and all tabs."""
+        """The number of the selected tab, counted from 0, and where all tabs are: left, top, right, bottom."""
         selected, *tabs = self.session.peek("tabs")
-        return selected[0], [*itertools.starmap(Tab, tabs)]
+        return selected[0], tabs
 
     def tab(self):
         return self.tabs()[0]
@@ -299,6 +295,6 @@ class Window:
         self.settle()
 
     def click_tab(self, place):
-        tab = self.tabs()[1][place]
-        self.click("tb", (tab.left + tab.right) // 2, (tab.top + tab.bottom) // 2)
+        left, top, right, bottom = self.tabs()[1][place]
+        self.click("tb", (left + right) // 2, (top + bottom) // 2)
         becomes(self.tab, place)

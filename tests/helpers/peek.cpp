@@ -8,61 +8,45 @@
 //   tabs            selected tab; then each tab: left, top, right, bottom
 //   wait            until the window answers
 //   close [HANDLE]  as the title bar does
+#include "support/throw_away.h"
 #include "win/handle.h"
+#include "win/system_library.h"
 
-#include <cstdio>
+#include <nlohmann/json.hpp>
+
 #include <cstdlib>
-#include <cwchar>
+#include <iostream>
+#include <iterator>
+#include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
 namespace {
 
-using Words = std::vector<std::wstring>;
+using Words = std::vector<std::string>;
 
-std::string answer;
-
-std::string Json(const std::wstring& text) {
-    std::string json = "\"";
-    for (const wchar_t unit : text) {
-        char escaped[8] = {};
-        std::snprintf(escaped, sizeof escaped, "\\u%04x", static_cast<unsigned>(unit));
-        json += escaped;
-    }
-    return json + "\"";
-}
-std::string Json(long long number) { return std::to_string(number); }
-std::string Json(HWND window) { return Json(reinterpret_cast<LONG_PTR>(window)); }
-
-template <class Fields>
-void RecordOf(const Fields& fields) {
-    std::string joined;
-    for (const auto& field : fields)
-        joined += (joined.empty() ? "" : ", ") + field;
-    answer += (answer.size() > 1 ? ", [" : "[") + joined + "]";
-}
+nlohmann::json answer;
 
 template <class... Fields>
 void Record(const Fields&... fields) {
-    RecordOf(std::vector<std::string>{Json(fields)...});
+    answer.push_back(nlohmann::json::array({fields...}));
 }
 
 HWND MainWindow() { return FindWindowW(L"Qorvenix.frmMain", nullptr); }
 HWND WindowOf(const Words& words) {
     if (words.size() < 2) return MainWindow();
-    return reinterpret_cast<HWND>(static_cast<LONG_PTR>(std::wcstol(words[1].c_str(), nullptr, 10)));
+    return reinterpret_cast<HWND>(static_cast<LONG_PTR>(std::strtoll(words[1].c_str(), nullptr, 10)));
 }
 
-std::wstring TextOf(HWND window) {
-    DWORD_PTR length = 0;
-    // A window that hangs must not hang the driver.
-    if (!SendMessageTimeoutW(window, WM_GETTEXTLENGTH, 0, 0, SMTO_ABORTIFHUNG, 5000, &length)) return {};
-    std::wstring text(length + 1, L'\0');
+std::string TextOf(HWND window) {
+    std::wstring text(1 << 14, L'\0');
     DWORD_PTR copied = 0;
+    // A window that hangs must not hang the driver.
     SendMessageTimeoutW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()), SMTO_ABORTIFHUNG, 5000,
                         &copied);
     text.resize(copied);
-    return text;
+    return throw_away::Utf8(text);
 }
 
 // Memory of the process that owns a window, for messages that carry pointers.
@@ -88,14 +72,14 @@ public:
     }
     // The text that a message writes for a record, which is told where to (`text`, `length`).
     template <class Structure, class Length>
-    std::wstring text(HWND window, UINT message, int place, Structure& record, wchar_t*& text, Length& length) {
+    std::string text(HWND window, UINT message, int place, Structure& record, wchar_t*& text, Length& length) {
         std::wstring copy(kTextLength, L'\0');
         text = reinterpret_cast<wchar_t*>(memory_ + kSize / 2);
         length = kTextLength;
         const wchar_t* const remote = text;
         send(window, message, place, record);
         ReadProcessMemory(process_.get(), remote, copy.data(), kTextLength * sizeof(wchar_t), nullptr);
-        return copy.substr(0, copy.find(L'\0'));
+        return throw_away::Utf8(copy.substr(0, copy.find(L'\0')));
     }
 
 private:
@@ -126,9 +110,9 @@ BOOL CALLBACK LookAt(HWND window, LPARAM parameter) {
         GetWindowRect(window, &place);
         MapWindowPoints(nullptr, look.top, reinterpret_cast<POINT*>(&place), 2);
     }
-    wchar_t name[128] = {};
-    GetClassNameW(window, name, 128);
-    Record(window, std::wstring(name), GetDlgCtrlID(window), IsWindowVisible(window) != FALSE,
+    char name[128] = {};
+    GetClassNameA(window, name, 128);
+    Record(reinterpret_cast<LONG_PTR>(window), name, GetDlgCtrlID(window), IsWindowVisible(window) != FALSE,
            IsWindowEnabled(window) != FALSE, window == look.focus, place.left, place.top, place.right - place.left,
            place.bottom - place.top, TextOf(window));
     return TRUE;
@@ -153,7 +137,7 @@ bool Tree(const Words& words) {
 }
 
 bool List(const Words& words) {
-    const HWND list = words.size() < 2 ? nullptr : GetDlgItem(MainWindow(), std::wcstol(words[1].c_str(), nullptr, 10));
+    const HWND list = words.size() < 2 ? nullptr : GetDlgItem(MainWindow(), std::atoi(words[1].c_str()));
     if (!list) return false;
     const HWND header = reinterpret_cast<HWND>(SendMessageW(list, LVM_GETHEADER, 0, 0));
     const int columns = Ask(header, HDM_GETITEMCOUNT);
@@ -162,18 +146,18 @@ bool List(const Words& words) {
     for (int column = 0; column < columns; ++column) {
         HDITEMW item = {};
         item.mask = HDI_TEXT;
-        headers.push_back(Json(shared.text(header, HDM_GETITEMW, column, item, item.pszText, item.cchTextMax)));
+        headers.push_back(shared.text(header, HDM_GETITEMW, column, item, item.pszText, item.cchTextMax));
     }
-    RecordOf(headers);
+    answer.emplace_back(headers);
     Record(Ask(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
     for (int row = 0, rows = Ask(list, LVM_GETITEMCOUNT); row < rows; ++row) {
         std::vector<std::string> cells;
         for (int column = 0; column < columns; ++column) {
             LVITEMW item = {};
             item.iSubItem = column;
-            cells.push_back(Json(shared.text(list, LVM_GETITEMTEXTW, row, item, item.pszText, item.cchTextMax)));
+            cells.push_back(shared.text(list, LVM_GETITEMTEXTW, row, item, item.pszText, item.cchTextMax));
         }
-        RecordOf(cells);
+        answer.emplace_back(cells);
     }
     return true;
 }
@@ -198,41 +182,19 @@ bool Wait(const Words&) {
 
 bool Close(const Words& words) { return PostMessageW(WindowOf(words), WM_CLOSE, 0, 0) != 0; }
 
-bool Run(const Words& words) {
-    constexpr struct {
-        const wchar_t* name;
-        bool (*run)(const Words&);
-    } kCommands[] = {{L"windows", Windows}, {L"tree", Tree}, {L"list", List},
-                     {L"tabs", Tabs},       {L"wait", Wait}, {L"close", Close}};
-    for (const auto& command : kCommands) {
-        if (words[0] == command.name) return command.run(words);
-    }
-    return false;
-}
-
-void Serve() {
-    char line[256];
-    while (std::fgets(line, sizeof line, stdin)) {
-        Words words;
-        for (const char* at = line; *at > ' '; at += *at == ' ') {
-            const char* const begin = at;
-            while (*at > ' ')
-                ++at;
-            words.emplace_back(begin, at);
-        }
-        answer = "[";
-        std::puts(!words.empty() && Run(words) ? (answer + "]").c_str() : "null");
-        std::fflush(stdout);
-    }
-}
-
 }  // namespace
 
 int wmain() {
     // Else coordinates are those of 96 dpi.
-    const auto aware = reinterpret_cast<BOOL(WINAPI*)()>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"user32.dll"), "SetProcessDPIAware")));
+    const auto aware = win::FindFunction<BOOL(WINAPI*)()>(GetModuleHandleW(L"user32.dll"), "SetProcessDPIAware");
     if (aware) aware();
-    Serve();
+    const std::map<std::string, bool (*)(const Words&)> commands = {
+        {"windows", Windows}, {"tree", Tree}, {"list", List}, {"tabs", Tabs}, {"wait", Wait}, {"close", Close}};
+    for (std::string line; std::getline(std::cin, line);) {
+        std::istringstream stream(line);
+        const Words words{std::istream_iterator<std::string>(stream), {}};
+        answer = nlohmann::json::array();
+        std::cout << (commands.at(words.at(0))(words) ? answer : nlohmann::json()) << std::endl;
+    }
     return 0;
 }

@@ -23,14 +23,8 @@ enum class HostCall { Unlink, Rename, Symlink };
 template <bool kWide = win::kIs64Bit>
 bool CallHost(HostCall call, const std::wstring& first, const std::wstring& second = {}) {
     throw_away::RequireWine();
-    const auto utf8 = [](const std::wstring& text) {
-        std::string bytes(text.size() * 3 + 1, '\0');
-        const auto size = static_cast<int>(bytes.size());
-        WideCharToMultiByte(CP_UTF8, 0, text.c_str(), -1, bytes.data(), size, nullptr, nullptr);
-        return bytes;
-    };
-    const std::string one = utf8(first);
-    const std::string two = utf8(second);
+    const std::string one = throw_away::Utf8(first);
+    const std::string two = throw_away::Utf8(second);
     constexpr int kNumbers[][2] = {{10, 87}, {38, 82}, {83, 88}};  // a 32-bit program's, a 64-bit one's
     INT_PTR result = kNumbers[static_cast<int>(call)][kWide];
     if constexpr (kWide) {

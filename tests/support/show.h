@@ -1,7 +1,7 @@
 // How doctest prints wide text.
 #pragma once
 
-#include "win/platform.h"
+#include "throw_away.h"
 
 #include <doctest/doctest.h>
 
@@ -12,14 +12,7 @@ namespace doctest {
 
 template <>
 struct StringMaker<std::wstring> {
-    static String convert(const std::wstring& text) {
-        const int size =
-            WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0, nullptr, nullptr);
-        std::string utf8(static_cast<std::size_t>(size), '\0');
-        WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), utf8.data(), size, nullptr,
-                            nullptr);
-        return ("\"" + utf8 + "\"").c_str();
-    }
+    static String convert(const std::wstring& text) { return ("\"" + throw_away::Utf8(text) + "\"").c_str(); }
 };
 
 // Cells of a row, rows of a list.

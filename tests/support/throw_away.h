@@ -26,6 +26,14 @@ inline std::wstring Variable(const wchar_t* name) {
     return {value, GetEnvironmentVariableW(name, value, 1024)};
 }
 
+inline std::string Utf8(const std::wstring& text) {
+    std::string utf8(text.size() * 3, '\0');
+    const int room = static_cast<int>(utf8.size());
+    utf8.resize(static_cast<std::size_t>(WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()),
+                                                             utf8.data(), room, nullptr, nullptr)));
+    return utf8;
+}
+
 // A link among the user's folders; empty when there is none.
 inline std::wstring LinkBelow(const std::wstring& folder, int depth) {
     WIN32_FIND_DATAW entry = {};
