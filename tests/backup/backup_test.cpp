@@ -17,21 +17,10 @@
 #include "win/registry_export.h"
 
 #include <map>
-#include <set>
 
 namespace {
 
 using Texts = std::vector<std::wstring>;
-
-std::set<std::wstring> Names(const std::wstring& folder) {
-    std::set<std::wstring> names;
-    WIN32_FIND_DATAW entry = {};
-    const win::FindHandle find(FindFirstFileW((folder + L"\\*").c_str(), &entry));
-    for (bool more = static_cast<bool>(find); more; more = FindNextFileW(find.get(), &entry) != FALSE) {
-        if (entry.cFileName[0] != L'.') names.insert(entry.cFileName);
-    }
-    return names;
-}
 
 // A program's folder, and what is kept in it. All of it goes with the prefix.
 struct Place {
@@ -45,7 +34,7 @@ struct Place {
     }
     // The path of the only copy, whose name is a time and `name`.
     std::wstring only(const std::wstring& name) const {
-        const auto all = Names(folder);
+        const auto all = NamesBelow(folder);
         REQUIRE(all.size() == 1);
         CHECK(all.begin()->size() == std::size("20261121-213005") + name.size());
         CHECK(all.begin()->ends_with(L" " + name));
@@ -120,12 +109,6 @@ struct Entry : TestKey {
         return programs::ForcedUninstall(row, {}, place.backup, place.host);
     }
 };
-
-void MakeFile(const std::wstring& path, DWORD attributes = FILE_ATTRIBUTE_NORMAL) {
-    const win::File made(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, attributes, nullptr));
-    DWORD written = 0;
-    WriteFile(made.get(), "a\0b", 3, &written, nullptr);
-}
 
 }  // namespace
 
@@ -215,7 +198,7 @@ TEST_CASE("a start-up file is kept with its content, its attributes and its time
     Place place;
     const std::wstring folder = win::GetSpecialFolderPath(CSIDL_STARTUP);
     const std::wstring file = folder + L"\\a.b 見本.lnk";
-    MakeFile(file, FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
+    MakeFile(file, FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM, {"a\0b", 3});
     // Windows gives a copy the time of the copying, but for the last change.
     static const auto set_times = [](const std::wstring& path, FILETIME time, bool all) {
         const win::File open(CreateFileW(path.c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0, nullptr));
@@ -278,13 +261,13 @@ TEST_CASE("without room or rights the deletion goes on, and the status bar says 
         write_file = write.original<decltype(WriteFile)>();
         CHECK(delete_all() == nothing_kept);
         // Neither folder holds anything unfinished.
-        CHECK((Names(place.folder).empty() && Names(in_data).empty()));
+        CHECK((NamesBelow(place.folder).empty() && NamesBelow(in_data).empty()));
     }
     // No folder can be made where a file stands.
     RemoveDirectoryW(place.folder.c_str());
     MakeFile(place.folder);
     CHECK(delete_all() == Texts{L"完了"});
-    CHECK(Names(in_data).size() == 3);
+    CHECK(NamesBelow(in_data).size() == 3);
     MoveFileW(data.c_str(), (data + L" kept").c_str());
     MakeFile(data);
     CHECK(delete_all() == nothing_kept);
@@ -298,7 +281,7 @@ TEST_CASE("without room or rights the deletion goes on, and the status bar says 
     CHECK(place.backup.keep_file(file));
     place.backup = {};
     CHECK(delete_all() == Texts{L"完了"});
-    CHECK((Names(place.folder).empty() && Names(in_data).empty()));
+    CHECK((NamesBelow(place.folder).empty() && NamesBelow(in_data).empty()));
 }
 
 TEST_CASE("the two hundred newest copies stay, files of others always, and all that a link leads to") {
@@ -314,24 +297,23 @@ TEST_CASE("the two hundred newest copies stay, files of others always, and all t
         for (unsigned number = 0; number < 205; ++number)
             MakeFile(folder + L"\\" + of_number(number), number % 2 ? FILE_ATTRIBUTE_READONLY : FILE_ATTRIBUTE_NORMAL);
     }
-    const std::set<std::wstring> others = {L"20260101-000000", L"20260101-000000.reg", L"20260101 000000 a.reg",
-                                           L"20260101-006000 a.reg", L"a 20260101-000000 a.reg"};
+    Texts others = {L"20260101-000000", L"20260101-000000.reg", L"20260101 000000 a.reg", L"20260101-006000 a.reg",
+                    L"a 20260101-000000 a.reg"};
     for (const std::wstring& each : others)
         MakeFile(place.folder + L"\\" + each);
-    const std::wstring folder_of_others = L"20260101-000000 f";
-    CreateDirectoryW((place.folder + L"\\" + folder_of_others).c_str(), nullptr);
+    others.emplace_back(L"20260101-000000 f\\");
+    CreateDirectoryW((place.folder + L"\\" + others.back()).c_str(), nullptr);
     for (int copy = 0; copy < 2; ++copy)
         CHECK(place.backup.keep_key(HKEY_LOCAL_MACHINE, kProgram, std::wstring(300, L'長') + L"\xD83D\xDE00"));
-    auto names = Names(place.folder);
+    auto names = NamesBelow(place.folder);
     for (const std::wstring& each : others)
-        CHECK(names.erase(each) == 1);
-    CHECK(names.erase(folder_of_others) == 1);
+        CHECK(std::erase(names, each) == 1);
     CHECK(names.size() == 200);
-    CHECK((names.contains(of_number(204)) && !names.contains(of_number(5))));
+    CHECK((std::ranges::count(names, of_number(204)) == 1 && std::ranges::count(names, of_number(5)) == 0));
     // The one just written is the oldest by its name.
     CHECK((names.begin()->starts_with(L"20") && win::Contains(*names.begin(), L"長")));
 
     REQUIRE(MakeHostLink(L"outside", linked.folder));
     CHECK(linked.backup.keep_key(HKEY_LOCAL_MACHINE, kProgram, L"a"));
-    CHECK(Names(outside).size() == 206);
+    CHECK(NamesBelow(outside).size() == 206);
 }

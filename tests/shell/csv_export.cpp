@@ -11,16 +11,11 @@ TEST_CASE("a list becomes lines in the system's code page, numbers bare, everyth
     constexpr ui::Column kColumns[] = {{L"名前", 80}, {L"値", 80}, {L"計算用", 0}};
     const TestList shown(kColumns);
     TestHost host;
-    const auto add = [&shown](const wchar_t* name, const std::wstring& value, const wchar_t* key) {
-        const int row = shown.list.add_row(name);
-        shown.list.set_cell(row, 1, value);
-        shown.list.set_cell(row, 2, key);
-    };
     const std::wstring longest(20'000, L'長');
-    add(L"123", L"123", L"00001.50");
-    add(L"say \"hi\"", L"1.50MB", L"");
-    add(L"絵文字\U0001F600é", L"-1", L"20090301");
-    add(L"二行\r\n目,", longest, L"\"");
+    shown.add_row({L"123", L"123", L"00001.50"});
+    shown.add_row({L"say \"hi\"", L"1.50MB", {}});
+    shown.add_row({L"絵文字\U0001F600é", L"-1", L"20090301"});
+    shown.add_row({L"二行\r\n目,", longest, L"\""});
     CHECK(shell::CsvOf(shown.list, host) == win::ToAnsi(L"名前,値,計算用\r\n"
                                                         L"\"123\",123,00001.50\r\n"
                                                         L"\"say \"hi\"\",\"1.50MB\",\"\"\r\n"

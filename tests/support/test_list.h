@@ -23,6 +23,13 @@ public:
         list.add_columns(columns, 96);
     }
 
+    int add_row(const std::vector<std::wstring>& cells) const {
+        const int row = list.add_row(cells[0]);
+        for (std::size_t column = 1; column < cells.size(); ++column)
+            list.set_cell(row, static_cast<int>(column), cells[column]);
+        return row;
+    }
+
     // All rows with all their cells.
     std::vector<std::vector<std::wstring>> rows() const {
         std::vector<std::vector<std::wstring>> all;

@@ -23,25 +23,8 @@ void Make(const std::wstring& path, DWORD attributes = FILE_ATTRIBUTE_NORMAL) {
     for (std::size_t end = path.find(L'\\', 3); end != path.npos; end = path.find(L'\\', end + 1))
         CreateDirectoryW(Extended(path.substr(0, end)).c_str(), nullptr);
     if (path.ends_with(L'\\')) return;
-    REQUIRE(win::File(CreateFileW(Extended(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, attributes, nullptr)));
-}
-
-// All names below a folder, as paths from there; a folder's ends with a backslash. Links are not followed.
-Texts Names(const std::wstring& folder, const std::wstring& before = {}) {
-    Texts names;
-    WIN32_FIND_DATAW entry = {};
-    const win::FindHandle find(FindFirstFileW(Extended(folder + L"\\" + before + L"*").c_str(), &entry));
-    for (bool more = static_cast<bool>(find); more; more = FindNextFileW(find.get(), &entry) != FALSE) {
-        const std::wstring name = entry.cFileName;
-        if (name == L"." || name == L"..") continue;
-        const bool enters = (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 && !win::Contains(name, L"link");
-        names.push_back(before + name + (enters ? L"\\" : L""));
-        if (!enters) continue;
-        for (const std::wstring& below : Names(folder, names.back()))
-            names.push_back(below);
-    }
-    std::ranges::sort(names);
-    return names;
+    MakeFile(Extended(path), attributes);
+    REQUIRE(win::IsFile(Extended(path)));
 }
 
 // How Windows looks to the deletion. In the ways 1 and 3 links to folders look like what they lead to; those of these
@@ -123,7 +106,7 @@ struct Place {
             Make(outside + name);
     }
     bool canaries_live() const {
-        return Names(outside) == Texts{L"canary", L"empty\\", L"folder\\", L"folder\\another", L"folder\\canary"};
+        return NamesBelow(outside) == Texts{L"canary", L"empty\\", L"folder\\", L"folder\\another", L"folder\\canary"};
     }
     void clean() { DeleteFolderContents(temp, L"*.*", host); }
 
@@ -176,11 +159,11 @@ TEST_CASE("everything goes but system files, open ones, links and what holds the
         Ways::step = [&](std::wstring_view path) { opened = opened || path.ends_with(L"folder link"); };
         place.clean();
         CHECK(opened == (way % 2 != 0));
-        CHECK(Names(place.temp) == Texts{L"empty link", L"file link", L"folder link", L"inner\\", L"inner\\hard",
-                                         L"inner\\nested link", L"inner\\parent link", L"inner\\read-only file link",
-                                         L"itself link", L"keeps\\", L"keeps\\closed\\", L"keeps\\closed\\folder\\",
-                                         L"keeps\\inner\\", L"keeps\\inner\\system", L"link closed", L"link to a link",
-                                         L"open", L"system"});
+        CHECK(NamesBelow(place.temp) ==
+              Texts{L"empty link", L"file link", L"folder link", L"inner\\", L"inner\\hard", L"inner\\nested link",
+                    L"inner\\parent link", L"inner\\read-only file link", L"itself link", L"keeps\\",
+                    L"keeps\\closed\\", L"keeps\\closed\\folder\\", L"keeps\\inner\\", L"keeps\\inner\\system",
+                    L"link closed", L"link to a link", L"open", L"system"});
         CHECK((GetFileAttributesW(read_only.c_str()) & FILE_ATTRIBUTE_READONLY) != 0);
         // A folder that is not where its path says is left alone.
         for (const wchar_t* elsewhere : {L"folder link", L"folder link\\..\\folder", L"missing"})
@@ -225,8 +208,8 @@ TEST_CASE("a folder exchanged for a link between two steps of its deletion costs
             place.clean();
         }
         CHECK(exchanges > 50);
-        CHECK(Names(place.outside + L"\\folder") == Texts{L"another", L"canary", L"inner\\"});
-        CHECK(Names(place.temp).empty());
+        CHECK(NamesBelow(place.outside + L"\\folder") == Texts{L"another", L"canary", L"inner\\"});
+        CHECK(NamesBelow(place.temp).empty());
     }
 }
 
@@ -236,7 +219,7 @@ TEST_CASE("nothing goes after a close, in whichever folder it comes: not what is
         "GetTickCount", +[]() WINAPI -> DWORD { return now += step; });
     Place place;
     const auto files = [&] {
-        Texts names = Names(place.temp);  // a folder that is empty by then may go
+        Texts names = NamesBelow(place.temp);  // a folder that is empty by then may go
         std::erase_if(names, [](const std::wstring& name) { return name.ends_with(L'\\'); });
         return names;
     };
@@ -262,7 +245,7 @@ TEST_CASE("nothing goes after a close, in whichever folder it comes: not what is
         CHECK(files() == at_close);
         CHECK_FALSE(place.host.pointer_shows_hourglass);
     }
-    CHECK(Names(place.temp).empty());
+    CHECK(NamesBelow(place.temp).empty());
 }
 
 TEST_CASE("folders go however deep they lie and however long their paths are, held while they are emptied") {
@@ -293,7 +276,7 @@ TEST_CASE("folders go however deep they lie and however long their paths are, he
         };
         place.clean();
         CHECK(place.host.pumps > 0);
-        CHECK(Names(place.temp).empty());
+        CHECK(NamesBelow(place.temp).empty());
         CHECK(place.canaries_live());
     }
 }

@@ -45,9 +45,7 @@ TEST_CASE_FIXTURE(Shown, "a cell is cut by its column, by either edge of the lis
     using Cut = std::vector<bool>;
     const auto cut = [&](std::size_t length) {
         list.clear();
-        const int row = list.add_row(std::wstring(length, L'字'));
-        for (const int column : {1, 2})
-            list.set_cell(row, column, std::wstring(length, L'字'));
+        const int row = shown.add_row(std::vector(3, std::wstring(length, L'字')));
         return Cut{list.is_cut(row, 0), list.is_cut(row, 1), list.is_cut(row, 2)};
     };
     use(fonts[0]);
