@@ -5,12 +5,9 @@
 #include "programs/modReg.h"
 #include "programs/program_actions.h"
 #include "programs/program_details.h"
-#include "programs/restore_points.h"
 #include "programs/seeded_scan.h"
 #include "programs/uninstall_command.h"
-#include "services/service_list.h"
 #include "startup/seeded_startup.h"
-#include "support/automation_double.h"
 #include "support/throw_away.h"
 #include "win/folders.h"
 
@@ -127,38 +124,5 @@ TEST_CASE("hostile Run values, folder settings and shortcut files cost their own
         }
         REQUIRE(listed == (name.size() < 1024 && value.bytes.size() <= 1024));
         native::DeleteValue(place.machine_run.get(), name);
-    });
-}
-
-TEST_CASE("hostile services and times of restore points cost their own cells") {
-    constexpr VARTYPE types[] = {VT_EMPTY, VT_NULL, VT_I8, VT_R8, VT_DATE, VT_BOOL, VT_BSTR, VT_DISPATCH, VT_UNKNOWN};
-    const win::ComApartment apartment;
-    const TestList services(services::kServiceColumns);
-    TestHost host;
-    std::vector<win::Variant> members;
-    const WmiDouble wmi([&members](const std::wstring&) { return doubles::Members{members}; });
-    hostile::Run("automation", 600, [&](Source& source, std::uint64_t) {
-        members.assign(1, win::Variant(7));  // no object, no row
-        for (int row = 0; row < 4; ++row) {
-            const auto object = doubles::MakeObject();
-            members.emplace_back(object.get());
-            for (const wchar_t* name :
-                 {L"Caption", L"State", L"StartMode", L"Description", L"PathName", L"AcceptStop"}) {
-                win::Variant value(row == 3 ? L"control" : source.text());
-                if (row < 3 && source.once_in(3)) {
-                    VARIANT* const odd = value.put();
-                    odd->llVal = 0;
-                    odd->vt = source.pick(types);
-                }
-                const HRESULT code = row < 3 && source.once_in(12) ? E_FAIL : S_OK;
-                object->method(name, [code, value](const auto&, auto& result) { return result = value, code; });
-            }
-        }
-        services::FillServiceList(services.list, host);
-        REQUIRE(services.list.count() == 4);
-        REQUIRE(services.rows().back() == Cells{L"control", {}, {}, L"control", L"control", {}, {}, {}});
-        REQUIRE(!services::ServiceDetailOf(services.list, 0).advice.empty());
-        const auto time = programs::RestorePointTime(source.text());
-        REQUIRE((!time || time->size() == 19));
     });
 }

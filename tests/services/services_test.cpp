@@ -27,11 +27,6 @@ struct Desk {
         CHECK(list.visible());
         return window.rows();
     }
-    void add_row(const Cells& cells) {
-        const int row = list.add_row(cells[0]);
-        for (int column = 1; column < list.column_count(); ++column)
-            list.set_cell(row, column, cells[static_cast<std::size_t>(column)]);
-    }
     void choose(ServiceItem::Index item, const std::wstring& service) {
         list.select(list.find(ServiceColumn::Name, service));
         REQUIRE(IsServiceItemEnabled(item, ServiceCellsOf(list, list.selected())));
@@ -106,7 +101,7 @@ TEST_CASE_FIXTURE(Desk, "a row offers what its cells allow, and tells its descri
         return items;
     };
     for (int row = 0; const auto& [cells, items] : rows) {
-        add_row(cells);
+        window.add_row(cells);
         CHECK(enabled(ServiceCellsOf(list, row)) == items);
         const ServiceDetail detail = ServiceDetailOf(list, row++);
         CHECK(std::pair(detail.comment, detail.advice) == details[row - 1]);
@@ -133,11 +128,22 @@ TEST_CASE_FIXTURE(Desk, "WMI's services are listed once, in its order and the pr
                                                       {L"AcceptStop", doubles::OfType(VT_BOOL)}});
             members.values.emplace_back(service.get());
         }
+        members.values.emplace_back(7);  // no object, no row; a value that is no text is none
+        const auto odd = doubles::MakeObject();
+        for (const auto& [name, type] : {std::pair(L"Caption", VT_DISPATCH),
+                                         {L"State", VT_UNKNOWN},
+                                         {L"StartMode", VT_NULL},
+                                         {L"Description", VT_ERROR},
+                                         {L"PathName", VT_EMPTY},
+                                         {L"AcceptStop", VT_DISPATCH}})
+            odd->property(name, doubles::OfType(static_cast<VARTYPE>(type)));
+        members.values.emplace_back(odd.get());
         return members;
     });
     std::vector<Cells> rows;
     for (const Cells& each : words)
         rows.push_back({each[0], each[2], each[3], each[1], each[0], L"-1", L"0", L""});
+    rows.emplace_back(8);
     for (int time = 0; time < 2; ++time)
         CHECK(fill() == rows);
     CHECK(wmi.queries.back() == L"Select * From Win32_Service");
@@ -220,8 +226,8 @@ TEST_CASE_FIXTURE(Desk, "a request is believed only when it returns 0, and a sta
         });
         return doubles::Members{{win::Variant(service.get())}};
     });
-    add_row({L"other", L"other", L"手動", L"", L"", L"0", L"0", L"other"});
-    add_row({L"service", L"停止", L"手動", L"", L"", L"-1", L"-1", L"it's"});
+    window.add_row({L"other", L"other", L"手動", L"", L"", L"0", L"0", L"other"});
+    window.add_row({L"service", L"停止", L"手動", L"", L"", L"-1", L"-1", L"it's"});
     const auto rows = window.rows();
     list.select(1);
     for (const std::int32_t refusal : {2, -1}) {  // access denied; the call itself fails

@@ -143,9 +143,11 @@ inline win::ComPtr<Object> MakeObject(std::initializer_list<std::pair<const wcha
     return object;
 }
 
-// VT_NULL, or VT_BOOL with one of its values.
+// Of a type whose value is 0 (VT_NULL has none, an object of VT_DISPATCH is missing), or VT_BOOL with one of its
+// values.
 inline win::Variant OfType(VARTYPE type, VARIANT_BOOL value = VARIANT_FALSE) {
     win::Variant variant;
+    variant.put()->llVal = 0;
     variant.put()->boolVal = value;
     variant.put()->vt = type;
     return variant;
