@@ -75,12 +75,6 @@ def record_addresses(session):
 def popup_menus(window):
     session = window.session
     window.click_tab(0)
-    window.select("ListView1_0", PROGRAM)
-    window.keys("ctrl+c")
-    window.click_tab(6)
-    window.click("txtMemPath", 5, 5)
-    window.keys("ctrl+a", "ctrl+v")
-    becomes(lambda: window.text("txtMemPath"), PROGRAM)
     for tab, name, row, window_class in ((0, "ListView1_0", PROGRAM, "ExplorerWClass"),
                                          (2, "lvStartUp", "見本", "RegEdit_RegEdit"),
                                          (2, "lvStartUp", "startup.txt", "ExplorerWClass")):

@@ -35,8 +35,8 @@ TEST_CASE("memory figures are whole megabytes, cut and never rounded, and this m
 }
 
 TEST_CASE("the processors' load comes from a localised counter, opened once and closed") {
-    static const PDH_HQUERY kQuery = reinterpret_cast<PDH_HQUERY>(0x1234);
-    static const PDH_HCOUNTER kCounter = reinterpret_cast<PDH_HCOUNTER>(0x5678);
+    static const auto kQuery = reinterpret_cast<PDH_HQUERY>(0x1234);
+    static const auto kCounter = reinterpret_cast<PDH_HCOUNTER>(0x5678);
     constexpr LONG kFailure = static_cast<LONG>(PDH_INVALID_DATA);
     constexpr auto kInvalid = static_cast<DWORD>(PDH_CSTATUS_INVALID_DATA);
     // The result of each reading, its state and its value.

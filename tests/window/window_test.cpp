@@ -55,6 +55,9 @@ TEST_CASE_FIXTURE(
         const auto at = reinterpret_cast<LPARAM>(&pulled);
         CHECK(SendMessageW(window.at(Control::ListView1_0), WM_NOTIFY, 0, at) == (pulled.iItem == 7));
     }
+    window.list(Control::ListView1_0).select(0);
+    SendMessageW(window.at(Control::cmdMenu_0), BM_CLICK, 0, 0);  // its uninstaller is gone
+    CHECK(IsWindowEnabled(window.at(Control::cmdMenu_0)));
     window.click(2);
     CHECK((window.shown(Control::cmdMenu_0) && !window.shown(Control::cmdMenu_1)));
     window.click(5);
@@ -115,6 +118,14 @@ TEST_CASE("place, font, options and the width of every column come back at every
             }
         }
     }
+}
+
+TEST_CASE("twips and pixels do not drift at any resolution") {
+    for (int pixels = -2000; pixels <= 4000; pixels += 7)
+        for (const int dpi : {96, 120, 144, 192})
+            REQUIRE(PixelsFromTwips(TwipsFromPixels(pixels, dpi), dpi) == pixels);
+    CHECK(TwipsFromPixels(-100, 96) == -1500);
+    CHECK(PixelsFromTwips(2147483647, 192) > 0);
 }
 
 TEST_CASE("whatever is in setting.ini is read as Windows reads it, the window is seen, no stranger's line is lost") {
@@ -241,7 +252,9 @@ TEST_CASE_FIXTURE(Opened, "hints cover the status text for as long as menu or st
     CHECK(after(tb, WM_MOUSEMOVE, 0, window.middle(3) + 1) == hint);
 }
 
-TEST_CASE_FIXTURE(Opened, "what a full bin and this Windows allow can be chosen, and Ctrl+A selects the whole report") {
+TEST_CASE_FIXTURE(
+    Opened,
+    "what a full bin and this Windows allow can be chosen, no menu opens in a fill, Ctrl+A selects the whole report") {
     const ImportHook bin(
         "SHQueryRecycleBinA", +[](LPCSTR, SHQUERYRBINFO* record) WINAPI -> HRESULT {
             record->i64NumItems = 2;
@@ -254,6 +267,17 @@ TEST_CASE_FIXTURE(Opened, "what a full bin and this Windows allow can be chosen,
         SendMessageW(window.window(), WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(menu), place);
         const UINT state = GetMenuState(menu, static_cast<UINT>(CommandId(array, item)), MF_BYCOMMAND);
         CHECK((state & MF_GRAYED) == 0);
+    }
+    // A menu that is asked for while a list is filled would act on rows that the user has not seen.
+    static int menus = 0;
+    const ImportHook opens(
+        "TrackPopupMenu", +[](HMENU, UINT, int, int, int, HWND, const RECT*) WINAPI -> BOOL { return ++menus; });
+    window.click(2);
+    for (const int expected : {0, 1}) {
+        PostMessageW(window.window(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(window.at(Control::lvStartUp)), -1);
+        if (expected == 0) window.command(MenuArray::mnuFileItem, FileItem::Refresh);
+        window.pump();
+        CHECK(menus == expected);
     }
     window.click(kInformation);
     const HWND report = window.at(Control::txtSys);
@@ -315,11 +339,13 @@ TEST_CASE_FIXTURE(Opened,
         window.list(Control::lvService).select(0);
         return BoundsOf(box).bottom - BoundsOf(box).top;
     };
-    const std::wstring sentence = L"プログラムの更新を検出し、ダウンロードしてインストールします。";
+    const std::wstring sentence =  // a little longer than a line
+        L"プログラムの更新を検出し、ダウンロードしてインストールします、ほかの製品の更新も選んだ時刻に"
+        L"確認し、再起動が必要なときは画面の右下で通知します。";
     const LONG usual = height_with(sentence);
-    CHECK(height_with(sentence + sentence + sentence + sentence + sentence) > usual);
+    CHECK(height_with(sentence + sentence + sentence) > usual);
     CHECK((GetWindowLongW(box, GWL_STYLE) & WS_VSCROLL) == 0);
-    CHECK(SendMessageW(box, EM_GETLINECOUNT, 0, 0) == 5);
+    CHECK(SendMessageW(box, EM_GETLINECOUNT, 0, 0) == 6);
     CHECK(height_with(std::wstring(5000, L'長')) < 533 / 4);
     CHECK((GetWindowLongW(box, GWL_STYLE) & WS_VSCROLL) != 0);
 
