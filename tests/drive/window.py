@@ -29,15 +29,15 @@ def keys_and_focus(window):
         becomes(lambda: (window.tab(), window.focus()), (step % 7, [*LISTS, "txtSys"][step % 7]))
     window.keys("ctrl+shift+Tab", "ctrl+Prior")
     becomes(window.tab, 5)
-    # A click on a tab leads into its list; the arrow keys keep walking the strip.
-    window.click_tab(2)
-    becomes(window.focus, "lvStartUp")
+    # A click on a tab leads into its list; the arrow keys keep walking the strip, from which Ctrl+Tab leads away.
+    window.click_tab(1)
+    becomes(window.focus, "ListView1_1")
     window.keys("shift+Tab")
     becomes(window.focus, "tb")
     window.keys("Right", "Right")
-    becomes(lambda: (window.tab(), window.focus()), (4, "tb"))
-    window.keys("Tab")
-    becomes(window.focus, "ListView2")
+    becomes(lambda: (window.tab(), window.focus()), (3, "tb"))
+    window.keys("ctrl+Tab")
+    becomes(lambda: (window.tab(), window.focus()), (4, "ListView2"))
     # The Tab key never leaves the window or reaches what is hidden, on any kind of tab.
     for place in 0, 3, 4, 5, 6:
         window.click_tab(place)
