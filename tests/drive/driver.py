@@ -29,7 +29,7 @@ LISTS = "ListView1_0", "ListView1_1", "lvStartUp", "lvService", "ListView2", "lv
 
 # What peek tells of each.
 Control = collections.namedtuple("Control", "handle window_class id visible enabled focus left top width height text")
-Rows = collections.namedtuple("Rows", "headers selected rows")
+Rows = collections.namedtuple("Rows", "selected rows")
 
 
 def _controls():
@@ -239,8 +239,8 @@ class Window:
 
     def list(self, name):
         number = next(number for number, each in NAME_OF.items() if each == name)
-        headers, selected, *rows = self.session.peek("list", number)
-        return Rows(headers, selected[0], rows)
+        selected, *rows = self.session.peek("list", number)
+        return Rows(selected[0], rows)
 
     def names(self, name):
         return [row[0] for row in self.list(name).rows]

@@ -4,7 +4,7 @@
 //   windows         the top-level windows, each as its handle, class, control id, visible, enabled, focus, left, top,
 //                   width, height, text
 //   tree [HANDLE]   the same of a window (place and size are those of its client area), then of its child windows
-//   list ID         headers; selected row; then the cells of each row
+//   list ID         selected row; then the cells of each row
 //   tabs            selected tab; then each tab: left, top, right, bottom
 //   wait            until the window answers
 //   close [HANDLE]  as the title bar does
@@ -70,13 +70,11 @@ public:
         SendMessageW(window, message, static_cast<WPARAM>(place), reinterpret_cast<LPARAM>(memory_));
         ReadProcessMemory(process_.get(), memory_, &record, sizeof record, nullptr);
     }
-    // The text that a message writes for a record, which is told where to (`text`, `length`).
-    template <class Structure, class Length>
-    std::string text(HWND window, UINT message, int place, Structure& record, wchar_t*& text, Length& length) {
+    // The text that a message writes for a record, which is told where to.
+    std::string text(HWND window, UINT message, int place, LVITEMW& record) {
         std::wstring copy(kTextLength, L'\0');
-        text = reinterpret_cast<wchar_t*>(memory_ + kSize / 2);
-        length = kTextLength;
-        const wchar_t* const remote = text;
+        wchar_t* const remote = record.pszText = reinterpret_cast<wchar_t*>(memory_ + kSize / 2);
+        record.cchTextMax = kTextLength;
         send(window, message, place, record);
         ReadProcessMemory(process_.get(), remote, copy.data(), kTextLength * sizeof(wchar_t), nullptr);
         return throw_away::Utf8(copy.substr(0, copy.find(L'\0')));
@@ -139,23 +137,15 @@ bool Tree(const Words& words) {
 bool List(const Words& words) {
     const HWND list = words.size() < 2 ? nullptr : GetDlgItem(MainWindow(), std::atoi(words[1].c_str()));
     if (!list) return false;
-    const HWND header = reinterpret_cast<HWND>(SendMessageW(list, LVM_GETHEADER, 0, 0));
-    const int columns = Ask(header, HDM_GETITEMCOUNT);
+    const int columns = Header_GetItemCount(ListView_GetHeader(list));
     Shared shared(list);
-    std::vector<std::string> headers;
-    for (int column = 0; column < columns; ++column) {
-        HDITEMW item = {};
-        item.mask = HDI_TEXT;
-        headers.push_back(shared.text(header, HDM_GETITEMW, column, item, item.pszText, item.cchTextMax));
-    }
-    answer.emplace_back(headers);
     Record(Ask(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
     for (int row = 0, rows = Ask(list, LVM_GETITEMCOUNT); row < rows; ++row) {
         std::vector<std::string> cells;
         for (int column = 0; column < columns; ++column) {
             LVITEMW item = {};
             item.iSubItem = column;
-            cells.push_back(shared.text(list, LVM_GETITEMTEXTW, row, item, item.pszText, item.cchTextMax));
+            cells.push_back(shared.text(list, LVM_GETITEMTEXTW, row, item));
         }
         answer.emplace_back(cells);
     }

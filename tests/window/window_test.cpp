@@ -293,7 +293,8 @@ TEST_CASE_FIXTURE(
     CHECK(SendMessageW(report, EM_GETSEL, 0, 0) == MAKELONG(0, length));
 }
 
-TEST_CASE_FIXTURE(Opened, "a link is its text and acts once a press, and so does the box for registry paths") {
+TEST_CASE_FIXTURE(Opened,
+                  "a link is its text and acts once a press, and so do a button and the box for registry paths") {
     constexpr LPARAM kRepeated = 1 << 30;
     window.list(Control::ListView1_0).select(0);
     const std::wstring name = window.status();
@@ -307,6 +308,18 @@ TEST_CASE_FIXTURE(Opened, "a link is its text and acts once a press, and so does
     const LONG middle = (area.top + area.bottom) / 2;
     CHECK(SendMessageW(link, WM_NCHITTEST, 0, MAKELPARAM(area.left + 60, middle)) == HTCLIENT);
     CHECK(SendMessageW(link, WM_NCHITTEST, 0, MAKELPARAM(area.right - 2, middle)) == HTTRANSPARENT);
+
+    static int asked = 0;
+    const ImportHook questions(
+        "MessageBoxW", +[](HWND, LPCWSTR, LPCWSTR, UINT) WINAPI -> int { return ++asked, IDCANCEL; });
+    window.click(2);
+    window.list(Control::lvStartUp).select(0);
+    for (const LPARAM held : {LPARAM{0}, kRepeated, kRepeated}) {
+        SetFocus(window.at(Control::cmdMenu_0));
+        PostMessageW(GetFocus(), WM_KEYDOWN, VK_RETURN, held);
+        window.pump();
+    }
+    CHECK(asked == 1);
 
     window.click(kInformation);
     const HWND cb = window.at(Control::cb);
