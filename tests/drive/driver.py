@@ -1,12 +1,13 @@
 """Drives the real program from outside, as a user does: real keys and a real mouse, the screen, and what another
 process can read from its window (tests/helpers/peek.cpp).
 
-    with Session() as session:                  # own display, own Wine desktop, own copy of the program
+    with Session() as session:                  # a copy of the program in the prefix
         with session.start("4") as window:      # the program, opened on its fourth tab
             window.keys("F5")
             until(lambda: window.status().endswith("個の項目"))
 
-Needs what ./test gives to a driver: PREFIX, a throw-away prefix in whose environment this runs, QORVENIX and TOOLS.
+Needs what ./test gives to a driver: a display of 1280x1024 pixels, PREFIX, a throw-away prefix with a desktop of that
+size, in whose environment this runs, QORVENIX and TOOLS.
 """
 import collections
 import itertools
@@ -58,7 +59,7 @@ def becomes(read, expected):
 
 
 class Session:
-    """A display, a Wine desktop on it, and a folder C:\\Qorvenix with the program in the prefix."""
+    """The prefix at a resolution, and its folder C:\\Qorvenix with the program."""
 
     def __init__(self, dpi=96):
         self.prefix = pathlib.Path(os.environ["PREFIX"])
@@ -66,20 +67,9 @@ class Session:
         self.user = next((self.prefix / "drive_c/users").glob("[!P]*"))  # and not Public
         self.environment = dict(os.environ)
         self.dpi = dpi
-        self._display = self._peek = None
+        self._peek = None
 
     def __enter__(self):
-        read, write = os.pipe()
-        self._display = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x1024x24", "-nolisten", "tcp"],
-            pass_fds=[write], stderr=subprocess.DEVNULL)
-        os.close(write)
-        with os.fdopen(read) as number:
-            self.environment["DISPLAY"] = ":" + number.readline().strip()
-        # What runs in the prefix already would open its windows on the display it was started on.
-        self.end_wine()
-        self.registry(r"HKCU\Software\Wine\Explorer", "Desktop", "test")
-        self.registry(r"HKCU\Software\Wine\Explorer\Desktops", "test", "1280x1024")
         self.registry(r"HKCU\Control Panel\Desktop", "LogPixels", self.dpi, "REG_DWORD")
         self.end_wine()
         self.folder.mkdir(exist_ok=True)
@@ -88,8 +78,6 @@ class Session:
 
     def __exit__(self, *_):
         self.end_wine()
-        self._display.terminate()
-        self._display.wait()
 
     def end_wine(self):
         if self._peek:
@@ -105,9 +93,8 @@ class Session:
 
     def run(self, *command, check=True):
         """Runs a command in the prefix to its end and returns what it wrote."""
-        done = subprocess.run(command, env=self.environment, check=check, stdout=subprocess.PIPE,
-                              stderr=subprocess.DEVNULL)
-        return done.stdout.decode("utf-8", "replace")
+        return subprocess.run(command, env=self.environment, check=check, stdout=subprocess.PIPE,
+                              stderr=subprocess.DEVNULL, encoding="utf-8", errors="replace").stdout
 
     def registry(self, key, value, data, kind="REG_SZ", wine="wine"):
         self.run(wine, "reg", "add", key, "/v", value, "/t", kind, "/d", str(data), "/f")
