@@ -16,7 +16,7 @@ find_path(JSON_HEADERS nlohmann/json.hpp PATHS /usr/include NO_CMAKE_FIND_ROOT_P
 file(COPY ${JSON_HEADERS}/nlohmann DESTINATION ${generated}/system)
 
 add_library(test_flags INTERFACE)
-target_link_libraries(test_flags INTERFACE common_flags wininet)
+target_link_libraries(test_flags INTERFACE common_flags wininet psapi)
 target_include_directories(test_flags INTERFACE tests)
 target_include_directories(test_flags SYSTEM INTERFACE ${generated}/system)
 

@@ -12,14 +12,7 @@ namespace {
 
 const char* skipped_because = nullptr;
 
-struct Skipped {};
-
-REGISTER_EXCEPTION_TRANSLATOR(const Skipped&) { return skipped_because; }
-
-void Skip(const char* reason) {
-    skipped_because = reason;
-    throw Skipped();
-}
+void Skip(const char* reason) { throw skipped_because = reason; }
 
 class Reporter final : public doctest::ConsoleReporter {
 public:

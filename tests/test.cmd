@@ -2,9 +2,8 @@
 rem test.cmd [/throw-away [NAME]]   runs the tests of both editions, one program after another,
 rem or the program of that name in both.
 rem
-rem What would change this machine (services, uninstallers, deletions, Windows' own registry keys)
-rem is skipped, unless /throw-away tells that the machine may be thrown away afterwards. Run it then
-rem as administrator.
+rem What would change this machine (services, uninstallers, deletions, Windows' own registry keys) is skipped, unless
+rem /throw-away tells that the machine may be thrown away afterwards. Run it then as administrator.
 setlocal
 cd /d "%~dp0"
 set QORVENIX_THROW_AWAY=0

@@ -1,6 +1,5 @@
 // Looks into the running program from another process. Reads commands from standard input, one a line, and answers each
-// with a line of JSON: a list of records, or null when there was nothing to look at. Without a handle the main window
-// is meant.
+// with a line of JSON: a list of records, or null when nothing was there. Without a handle the main window is meant.
 //   windows         the top-level windows, each as its handle, class, control id, visible, enabled, focus, left, top,
 //                   width, height, text
 //   tree [HANDLE]   the same of a window (place and size are those of its client area), then of its child windows

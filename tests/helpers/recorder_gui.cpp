@@ -12,12 +12,6 @@
 
 namespace {
 
-std::wstring OwnPath() {
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return path;
-}
-
 DWORD NumberAfter(const wchar_t* command_line, const wchar_t* option) {
     const wchar_t* at = std::wcsstr(command_line, option);
     return at ? static_cast<DWORD>(std::wcstoul(at + std::wcslen(option), nullptr, 10)) : 0;
@@ -32,11 +26,13 @@ void Record(const std::wstring& line) {
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
     const wchar_t* command_line = GetCommandLineW();
+    wchar_t path[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
     STARTUPINFOW startup = {};
     GetStartupInfoW(&startup);
-    Record(OwnPath() + L"\t" + std::to_wstring(startup.wShowWindow) + L"\t" + command_line + L"\n");
+    Record(path + (L"\t" + std::to_wstring(startup.wShowWindow) + L"\t" + command_line + L"\n"));
     if (std::wcsstr(command_line, L"--start"))
-        _wspawnl(_P_NOWAIT, OwnPath().c_str(), L"recorder", L"--hold", static_cast<wchar_t*>(nullptr));
+        _wspawnl(_P_NOWAIT, path, L"recorder", L"--hold", static_cast<wchar_t*>(nullptr));
     const HANDLE release = OpenEventW(SYNCHRONIZE, FALSE, L"Qorvenix release");
     if (std::wcsstr(command_line, L"--hold") && WaitForSingleObject(release, 10000) == WAIT_OBJECT_0)
         Record(L"\t\treleased\n");

@@ -8,20 +8,16 @@ namespace {
 
 struct Machine {
     Machine() {
-        add(41, L"20261102113205.000000-000", L"家計簿プラス をインストールしました");
-        add(42, L"20261109020013.000000-000", L"システム チェックポイント");
-        add(43, L"20261114121559.000000-000", L"Windows Update");
-        add(44, L"20261119084120.000000-000", L"プリンタのドライバを入れる前");
+        for (const auto& [time, description] :
+             {std::pair(L"20261102113205.000000-000", L"家計簿プラス をインストールしました"),
+              {L"20261109020013.000000-000", L"システム チェックポイント"},
+              {L"20261114121559.000000-000", L"Windows Update"},
+              {L"20261119084120.000000-000", L"プリンタのドライバを入れる前"}}) {
+            const auto point = doubles::MakeObject(
+                {{L"creationtime", win::Variant(time)}, {L"Description", win::Variant(description)}});
+            provider.points.emplace_back(point.get());
+        }
     }
-
-    void add(int number, const wchar_t* time, const wchar_t* description) {
-        auto point = doubles::MakeObject();
-        point->property(L"creationtime", win::Variant(time));
-        point->property(L"Description", win::Variant(description));
-        point->property(L"sequencenumber", win::Variant(number));
-        provider.points.emplace_back(point.get());
-    }
-
     Provider provider;
 };
 

@@ -55,11 +55,11 @@ TEST_CASE("hostile Uninstall keys cost their own cells and rows") {
         std::map<std::size_t, std::wstring> stored;
         for (const auto& [value_name, column] : texts) {
             const hostile::Value value = hostile::ValueFor(source, round);
-            hostile::Set(key.get(), value_name, value);
+            value.set(key.get(), value_name);
             stored[column] = hostile::TextOf(value.bytes);
         }
         for (const wchar_t* value_name : others)
-            if (source.once_in(2)) hostile::Set(key.get(), value_name, hostile::ValueFor(source, round));
+            if (source.once_in(2)) hostile::ValueFor(source, round).set(key.get(), value_name);
         scan.options = {.show_icons = source.once_in(8), .show_system_components = source.once_in(2)};
         scan.run();
         int controls = 0;
@@ -101,8 +101,8 @@ TEST_CASE("hostile Run values, folder settings and shortcut files cost their own
         place.user_folder.make_file(L"b.lnk", bytes);
         const std::wstring name = hostile::MakeName(source, source.once_in(3) ? 1024 : 300);
         const hostile::Value value = hostile::ValueFor(source, round);
-        hostile::Set(place.machine_run.get(), name, value);
-        hostile::Set(place.machine_folders.get(), L"Common Startup", hostile::ValueFor(source, round));
+        value.set(place.machine_run.get(), name);
+        hostile::ValueFor(source, round).set(place.machine_folders.get(), L"Common Startup");
         place.run();
         const std::vector<Cells> rows = place.list.rows();
         REQUIRE(rows.size() >= 4);

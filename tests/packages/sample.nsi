@@ -9,7 +9,6 @@ RequestExecutionLevel admin
 
 Section
     SetOutPath "$INSTDIR"
-    File "sample.nsi"
     WriteUninstaller "$INSTDIR\uninstall.exe"
     WriteRegStr HKLM "${KEY}" "DisplayName" "${NAME}"
     ; With _?= the uninstaller works where it lies; without, it hands over to a copy of itself and ends.
@@ -18,7 +17,6 @@ SectionEnd
 
 Section Uninstall
     DeleteRegKey HKLM "${KEY}"
-    Delete "$INSTDIR\sample.nsi"
     Delete "$INSTDIR\uninstall.exe"
     RMDir "$INSTDIR"
 SectionEnd

@@ -97,6 +97,8 @@ private:
 };
 
 struct Value {
+    void set(HKEY key, std::wstring_view name) const { native::SetValue(key, std::wstring(name), type, bytes); }
+
     DWORD type = REG_NONE;
     Bytes bytes;
 };
@@ -130,10 +132,6 @@ inline std::wstring MakeName(Source& source, std::size_t longest) {
     if (source.once_in(8)) name.resize(longest - source.below(3), L'n');
     std::ranges::replace(name, L'\\', L'/');
     return name.substr(0, longest);
-}
-
-inline void Set(HKEY key, std::wstring_view name, const Value& value) {
-    native::SetValue(key, std::wstring(name), value.type, value.bytes);
 }
 
 // The rounds of a test: QORVENIX_SEED is another seed, QORVENIX_ROUNDS so many times the usual number of rounds.

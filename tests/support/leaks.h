@@ -15,6 +15,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <map>
 #include <utility>
 #include <vector>
 
@@ -62,27 +63,25 @@ inline long GdiObjects() {
 // order of their places, they come back in the opposite one and are not taken for the end.
 inline long UserObjects() {
     constexpr int kWithoutGap = 32;
-    std::vector<std::pair<long, win::Menu>> menus;
+    std::map<long, win::Menu> menus;
+    long last = 0;
     for (int run = 0; run < kWithoutGap;) {
         win::Menu menu(CreateMenu());
         const long place = static_cast<long>(LOWORD(reinterpret_cast<DWORD_PTR>(menu.get())) / 2);
-        run = !menus.empty() && place == menus.back().first + 1 ? run + 1 : 0;
-        menus.emplace_back(place, std::move(menu));
+        run = place == std::exchange(last, place) + 1 ? run + 1 : 0;
+        menus.emplace(place, std::move(menu));
         REQUIRE(menus.size() < 20000);
     }
-    const long used = menus.back().first - static_cast<long>(menus.size());
-    std::sort(menus.begin(), menus.end(), [](const auto& left, const auto& right) { return left.first < right.first; });
-    for (auto& each : menus)
-        each.second.reset();
+    const long used = last - static_cast<long>(menus.size());
+    while (!menus.empty())
+        menus.erase(menus.begin());
     return used;
 }
 
 // The private memory that is in use.
 inline long Kilobytes() {
-    const auto query = win::FindFunction<decltype(&GetProcessMemoryInfo)>(GetModuleHandleW(L"kernel32.dll"),
-                                                                          "K32GetProcessMemoryInfo");
     PROCESS_MEMORY_COUNTERS counters = {};
-    REQUIRE(query(GetCurrentProcess(), &counters, sizeof counters));
+    REQUIRE(GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters));
     return static_cast<long>(counters.PagefileUsage / 1024);
 }
 

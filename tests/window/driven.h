@@ -6,6 +6,7 @@
 #include "programs/uninstall_key.h"
 #include "startup/startup_scan.h"
 #include "support/show.h"
+#include "support/test_folder.h"
 #include "support/test_key.h"
 #include "ui/control.h"
 #include "win/folders.h"
@@ -22,11 +23,7 @@ struct SettingsFile {
     SettingsFile& operator=(const SettingsFile&) = delete;
     ~SettingsFile() { DeleteFileW(path.c_str()); }
 
-    void write(const std::string& bytes) const {
-        const win::File file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
-        DWORD written = 0;
-        WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-    }
+    void write(const std::string& bytes) const { MakeFile(path, FILE_ATTRIBUTE_NORMAL, bytes); }
     int number(const std::string& key) const { return Settings(path).number(key, -999); }
 
     const std::wstring path = win::ApplicationFolder() + L"\\setting.ini";

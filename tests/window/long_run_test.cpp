@@ -8,14 +8,13 @@ using namespace shell;
 
 namespace {
 
-void PressKeys(const Driven& window, std::initializer_list<int> keys) {
-    for (const int key : keys)
-        PostMessageW(window.window(), WM_KEYDOWN, static_cast<WPARAM>(key), 0);
-}
-
 // What a user does all day, but for the restore points: under Wine each binding of a WMI moniker keeps two handles.
 void UseEverything(const Driven& window) {
     const HWND form = window.window();
+    const auto look_into_menu = [form] {
+        for (const int key : {VK_DOWN, VK_ESCAPE, VK_ESCAPE})
+            PostMessageW(form, WM_KEYDOWN, static_cast<WPARAM>(key), 0);
+    };
     window.click(kInformation);
     for (int tab = 0; tab < 5; ++tab) {
         window.click(tab);
@@ -24,7 +23,7 @@ void UseEverything(const Driven& window) {
         SendMessageW(list.window(), WM_KEYDOWN, VK_END, 0);
         PostMessageW(list.window(), WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(30, 40));
         PostMessageW(list.window(), WM_RBUTTONUP, 0, MAKELPARAM(30, 40));
-        PressKeys(window, {VK_DOWN, VK_ESCAPE, VK_ESCAPE});
+        look_into_menu();
         window.pump();
         window.click_header(kViews[tab], 0);
         window.command(MenuArray::mnuFileItem, FileItem::Refresh);
@@ -32,7 +31,7 @@ void UseEverything(const Driven& window) {
             window.command(MenuArray::mnuViewItem, item);
     }
     for (const wchar_t letter : {L'f', L'v', L'd', L'r', L'h'}) {
-        PressKeys(window, {VK_DOWN, VK_ESCAPE, VK_ESCAPE});
+        look_into_menu();
         SendMessageW(form, WM_SYSCOMMAND, SC_KEYMENU, letter);
     }
     window.command(MenuArray::mnuHelpItem, HelpItem::Version);
