@@ -12,7 +12,7 @@ namespace {
 
 const char* skipped_because = nullptr;
 
-void Skip(const char* reason) { throw skipped_because = reason; }
+void Skip(const char* reason) { throw std::string(skipped_because = reason); }
 
 class Reporter final : public doctest::ConsoleReporter {
 public:

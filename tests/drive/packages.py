@@ -22,7 +22,6 @@ def unpack(folder, *kind):
         package = pathlib.Path(done.stdout.strip())
         contents.add(package.read_bytes())
     assert len(contents) == 1, "two packages of one commit differ"
-    print(package.name, package.stat().st_size, "bytes")
     with zipfile.ZipFile(package) as archive:
         archive.extractall(folder)
         return sorted(archive.namelist())

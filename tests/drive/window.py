@@ -14,11 +14,12 @@ home = pathlib.Path(os.environ["HOME"])
 opened = home / "opened"
 
 
-def tabs_of_windows_2000(session):
-    session.registry(SETTINGS_KEY, "Version", "win2k")
-    with session.start("6") as window:
-        selected, tabs = window.tabs()
-        assert (len(tabs), selected) == (6, 5) and window.tree()["txtSys"].visible
+def tabs_by_windows_version(session):
+    for version, count in ("win2k", 6), ("winxp", 7):
+        session.registry(SETTINGS_KEY, "Version", version)
+        with session.start("6") as window:
+            selected, tabs = window.tabs()
+            assert (len(tabs), selected) == (count, 5) and window.tree()["txtSys"].visible == (count == 6)
     session.run("wine", "reg", "delete", SETTINGS_KEY, "/f")
 
 
@@ -55,6 +56,23 @@ def keys_and_focus(window):
     until(lambda: "二つ目" in window.names("ListView1_0"), what="the new program")
 
 
+def hint_and_tip(window):
+    """A tab's hint is there for as long as the pointer is over it, and a cell's tip, but none over a menu."""
+    session, count = window.session, window.status()
+    main, rows = (window.tree()[name] for name in ("frmMain", "lvService"))
+    left, top, *_ = window.tabs()[1][4]
+    session.xdotool("mousemove", main.left + left + 9, main.top + top + 9)
+    until(lambda: window.status() != count, what="the hint")
+    for x in 40, 41:
+        session.xdotool("mousemove", main.left + rows.left + x, main.top + rows.top + 30)
+    window.says(count)
+    until(lambda: session.windows("tooltips_class32"), what="the tip")
+    session.xdotool("click", 3)
+    session.menu_items()
+    assert not session.windows("tooltips_class32")
+    window.keys("Escape")
+
+
 def letters(window):
     """No letter ever presses "削除(&D)" or "強制削除(&F)"."""
     window.keys("Home")
@@ -75,6 +93,12 @@ def record_addresses(session):
 def popup_menus(window):
     session = window.session
     window.click_tab(0)
+    window.select("ListView1_0", PROGRAM)
+    window.keys("ctrl+c")
+    window.click_tab(6)
+    window.click("txtMemPath", 5, 5)
+    window.keys("ctrl+a", "ctrl+v")
+    becomes(lambda: window.text("txtMemPath"), PROGRAM)
     for tab, name, row, window_class in ((0, "ListView1_0", PROGRAM, "ExplorerWClass"),
                                          (2, "lvStartUp", "見本", "RegEdit_RegEdit"),
                                          (2, "lvStartUp", "startup.txt", "ExplorerWClass")):
@@ -94,6 +118,7 @@ def service_menu(window):
     cells = lambda: next(row for row in window.list("lvService").rows if row[7] == SERVICE)[1:3]  # noqa: E731
     offers = lambda letters: [letter in letters for letter in "csoumeald-"]  # noqa: E731
     window.click_tab(3)
+    hint_and_tip(window)
     for offered, letter, now in (("csad-", "s", ["開始", "手動"]), ("coeal-", "o", ["停止", "無効"])):
         window.select("lvService", SERVICE, 7)
         session.keys("Menu")
@@ -178,7 +203,7 @@ with Session() as session:
     session.registry(r"HKCR\.txt", "", "txtfile")  # Wine forgets it
     session.run("wine", "sc", "create", SERVICE, "binPath=", TOOLS + r"\test_service.exe", "start=", "demand", "type=",
                 "own", "DisplayName=", "Windows Search")  # there is advice for that name
-    tabs_of_windows_2000(session)
+    tabs_by_windows_version(session)
     session.settings(W=13500, H=12000)  # empty space stays below the last service
     window = session.start()
     for part in (keys_and_focus, letters, popup_menus, service_menu, file_and_view_menu, delete_menu,

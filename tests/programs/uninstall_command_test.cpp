@@ -44,6 +44,7 @@ TEST_CASE("a stored command means one file, and nothing starts where that file i
          L"shell32.dll,Control_RunDLL appwiz.cpl"},
         // The file "My.exe" is not meant by a path that leads on behind the blank, or by a folder.
         {slashes + L"/My Files/Gone App/un.exe /S"},
+        {slashes + L"/My Files/gone -x"},
         {base + L"\\My Remover.v2.MSI"},
         {base + L"\\My App\\read me.txt 1"},
         {base + L"\\My App /S"},

@@ -128,5 +128,4 @@ TEST_CASE_FIXTURE(Machine, "the selected point is deleted by its number, after a
 
     const RestorePage page;
     CHECK(page.item_of_key(VK_DELETE, false, false) == page.item_of_button(0));
-    CHECK(page.item_of_key(L'C', true, false) == ui::Page::kCopyItem);
 }

@@ -122,8 +122,8 @@ TEST_CASE_FIXTURE(Desk, "WMI's services are listed once, in its order and the pr
             const auto service = doubles::MakeObject({{L"DisplayName", win::Variant(each[0])},
                                                       {L"State", win::Variant(each[0])},
                                                       {L"StartMode", win::Variant(each[1])},
-                                                      {L"Description", win::Variant(each[1])},
-                                                      {L"PathName", win::Variant(each[0])},
+                                                      {L"Description", win::Variant(L"説明 " + each[0])},
+                                                      {L"PathName", win::Variant(L"C:\\" + each[0])},
                                                       {L"AcceptPause", doubles::OfType(VT_BOOL, VARIANT_TRUE)},
                                                       {L"AcceptStop", doubles::OfType(VT_BOOL)}});
             members.values.emplace_back(service.get());
@@ -142,7 +142,7 @@ TEST_CASE_FIXTURE(Desk, "WMI's services are listed once, in its order and the pr
     });
     std::vector<Cells> rows;
     for (const Cells& each : words)
-        rows.push_back({each[0], each[2], each[3], each[1], each[0], L"-1", L"0", L""});
+        rows.push_back({each[0], each[2], each[3], L"説明 " + each[0], L"C:\\" + each[0], L"-1", L"0", L""});
     rows.emplace_back(8);
     for (int time = 0; time < 2; ++time)
         CHECK(fill() == rows);

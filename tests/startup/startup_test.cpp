@@ -122,7 +122,7 @@ TEST_CASE("both folders and the keys are listed in their order, with targets, pl
     SeededStartup startup;
     DetailsShell shell;
     const std::wstring program = startup.programs.make_file(L"常駐 1.exe");
-    const std::wstring other = startup.programs.make_file(L"other.exe");
+    const std::wstring other = win::WindowsDirectory() + L"\\regedit.exe";
     const std::wstring gone = startup.programs.path() + L"\\regedit.exe";
     const std::wstring& user = startup.user_folder.path();
     const std::wstring& common = startup.common_folder.path();
@@ -150,7 +150,7 @@ TEST_CASE("both folders and the keys are listed in their order, with targets, pl
         {L"a.lnk", program, user, L"常駐 1.exe の説明"},
         {L"b.LNK", gone + L"<リンク切れ>", user, L""},
         {L"c.lnk.bat", batch, user, L""},
-        {L"common.lnk", other, common, L"other.exe の説明"},
+        {L"common.lnk", other, common, L"regedit.exe の説明"},
         {L"v1", quoted, std::wstring(L"(全ユーザー)") + kRunKey, L"常駐 1.exe の説明"},
         {L"v2", gone + L" -x", std::wstring(L"(全ユーザー)") + kRunKey, L""},
         {L"w1", L"%windir%\\a.exe", std::wstring(L"(全ユーザー)") + kRunOnceKey, L""},
@@ -159,13 +159,13 @@ TEST_CASE("both folders and the keys are listed in their order, with targets, pl
         {L"v1", L"regedit.exe -m", std::wstring(L"(個別ユーザー)") + kRunKey, L"regedit.exe の説明"},
     };
     if (!win::kIs64Bit) expected.erase(expected.end() - 3, expected.end() - 1);
-    const int icon = GetSystemIconIndex(win::WindowsDirectory() + L"\\regedit.exe");
+    const int icon = GetSystemIconIndex(other);
     REQUIRE(icon != 0);
     for (int refresh = 0; refresh < 2; ++refresh) {
         startup.run();
         CHECK(startup.list.rows() == expected);
-        for (const int row : {1, 5, 6, startup.list.list.count() - 1})
-            CHECK(startup.list.image(row) == (row <= 6 ? 0 : icon));
+        for (const int row : {1, 3, 5, 6, startup.list.list.count() - 1})
+            CHECK(startup.list.image(row) == (row == 3 || row > 6 ? icon : 0));
     }
     // Once a folder and a fill, both columns of that name once a row.
     CHECK(shell.folders ==
@@ -238,7 +238,7 @@ TEST_CASE("a command line is reduced to the program that it starts") {
         {L"\"\"", ResolveCommandPath(L"\"")},
         // A path that exists is taken whole; arguments with slash or hyphen are cut, others stay.
         {program, program},
-        {plain + L" -min  /x", plain},
+        {plain + L"  -min  /x", plain},
         {L"  C:\\gone.exe -a /b", L"C:\\gone.exe"},
         {plain + L" file.txt", plain + L" file.txt"},
         // The file exists only with the blank and hyphen that the cut removes.

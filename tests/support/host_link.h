@@ -23,8 +23,7 @@ enum class HostCall { Unlink, Rename, Symlink };
 template <bool kWide = win::kIs64Bit>
 bool CallHost(HostCall call, const std::wstring& first, const std::wstring& second = {}) {
     throw_away::RequireWine();
-    const std::string one = throw_away::Utf8(first);
-    const std::string two = throw_away::Utf8(second);
+    const std::string one = throw_away::Utf8(first), two = throw_away::Utf8(second);
     constexpr int kNumbers[][2] = {{10, 87}, {38, 82}, {83, 88}};  // a 32-bit program's, a 64-bit one's
     INT_PTR result = kNumbers[static_cast<int>(call)][kWide];
     if constexpr (kWide) {

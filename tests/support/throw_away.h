@@ -40,7 +40,8 @@ inline std::wstring LinkBelow(const std::wstring& folder, int depth) {
     const win::FindHandle find(FindFirstFileW((folder + L"\\*").c_str(), &entry));
     for (bool more = static_cast<bool>(find); more; more = FindNextFileW(find.get(), &entry) != FALSE) {
         const std::wstring name = entry.cFileName;
-        const std::wstring path = folder + L"\\" + name;
+        std::wstring path = folder + L"\\";
+        path += name;
         if (name == L"." || name == L"..") continue;
         if (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) return path;
         if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0 || depth == 0) continue;

@@ -31,6 +31,7 @@ TEST_CASE("the display has its inches, the keyboard its name") {
     // Rounded twice, halves to the even number.
     CHECK(DisplayInches(1008, 96, 96, 96) == L"10");      // 10 (10.5) and 1
     CHECK(DisplayInches(1009, 96, 96, 96) == L"11");      // 11 (10.51) and 1
+    CHECK(DisplayInches(1920, 1080, 96, 96) == L"23");    // 20 and 11 (11.25): 22.8
     CHECK(DisplayInches(3840, 2160, 144, 192) == L"29");  // 27 (26.67) and 11 (11.25)
     CHECK(DisplayInches(1920, 1080, 96, 0) == L"");
     CHECK(KeyboardTypeName(1) == L"IBM(R) PC/XT(R)または互換性のある(83キー)キーボード");
@@ -53,23 +54,17 @@ TEST_CASE("the report tells this machine's facts line by line; what cannot be ha
         std::to_wstring(GetSystemMetrics(SM_CXSCREEN)) + L" x " + std::to_wstring(GetSystemMetrics(SM_CYSCREEN));
     const std::wstring address = GetIPAddress();
     const std::vector<std::wstring> lines = {
-        L"",
-        L"OS\t\tWindows 7 Ultimate Edition " + bits + L" 6.1 Build:7601 Service Pack 1",
-        L"",
-        L"ユーザー名\t" + throw_away::Variable(L"USERNAME"),
+        L"\r\nOS\t\tWindows 7 Ultimate Edition " + bits + L" 6.1 Build:7601 Service Pack 1",
+        L"\r\nユーザー名\t" + throw_away::Variable(L"USERNAME"),
         L"コンピュータ名\t" + throw_away::Variable(L"COMPUTERNAME"),
         L"IPアドレス\t\t" + address,
-        L"",
-        L"画面の解像度\t" + size + L" ピクセル",
+        L"\r\n画面の解像度\t" + size + L" ピクセル",
         L"ディスプレイサイズ\t" + GetDisplayInches() + L" インチ",
-        L"",
-        L"キーボードの種類\t日本語キーボード",
+        L"\r\nキーボードの種類\t日本語キーボード",
         L"サブタイプ\t\t101キーボード",
         L"ファンクションキー数\t12",
-        L"",
-        L"ごみ箱\t\tファイル総数 2個 (4.50 KB)",
-        L"",
-        L"[バージョン情報]"};
+        L"\r\nごみ箱\t\tファイル総数 2個 (4.50 KB)",
+        L"\r\n[バージョン情報]"};
     std::wstring expected;
     for (const std::wstring& line : lines)
         expected += line + L"\r\n";

@@ -91,7 +91,7 @@ TEST_CASE("the temporary folder is emptied, but never one that is none, and that
     SetCurrentDirectoryW(folder.path().c_str());
     for (const bool is_one : {false, true}) {
         const std::wstring file = folder.make_file(L"temp\\file");
-        SetEnvironmentVariableW(L"TMP", is_one ? (folder.path() + L"\\temp").c_str() : L"temp");
+        SetEnvironmentVariableW(L"TMP", is_one ? (folder.path() + L"\\temp").c_str() : L"C:temp");
         TestHost host;
         CHECK_FALSE(RunCleanup(CleanupItem::TemporaryFiles, host));
         CHECK(win::IsFile(file) != is_one);

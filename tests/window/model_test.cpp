@@ -153,7 +153,12 @@ private:
             window_.command(MenuArray::mnuFileItem, FileItem::Refresh);
             settle();
         }
-        if (has_menu()) CHECK(copy_item() == kSentinel);
+        if (!has_menu()) return;
+        CHECK(copy_item() == kSentinel);
+        list().select(0);
+        window_.command(kPopups[tab_], kRefreshItem);
+        settle();
+        CHECK(list().selected() == -1);
     }
 
     void rescan() { window_.command(source_.pick(kPopups), kRefreshItem); }
@@ -244,6 +249,7 @@ private:
         CHECK(std::vector{window_.text(Control::Label1_2), window_.text(Control::Label1_3),
                           window_.text(Control::Label1_11), window_.text(Control::txtComment)} == expected);
         if (tab_ < 2) CHECK(ui::IsLink(window_.at(Control::Label1_2)) == (row >= 0));
+        if (tab_ < 2) CHECK_FALSE(ui::IsLink(window_.at(Control::Label1_11)));
     }
 
     // A list that is not shown has no tip, and the one of the shown list stands in it.

@@ -93,13 +93,14 @@ TEST_CASE("the program that users start opens its window, fills its list and end
 
 TEST_CASE("place, font, options and the width of every column come back at every start") {
     const SettingsFile settings(
-        "X=1515\r\nY=-300\r\nW=9015\r\nH=7005\r\nStripe=1\r\nMem=C:\\a b.exe\r\nFont=IPAGothic\r\n3Col0=70000\r\n");
+        "X=1515\r\nY=-300\r\nW=9015\r\nH=7005\r\nStripe=1\r\nMem=C:\\\x8A\x4A\x95\xFA "
+        ".exe\r\nFont=IPAGothic\r\n3Col0=70000\r\n");
     constexpr int stored_columns[] = {7, 7, 4, 5};
     for (int start = 0; start < 3; ++start) {
         const Driven window;
         const RECT place = BoundsOf(window.window());
         CHECK((place.left == 101 && place.top == -20 && place.right == 702 && place.bottom == 447));
-        CHECK(window.text(Control::txtMemPath) == L"C:\\a b.exe");
+        CHECK(window.text(Control::txtMemPath) == L"C:\\開放 .exe");
         const auto stripes = static_cast<UINT>(CommandId(MenuArray::mnuViewItem, ViewItem::Stripes));
         CHECK(GetMenuState(GetMenu(window.window()), stripes, MF_BYCOMMAND) == MF_CHECKED);
         for (const Control control : {Control::ListView1_0, Control::cmdMenu_0, Control::txtSys, Control::Label1_0,
@@ -129,14 +130,16 @@ TEST_CASE("twips and pixels do not drift at any resolution") {
 }
 
 TEST_CASE("whatever is in setting.ini is read as Windows reads it, the window is seen, no stranger's line is lost") {
-    constexpr const char* keys[] = {"X", "Y", "W", "H", "WinState", "Icon", "Stripe", "Mem", "Font", "1Col0", "SysCom"};
+    constexpr const char* keys[] = {"X",      "Y",   "W",   "H",    "WinState", "Icon",
+                                    "Stripe", "Mem", "mem", "Font", "1Col0",    "SysCom"};
     constexpr const char* values[] = {
         "",          " 7 ",     "-1",         "12000", "-2147483648",     "4294967295", "+3",
         "0x10",      "010",     "1 ; remark", "a=b",   "\"5\"",           "'6'",        "\"",
         "\"\"a\"\"", "C:\\a b", "\x83\x5C",   "\t9",   "\x82\x6C\x82\x72"};
     // Windows cuts the width to the screen's: nothing would be seen at the stored place.
-    const std::string known[] = {"X=-28800\r\nW=90000\r\n", std::string(40'000, ';') + "\r\nX=8\r\nX=9\r\n" +
-                                                                std::string(70'000, 'k') + "=1\r\nY=2\r\n"};
+    const std::string known[] = {
+        "X=-28800\r\nY=-90000\r\nW=90000\r\nFont=" + std::string(60, 'x') + "\r\n",
+        std::string(40'000, ';') + "\r\nX=8\r\nX=9\r\n" + std::string(70'000, 'k') + "=1\r\nY=2\r\n"};
     const SettingsFile file;
     const std::string path = win::ToAnsi(file.path);
     const auto strangers = [&] {
@@ -244,8 +247,6 @@ TEST_CASE_FIXTURE(Opened, "hints cover the status text for as long as menu or st
     const HWND tb = window.at(Control::tb);
     const std::wstring hint = L"Windowsサービスの情報を一覧表示し、開始・停止等を行います";
     CHECK(after(tb, WM_MOUSEMOVE, 0, window.middle(3)) == hint);
-    CHECK(after(tb, WM_MOUSELEAVE, 0) == window.count(Control::ListView1_0));
-    after(tb, WM_MOUSEMOVE, 0, window.middle(3));
     window.click(3);
     // The pointer that rests on the tab does not cover the count, one that moves on it does.
     CHECK(after(tb, WM_MOUSEMOVE, 0, window.middle(3)) == window.count(Control::lvService));
@@ -368,4 +369,9 @@ TEST_CASE_FIXTURE(Opened,
         SetWindowTextW(window.at(control), std::wstring(200, L'字').c_str());
         CHECK(window.tip(control) == std::wstring(200, L'字'));
     }
+    window.click(0);
+    const ui::ListView list = window.list(Control::ListView1_0);
+    list.set_column_width(0, 40);
+    SendMessageW(list.window(), WM_MOUSEMOVE, 0, MAKELPARAM(10, 30));
+    CHECK(window.tip(Control::ListView1_0) == list.cell(list.hit_test({10, 30}).row, 0));
 }

@@ -3,6 +3,7 @@
 
 #include "support/hostile.h"
 #include "support/throw_away.h"
+#include "win/system_library.h"
 
 #include <functional>
 
@@ -15,8 +16,7 @@ constexpr std::uint64_t kSteps = 50;  // of each look
 // From now on every window of this program has the look of Windows 2000. There is no way back: this file's tests are
 // the last ones.
 void SwitchThemesOff() {
-    const auto enable = reinterpret_cast<HRESULT(WINAPI*)(BOOL)>(
-        reinterpret_cast<void*>(GetProcAddress(LoadLibraryW(L"uxtheme.dll"), "EnableTheming")));
+    const auto enable = win::FindFunction<HRESULT(WINAPI*)(BOOL)>(LoadLibraryW(L"uxtheme.dll"), "EnableTheming");
     REQUIRE((enable != nullptr));
     enable(FALSE);
 }
@@ -54,6 +54,11 @@ std::vector<DWORD> Picture(HWND window) {
 void CheckPainted(const Driven& driven, const std::string& done) {
     driven.pump();
     driven.pump();
+    RECT client = {};
+    GetClientRect(driven.window(), &client);
+    MapWindowPoints(driven.window(), nullptr, reinterpret_cast<POINT*>(&client), 2);
+    const RECT strip = BoundsOf(driven.at(Control::tb)), status = BoundsOf(driven.at(Control::st));
+    CHECK((strip.right == client.right && status.bottom == client.bottom));
     const std::vector<DWORD> seen = Picture(driven.window());
     RedrawWindow(driven.window(), nullptr, nullptr,
                  RDW_ERASE | RDW_FRAME | RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_UPDATENOW);
