@@ -126,6 +126,5 @@ TEST_CASE_FIXTURE(Machine, "the selected point is deleted by its number, after a
     CHECK(DeleteRestorePoint(list, host));
     CHECK(removed == std::vector<DWORD>{345});
 
-    const RestorePage page;
-    CHECK(page.item_of_key(VK_DELETE, false, false) == page.item_of_button(0));
+    CHECK(RestorePage().item_of_key(VK_DELETE, false, false) == RestorePage().item_of_button(0));
 }

@@ -53,7 +53,6 @@ TEST_CASE("Send To is removed and restored by the caption, which follows the reg
     for (int time = 0; time < 2; ++time)
         CHECK(Run(RepairItem::SendTo, kRemove) == L"削除完了");
     CHECK(Caption() == kRestore);
-    // Nor what somebody else keeps below it.
     handlers.make(L"Send To\\below");
     CHECK(Run(RepairItem::SendTo, kRemove) == L"削除完了");
     CHECK((KeyExists(handlers.get(), L"Send To\\below") && KeyExists(handlers.get(), L"Open With")));
